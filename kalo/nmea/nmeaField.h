@@ -1,0 +1,77 @@
+// One field of a sentence: its text, comparisons, and decoders that turn it into values.
+// kalo/nmea/nmeaFormat.h makes the fields of a sentence, the views beside it read them.
+#pragma once
+
+#include <cstddef>
+#include <string>
+
+#include "kalo/export.h"
+
+namespace kalo {
+
+struct date_t;
+struct timeOfDay_t;
+
+/// The text of one comma-separated field: an owned copy of its bytes, neither trimmed nor
+/// translated. Fields are values; comparisons are exact, byte by byte.
+///
+/// A decoder returns true when the whole field is a value of its kind, which `out` then holds.
+/// After false `out` is unspecified except where its comment says that it stays untouched.
+class KALO_EXPORT nmeaField_t {
+public:
+    nmeaField_t() = default;
+    nmeaField_t(const char* data, std::size_t length);
+    explicit nmeaField_t(const std::string& text);
+
+    void init(const char* data, std::size_t length);
+    nmeaField_t& operator=(const std::string& text);
+
+    bool isEmpty() const;
+    const char* data() const;
+    std::size_t size() const;
+    const std::string& toString() const;
+
+    bool operator==(const std::string& text) const;
+    bool operator!=(const std::string& text) const;
+    bool startsWith(const std::string& text) const;
+    bool endsWith(const std::string& text) const;
+
+    /// The text as it is, empty or not; always true.
+    bool decode(std::string& out) const;
+    /// A text of exactly one byte; otherwise `out` stays untouched.
+    bool decode(char& out) const;
+    // Numbers by the rules of kalo/util/stringUtil.h; `base` is 10, 16 or 8.
+    bool decode(short& out, int base) const;
+    bool decode(unsigned short& out, int base) const;
+    bool decode(int& out, int base) const;
+    bool decode(unsigned& out, int base) const;
+    bool decode(long long& out, int base) const;
+    bool decode(unsigned long long& out, int base) const;
+    bool decode(float& out) const;
+    bool decode(double& out) const;
+
+    /// ddmm.mmmm as radians, not negative and without an upper bound. False leaves `out` untouched.
+    bool decodeLatitude(double& out) const;
+    /// dddmm.mmmm as radians, not negative and without an upper bound. False leaves `out`
+    /// untouched.
+    bool decodeLongitude(double& out) const;
+    /// +1.0 for "N", -1.0 for "S". False leaves `out` untouched.
+    bool decodeNS(double& out) const;
+    /// +1.0 for "E", -1.0 for "W". False leaves `out` untouched.
+    bool decodeEW(double& out) const;
+    /// Decimal degrees as radians. False leaves `out` untouched.
+    bool decodeAsRadians(double& out) const;
+    /// hhmmss with an optional fraction; no range is checked.
+    bool decodeHHMMSS(timeOfDay_t& out) const;
+    /// ddmmyy, the year completed by `twoDigitYearToAD` with `cutoff`; no range is checked.
+    /// Caveat: the century depends on the system clock.
+    bool decodeDDMMYY(date_t& out, unsigned cutoff) const;
+    /// a.b.c.d, the first number in the most significant byte. Text behind the fourth number is not
+    /// looked at, white space around the parts is accepted. False leaves `out` untouched.
+    bool decodeIpv4Address(unsigned& out) const;
+
+private:
+    std::string m_text;
+};
+
+} // namespace kalo
