@@ -1,0 +1,40 @@
+// Fetch and decode in one step, for the sources of the views; not installed.
+#pragma once
+
+#include "kalo/nmea/nmeaMsg.h"
+
+namespace kalo {
+
+/// Calls `decoder` on field `index`; false when there is none.
+template <typename T, typename... Arguments>
+bool decodeField(const nmeaMsg_t& msg, unsigned index,
+                 bool (nmeaField_t::*decoder)(T&, Arguments...) const, T& out,
+                 Arguments... arguments) {
+    const nmeaField_t* field = msg.field(index);
+    return field != nullptr && (field->*decoder)(out, arguments...);
+}
+
+inline bool decodeReal(const nmeaMsg_t& msg, unsigned index, double& out) {
+    return decodeField<double>(msg, index, &nmeaField_t::decode, out);
+}
+
+inline bool decodeDecimal(const nmeaMsg_t& msg, unsigned index, unsigned& out) {
+    return decodeField<unsigned, int>(msg, index, &nmeaField_t::decode, out, 10);
+}
+
+/// The product of a magnitude and the sign that the field behind it gives; `out` is written only on
+/// success.
+inline bool decodeSigned(const nmeaMsg_t& msg, unsigned index,
+                         bool (nmeaField_t::*magnitudeDecoder)(double&) const,
+                         bool (nmeaField_t::*signDecoder)(double&) const, double& out) {
+    double magnitude = 0;
+    double sign = 0;
+    if (!decodeField(msg, index, magnitudeDecoder, magnitude) ||
+        !decodeField(msg, index + 1, signDecoder, sign)) {
+        return false;
+    }
+    out = magnitude * sign;
+    return true;
+}
+
+} // namespace kalo

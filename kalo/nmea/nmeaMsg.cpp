@@ -1,0 +1,84 @@
+#include "kalo/nmea/nmeaMsg.h"
+
+#include <limits>
+
+#include "kalo/nmea/ggaMsg.h"
+#include "kalo/nmea/pzwbGgaMsg.h"
+
+namespace kalo {
+
+namespace {
+
+struct viewClass_t {
+    nmeaMsgType_t type;
+    nmeaMsg_t* (*create)(const nmeaFormat_t& format);
+};
+
+template <typename View>
+nmeaMsg_t* createView(const nmeaFormat_t& format) {
+    return new View(format);
+}
+
+// The one place that ties types to view classes.
+constexpr viewClass_t viewClasses[] = {
+    {msgTypeGga, createView<ggaMsg_t>},
+    {msgTypePzwbGga, createView<pzwbGgaMsg_t>},
+};
+
+} // namespace
+
+nmeaMsg_t::nmeaMsg_t(nmeaMsgType_t type, const nmeaFormat_t& format)
+    : m_type(type), m_format(&format) {}
+
+nmeaMsg_t::~nmeaMsg_t() = default;
+
+unsigned nmeaMsg_t::capabilities() const { return 0; }
+
+bool nmeaMsg_t::decodeDate(date_t& /*out*/) const { return false; }
+
+bool nmeaMsg_t::decodeTimeOfDay(timeOfDay_t& /*out*/) const { return false; }
+
+nmeaMsgType_t nmeaMsg_t::type() const { return m_type; }
+
+const nmeaFormat_t& nmeaMsg_t::format() const { return *m_format; }
+
+unsigned nmeaMsg_t::fieldCount() const { return m_format->fieldCount(); }
+
+const nmeaField_t* nmeaMsg_t::field(unsigned index) const { return m_format->field(index); }
+
+const nmeaField_t* nmeaMsg_t::addressField() const { return field(0); }
+
+int nmeaMsg_t::findField(const std::string& text, unsigned start) const {
+    for (unsigned i = start; i < fieldCount(); ++i) {
+        if (*field(i) == text) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+std::vector<std::string> nmeaMsg_t::getFields(unsigned first, unsigned count) const {
+    std::vector<std::string> texts;
+    for (unsigned i = first; i < fieldCount() && i - first < count; ++i) {
+        texts.push_back(field(i)->toString());
+    }
+    return texts;
+}
+
+std::vector<std::string> nmeaMsg_t::getFields(unsigned first) const {
+    return getFields(first, std::numeric_limits<unsigned>::max());
+}
+
+nmeaMsg_t* nmeaMsg_t::create(const nmeaFormat_t& format) {
+    if (!format.isValid()) {
+        return nullptr;
+    }
+    for (const viewClass_t& row : viewClasses) {
+        if (row.type == format.type()) {
+            return row.create(format);
+        }
+    }
+    return nullptr;
+}
+
+} // namespace kalo
