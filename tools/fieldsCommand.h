@@ -1,0 +1,5 @@
+// `kalo fields`: the record table for people.
+#pragma once
+
+/// Returns the exit status.
+int fieldsCommand();

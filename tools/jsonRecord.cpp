@@ -1,0 +1,256 @@
+#include "tools/jsonRecord.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/compile.h>
+
+namespace {
+
+constexpr double degreesPerRadian = 180 / 3.141592653589793;
+
+void append(fmt::memory_buffer& out, std::string_view text) {
+    out.append(text.data(), text.data() + text.size());
+}
+
+bool isContinuation(unsigned char c) { return (c & 0xC0) == 0x80; }
+
+// The length of the UTF-8 sequence of several bytes at the start of `text`; 0 when it is not valid.
+std::size_t utf8Length(std::string_view text) {
+    const auto at = [&](std::size_t i) {
+        return i < text.size() ? static_cast<unsigned char>(text[i]) : 0U;
+    };
+    const unsigned first = at(0);
+    const std::size_t length = first >= 0xF0 ? 4 : first >= 0xE0 ? 3 : 2;
+    if (first < 0xC2 || first > 0xF4) {
+        return 0;
+    }
+    for (std::size_t i = 1; i < length; ++i) {
+        if (!isContinuation(static_cast<unsigned char>(at(i)))) {
+            return 0;
+        }
+    }
+    // Overlong forms, surrogates, and what lies beyond the last code point.
+    const unsigned second = at(1);
+    if ((first == 0xE0 && second < 0xA0) || (first == 0xED && second > 0x9F) ||
+        (first == 0xF0 && second < 0x90) || (first == 0xF4 && second > 0x8F)) {
+        return 0;
+    }
+    return length;
+}
+
+bool isPlain(unsigned char c) { return c >= 0x20 && c < 0x80 && c != '"' && c != '\\'; }
+
+void writeControl(fmt::memory_buffer& out, unsigned char c) {
+    switch (c) {
+    case '\t': return append(out, "\\t");
+    case '\n': return append(out, "\\n");
+    case '\r': return append(out, "\\r");
+    default: fmt::format_to(fmt::appender(out), FMT_COMPILE("\\u{:04x}"), c);
+    }
+}
+
+// Writes the members of one object.
+class members_t {
+public:
+    explicit members_t(fmt::memory_buffer& out) : m_out(out) {}
+
+    fmt::memory_buffer& key(std::string_view name) {
+        m_out.push_back(m_separator);
+        m_out.push_back('"');
+        append(m_out, name);
+        append(m_out, "\":");
+        m_separator = ',';
+        return m_out;
+    }
+
+    void text(std::string_view name, std::string_view bytes) { writeJsonString(key(name), bytes); }
+
+    template <typename Number>
+    void number(std::string_view name, Number value) {
+        fmt::format_to(fmt::appender(key(name)), FMT_COMPILE("{}"), value);
+    }
+
+    void close() { append(m_out, "}\n"); }
+
+private:
+    fmt::memory_buffer& m_out;
+    char m_separator = '{';
+};
+
+// The seconds with the digits that were sent; any other notation of a number in its shortest form.
+void writeSeconds(fmt::memory_buffer& out, const sentTime_t& sent) {
+    const std::string_view text = sent.seconds;
+    const std::size_t whole = std::min(text.find('.'), text.size());
+    const std::string_view fraction = text.substr(std::min(whole + 1, text.size()));
+    const auto digits = [](std::string_view part) {
+        return part.find_first_not_of("0123456789") == std::string_view::npos;
+    };
+    if (whole > 0 && digits(text.substr(0, whole)) && digits(fraction)) {
+        append(out, whole < 2 ? "0" : "");
+        append(out, fraction.empty() ? text.substr(0, whole) : text);
+        return;
+    }
+    append(out, sent.time.second >= 0 && sent.time.second < 10 ? "0" : "");
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), sent.time.second);
+}
+
+// Writes one value under its name; false, with nothing written, when there is none.
+class valueWriter_t {
+public:
+    valueWriter_t(members_t& members, const valueRow_t& row, bool radians)
+        : m_members(members), m_row(row), m_radians(radians) {}
+
+    bool operator()(std::monostate /*none*/) const { return false; }
+
+    bool operator()(unsigned value) const {
+        m_members.number(m_row.name, value);
+        return true;
+    }
+
+    bool operator()(double value) const {
+        if (!std::isfinite(value)) {
+            return false;
+        }
+        if (m_row.unit.radianName != nullptr && !m_radians) {
+            fmt::format_to(fmt::appender(m_members.key(m_row.name)), FMT_COMPILE("{:.15g}"),
+                           value * degreesPerRadian);
+        } else {
+            m_members.number(m_row.name, value);
+        }
+        return true;
+    }
+
+    bool operator()(const sentTime_t& value) const {
+        fmt::memory_buffer& out = m_members.key(m_row.name);
+        fmt::format_to(fmt::appender(out), FMT_COMPILE("\"{:02}:{:02}:"), value.time.hour,
+                       value.time.minute);
+        writeSeconds(out, value);
+        out.push_back('"');
+        return true;
+    }
+
+private:
+    members_t& m_members;
+    const valueRow_t& m_row;
+    bool m_radians;
+};
+
+bool anySent(const kalo::nmeaMsg_t& view, fieldSet_t fields) {
+    for (unsigned i = 0; fields >> i != 0; ++i) {
+        const kalo::nmeaField_t* field = view.field(i);
+        if ((fields >> i & 1) != 0 && field != nullptr && !field->isEmpty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+// Returns whether something that was sent did not decode.
+bool writeValues(members_t& members, const recordType_t& type, const kalo::nmeaMsg_t& view,
+                 bool radians) {
+    bool lost = false;
+    for (const valueRow_t& row : type) {
+        const bool written = std::visit(valueWriter_t(members, row, radians), row.read(view));
+        lost = lost || (!written && anySent(view, row.fields));
+    }
+    return lost;
+}
+
+std::string_view fieldText(const kalo::nmeaFormat_t& sentence, unsigned index) {
+    return sentence.field(index)->toString();
+}
+
+// Who sent it: the address without its start character and the three letters of the type.
+std::string_view talkerOf(std::string_view address) {
+    const bool proprietary = address.size() > 1 && address[1] == 'P';
+    return proprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
+}
+
+void writeFields(members_t& members, const kalo::nmeaFormat_t& sentence) {
+    members.text("address", fieldText(sentence, 0));
+    fmt::memory_buffer& out = members.key("fields");
+    out.push_back('[');
+    for (unsigned i = 1; i < sentence.fieldCount(); ++i) {
+        append(out, i > 1 ? "," : "");
+        writeJsonString(out, fieldText(sentence, i));
+    }
+    out.push_back(']');
+}
+
+} // namespace
+
+void writeJsonString(fmt::memory_buffer& out, std::string_view bytes) {
+    out.push_back('"');
+    std::size_t done = 0;
+    for (std::size_t i = 0; i < bytes.size();) {
+        const auto c = static_cast<unsigned char>(bytes[i]);
+        const std::size_t length = isPlain(c) ? 1 : utf8Length(bytes.substr(i));
+        if (length > 0) {
+            i += length;
+            continue;
+        }
+        append(out, bytes.substr(done, i - done));
+        done = ++i;
+        if (c == '"') {
+            append(out, "\\\"");
+        } else if (c == '\\') {
+            append(out, "\\\\\\\\");
+        } else if (c < 0x20) {
+            writeControl(out, c);
+        } else {
+            fmt::format_to(fmt::appender(out), FMT_COMPILE("\\\\x{:02X}"), c);
+        }
+    }
+    append(out, bytes.substr(done));
+    out.push_back('"');
+}
+
+void writeJson(fmt::memory_buffer& out, std::string_view source, const record_t& record,
+               const recordType_t* type, const kalo::nmeaMsg_t* view,
+               const jsonOptions_t& options) {
+    members_t members(out);
+    members.text("source", source);
+    members.number("line", record.line);
+    members.number("offset", record.offset);
+    if (!record.received.empty()) {
+        members.text("received", record.received);
+    }
+    if (!record.prefix.empty()) {
+        members.text("prefix", record.prefix);
+    }
+    if (type != nullptr) {
+        members.text("type", type->name);
+    } else {
+        append(members.key("type"), "null");
+    }
+    bool raw = options.raw || record.fault != fault_t::none;
+    if (record.sentence != nullptr) {
+        const std::string_view talker = talkerOf(fieldText(*record.sentence, 0));
+        if (!talker.empty()) {
+            members.text("talker", talker);
+        }
+        if (view != nullptr) {
+            raw = writeValues(members, *type, *view, options.radians) || raw;
+        }
+        if (!record.hasChecksum) {
+            append(members.key("checksum"), "false");
+        }
+        if (view == nullptr) {
+            writeFields(members, *record.sentence);
+        }
+    }
+    if (record.fault != fault_t::none) {
+        members.text("error", faultText(record.fault));
+    }
+    if (record.fault == fault_t::checksumMismatch) {
+        fmt::format_to(fmt::appender(members.key("stated")), FMT_COMPILE("\"{:02X}\""),
+                       record.stated);
+        fmt::format_to(fmt::appender(members.key("computed")), FMT_COMPILE("\"{:02X}\""),
+                       record.computed);
+    }
+    if (raw) {
+        members.text("raw", record.raw);
+    }
+    members.close();
+}

@@ -1,0 +1,85 @@
+// The command line of kalo.
+#include <csignal>
+#include <cstdio>
+
+#include <unistd.h>
+
+#include <CLI/CLI.hpp>
+
+#include "tools/decodeCommand.h"
+#include "tools/fieldsCommand.h"
+#include "tools/message.h"
+#include "tools/stopSignal.h"
+
+namespace {
+
+constexpr const char* shortHelp = "usage: kalo decode [OPTION...] [FILE...]\n"
+                                  "       kalo fields\n"
+                                  "Records of navigation sensors to JSON lines; no FILE, or -, is "
+                                  "standard input.\n"
+                                  "kalo decode --help says more.\n";
+
+const recordType_t* typeOfName(const std::string& name) {
+    for (std::size_t i = 0; i < recordTypeCount; ++i) {
+        if (name == recordTypes[i].name) {
+            return &recordTypes[i];
+        }
+    }
+    throw CLI::ValidationError("--type", "no record type is called " + name);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    std::signal(SIGPIPE, SIG_IGN);
+
+    CLI::App app{"Decodes the text records of navigation and survey sensors."};
+    app.set_version_flag("--version", "kalo " KALO_VERSION);
+    app.require_subcommand(0, 1);
+
+    decodeOptions_t decode;
+    std::vector<std::string> types;
+    std::string kind;
+    CLI::App* decodeApp = app.add_subcommand("decode", "Prints each record as a line of JSON");
+    decodeApp->add_option("FILE", decode.files, "Inputs; - is standard input, as is none");
+    decodeApp->add_option("--type", types, "Only records of these types")
+        ->delimiter(',')
+        ->type_name("A,B");
+    decodeApp->add_flag("--only-valid", decode.onlyValid, "No malformed records");
+    decodeApp->add_flag("--require-checksum", decode.record.requireChecksum,
+                        "A sentence without a checksum is malformed");
+    decodeApp->add_flag("--strict", decode.record.strict,
+                        "Each line as it is: CR LF must end it, nothing stands in front of it");
+    decodeApp->add_option("--kind", kind, "Take every line for this kind of record")
+        ->check(CLI::IsMember({"nmea"}));
+    decodeApp->add_flag("--radians", decode.json.radians, "Angles in radians, not degrees");
+    decodeApp->add_flag("--raw", decode.json.raw, "Every record with its bytes");
+    decodeApp->add_flag("--quiet", decode.quiet, "No closing line with counts");
+    CLI::App* fieldsApp = app.add_subcommand("fields", "Lists the values of each record type");
+
+    try {
+        app.parse(argc, argv);
+        for (const std::string& name : types) {
+            decode.types.push_back(typeOfName(name));
+        }
+    } catch (const CLI::Success& wanted) { // help or version
+        return app.exit(wanted);
+    } catch (const CLI::ParseError& error) {
+        fmt::print(stderr, "kalo: {}\nkalo: try kalo --help\n", error.what());
+        return exitUsage;
+    }
+
+    if (*fieldsApp) {
+        return fieldsCommand();
+    }
+    if (!*decodeApp || (decode.files.empty() && isatty(STDIN_FILENO) != 0)) {
+        fmt::print(stderr, "{}", shortHelp);
+        return exitUsage;
+    }
+    if (decode.files.empty()) {
+        decode.files.emplace_back("-");
+    }
+    decode.record.nmeaOnly = kind == "nmea";
+    catchStopSignals();
+    return decodeCommand(decode);
+}

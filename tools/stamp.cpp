@@ -1,0 +1,97 @@
+#include "tools/stamp.h"
+
+namespace {
+
+bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+// Walks over a text; every step says whether it went.
+class cursor_t {
+public:
+    explicit cursor_t(std::string_view text) : m_text(text) {}
+
+    std::size_t position() const { return m_position; }
+
+    bool oneOf(std::string_view characters) {
+        if (m_position >= m_text.size() || characters.find(m_text[m_position]) == m_text.npos) {
+            return false;
+        }
+        ++m_position;
+        return true;
+    }
+
+    // `count` digits whose value lies from `least` to `most`.
+    bool number(int count, int least, int most) {
+        int value = 0;
+        for (int i = 0; i < count; ++i) {
+            if (!digit()) {
+                return false;
+            }
+            value = value * 10 + (m_text[m_position - 1] - '0');
+        }
+        return value >= least && value <= most;
+    }
+
+    bool digits() {
+        if (!digit()) {
+            return false;
+        }
+        while (digit()) {
+        }
+        return true;
+    }
+
+private:
+    bool digit() {
+        if (m_position >= m_text.size() || !isDigit(m_text[m_position])) {
+            return false;
+        }
+        ++m_position;
+        return true;
+    }
+
+    std::string_view m_text;
+    std::size_t m_position = 0;
+};
+
+// 2014-08-01T00:00:00.316000Z; the separator is T, t or a blank, the fraction and the zone may be
+// missing, the zone may be an offset.
+std::size_t isoLength(std::string_view line) {
+    cursor_t at(line);
+    if (!(at.number(4, 0, 9999) && at.oneOf("-") && at.number(2, 1, 12) && at.oneOf("-") &&
+          at.number(2, 1, 31) && at.oneOf("Tt ") && at.number(2, 0, 24) && at.oneOf(":") &&
+          at.number(2, 0, 59) && at.oneOf(":") && at.number(2, 0, 60))) {
+        return 0;
+    }
+    if (at.oneOf(".") && !at.digits()) {
+        return 0;
+    }
+    if (at.oneOf("+-")) {
+        if (!at.number(2, 0, 23)) {
+            return 0;
+        }
+        cursor_t minutes = at;
+        minutes.oneOf(":");
+        if (minutes.number(2, 0, 59)) {
+            at = minutes;
+        }
+    } else {
+        at.oneOf("Zz");
+    }
+    return at.position();
+}
+
+// The layouts that are known, each giving the length of its stamp or 0.
+constexpr std::size_t (*layouts[])(std::string_view) = {isoLength};
+
+} // namespace
+
+std::size_t stampLength(std::string_view line) {
+    for (const auto layout : layouts) {
+        const std::size_t length = layout(line);
+        if (length > 0 && length < line.size() &&
+            std::string_view(" \t,").find(line[length]) != std::string_view::npos) {
+            return length;
+        }
+    }
+    return 0;
+}

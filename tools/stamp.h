@@ -1,0 +1,9 @@
+// The time of reception that loggers put in front of a line.
+#pragma once
+
+#include <cstddef>
+#include <string_view>
+
+/// The length of the stamp at the start of `line`, without the blank, tab or comma that must follow
+/// it; 0 without a stamp.
+std::size_t stampLength(std::string_view line);
