@@ -1,6 +1,7 @@
 // The command line of kalo.
 #include <csignal>
 #include <cstdio>
+#include <exception>
 
 #include <unistd.h>
 
@@ -28,11 +29,7 @@ const recordType_t* typeOfName(const std::string& name) {
     throw CLI::ValidationError("--type", "no record type is called " + name);
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
-    std::signal(SIGPIPE, SIG_IGN);
-
+int run(int argc, char** argv) {
     CLI::App app{"Decodes the text records of navigation and survey sensors."};
     app.set_version_flag("--version", "kalo " KALO_VERSION);
     app.require_subcommand(0, 1);
@@ -82,4 +79,16 @@ int main(int argc, char** argv) {
     decode.record.nmeaOnly = kind == "nmea";
     catchStopSignals();
     return decodeCommand(decode);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe shows when it is written to
+    try {
+        return run(argc, argv);
+    } catch (const std::exception& error) {
+        static_cast<void>(std::fprintf(stderr, "kalo: %s\n", error.what()));
+        return exitFailure;
+    }
 }

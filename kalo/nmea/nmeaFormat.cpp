@@ -83,7 +83,9 @@ nmeaFormat_t::nmeaFormat_t(const char* data, std::size_t length) : nmeaFormat_t(
 nmeaFormat_t::nmeaFormat_t(const nmeaFormat_t& other) : nmeaFormat_t() { *this = other; }
 
 nmeaFormat_t& nmeaFormat_t::operator=(const nmeaFormat_t& other) {
-    *m_state = *other.m_state;
+    if (this != &other) {
+        *m_state = *other.m_state;
+    }
     return *this;
 }
 
