@@ -13,3 +13,10 @@
 #else
 #define KALO_EXPORT
 #endif
+
+// Private members of an exported class that no caller's code can reach.
+#if defined(__GNUC__) && !defined(_WIN32)
+#define KALO_LOCAL __attribute__((visibility("hidden")))
+#else
+#define KALO_LOCAL
+#endif

@@ -1,16 +1,15 @@
 #include "kalo/nmea/nmeaField.h"
 
+#include <charconv>
 #include <sstream>
 
-#include "kalo/time/dateTime.h"
 #include "kalo/time/timeUtil.h"
-#include "kalo/util/stringUtil.h"
+#include "kalo/util/numberText.h"
+#include "kalo/util/units.h"
 
 namespace kalo {
 
 namespace {
-
-constexpr double pi = 3.141592653589793;
 
 // Degrees of `degreeDigits` digits followed by minutes, as radians.
 bool decodeCoordinate(const std::string& text, std::size_t degreeDigits, double& out) {
@@ -19,11 +18,12 @@ bool decodeCoordinate(const std::string& text, std::size_t degreeDigits, double&
     }
     unsigned degrees = 0;
     double minutes = 0;
-    if (!kalo::decode(text.substr(0, degreeDigits), degrees, 10) ||
-        !kalo::decode(text.substr(degreeDigits), minutes) || minutes < 0) {
+    if (!decodeText(text.data(), degreeDigits, degrees, 10) ||
+        !decodeText(text.data() + degreeDigits, text.size() - degreeDigits, minutes) ||
+        minutes < 0) {
         return false;
     }
-    out = (degrees + minutes / 60) * pi / 180;
+    out = radiansFromDegrees(degrees + minutes / 60);
     return true;
 }
 
@@ -36,14 +36,38 @@ bool decodeSign(const nmeaField_t& field, char positive, char negative, double& 
     return true;
 }
 
-// One number of an address. A stream would wrap a negative one into the range.
-bool extractOctet(std::istream& stream, unsigned& out) {
-    stream >> std::ws;
-    if (stream.peek() == '-') {
-        return false;
+// The four numbers of an address by the rules of streams, which accept white space around them.
+bool extractAddress(const std::string& text, unsigned (&octets)[4]) {
+    std::istringstream stream(text);
+    for (unsigned& octet : octets) {
+        char dot = '.';
+        if (&octet != octets && (!(stream >> dot) || dot != '.')) {
+            return false;
+        }
+        // A stream would wrap a negative number into the range.
+        stream >> std::ws;
+        if (stream.peek() == '-' || !(stream >> octet)) {
+            return false;
+        }
     }
-    stream >> out;
-    return !stream.fail() && out <= 255;
+    return true;
+}
+
+// The same without a stream, for an address without white space and signs.
+bool parseAddress(const std::string& text, unsigned (&octets)[4]) {
+    const char* at = text.data();
+    const char* const end = at + text.size();
+    for (unsigned& octet : octets) {
+        if (&octet != octets && (at == end || *at++ != '.')) {
+            return false;
+        }
+        const std::from_chars_result result = std::from_chars(at, end, octet);
+        if (result.ec != std::errc()) {
+            return false;
+        }
+        at = result.ptr;
+    }
+    return true;
 }
 
 } // namespace
@@ -93,25 +117,35 @@ bool nmeaField_t::decode(char& out) const {
     return true;
 }
 
-bool nmeaField_t::decode(short& out, int base) const { return kalo::decode(m_text, out, base); }
+bool nmeaField_t::decode(short& out, int base) const {
+    return decodeText(m_text.data(), m_text.size(), out, base);
+}
 
 bool nmeaField_t::decode(unsigned short& out, int base) const {
-    return kalo::decode(m_text, out, base);
+    return decodeText(m_text.data(), m_text.size(), out, base);
 }
 
-bool nmeaField_t::decode(int& out, int base) const { return kalo::decode(m_text, out, base); }
+bool nmeaField_t::decode(int& out, int base) const {
+    return decodeText(m_text.data(), m_text.size(), out, base);
+}
 
-bool nmeaField_t::decode(unsigned& out, int base) const { return kalo::decode(m_text, out, base); }
+bool nmeaField_t::decode(unsigned& out, int base) const {
+    return decodeText(m_text.data(), m_text.size(), out, base);
+}
 
-bool nmeaField_t::decode(long long& out, int base) const { return kalo::decode(m_text, out, base); }
+bool nmeaField_t::decode(long long& out, int base) const {
+    return decodeText(m_text.data(), m_text.size(), out, base);
+}
 
 bool nmeaField_t::decode(unsigned long long& out, int base) const {
-    return kalo::decode(m_text, out, base);
+    return decodeText(m_text.data(), m_text.size(), out, base);
 }
 
-bool nmeaField_t::decode(float& out) const { return kalo::decode(m_text, out); }
+bool nmeaField_t::decode(float& out) const { return decodeText(m_text.data(), m_text.size(), out); }
 
-bool nmeaField_t::decode(double& out) const { return kalo::decode(m_text, out); }
+bool nmeaField_t::decode(double& out) const {
+    return decodeText(m_text.data(), m_text.size(), out);
+}
 
 bool nmeaField_t::decodeLatitude(double& out) const { return decodeCoordinate(m_text, 2, out); }
 
@@ -126,20 +160,20 @@ bool nmeaField_t::decodeAsRadians(double& out) const {
     if (!decode(degrees)) {
         return false;
     }
-    out = pi * degrees / 180;
+    out = radiansFromDegrees(degrees);
     return true;
 }
 
 bool nmeaField_t::decodeHHMMSS(timeOfDay_t& out) const {
-    return m_text.size() >= 5 && kalo::decode(m_text.substr(0, 2), out.hour, 10) &&
-           kalo::decode(m_text.substr(2, 2), out.minute, 10) &&
-           kalo::decode(m_text.substr(4), out.second);
+    return m_text.size() >= 5 && decodeText(m_text.data(), 2, out.hour, 10) &&
+           decodeText(m_text.data() + 2, 2, out.minute, 10) &&
+           decodeText(m_text.data() + 4, m_text.size() - 4, out.second);
 }
 
 bool nmeaField_t::decodeDDMMYY(date_t& out, unsigned cutoff) const {
-    if (m_text.size() != 6 || !kalo::decode(m_text.substr(0, 2), out.day, 10) ||
-        !kalo::decode(m_text.substr(2, 2), out.month, 10) ||
-        !kalo::decode(m_text.substr(4, 2), out.year, 10)) {
+    if (m_text.size() != 6 || !decodeText(m_text.data(), 2, out.day, 10) ||
+        !decodeText(m_text.data() + 2, 2, out.month, 10) ||
+        !decodeText(m_text.data() + 4, 2, out.year, 10)) {
         return false;
     }
     out.year = twoDigitYearToAD(out.year, cutoff);
@@ -147,12 +181,13 @@ bool nmeaField_t::decodeDDMMYY(date_t& out, unsigned cutoff) const {
 }
 
 bool nmeaField_t::decodeIpv4Address(unsigned& out) const {
-    std::istringstream stream(m_text);
+    unsigned octets[4] = {};
+    if ((!isClassicLocale() || !parseAddress(m_text, octets)) && !extractAddress(m_text, octets)) {
+        return false;
+    }
     unsigned address = 0;
-    for (int i = 0; i < 4; ++i) {
-        char dot = '.';
-        unsigned octet = 0;
-        if ((i > 0 && (!(stream >> dot) || dot != '.')) || !extractOctet(stream, octet)) {
+    for (const unsigned octet : octets) {
+        if (octet > 255) {
             return false;
         }
         address = address << 8 | octet;

@@ -6,11 +6,9 @@
 #include <string>
 
 #include "kalo/export.h"
+#include "kalo/time/dateTime.h"
 
 namespace kalo {
-
-struct date_t;
-struct timeOfDay_t;
 
 /// The text of one comma-separated field: an owned copy of its bytes, neither trimmed nor
 /// translated. Fields are values; comparisons are exact, byte by byte.
@@ -71,6 +69,8 @@ public:
     bool decodeIpv4Address(unsigned& out) const;
 
 private:
+    friend class nmeaFormat_t; // fills the fields of a sentence
+
     std::string m_text;
 };
 

@@ -1,17 +1,21 @@
 #include "kalo/nmea/nmeaFormat.h"
 
+#include <algorithm>
+#include <cstdint>
 #include <cstring>
-#include <string>
+#include <string_view>
 #include <vector>
 
-#include "kalo/util/stringUtil.h"
+#include "kalo/util/numberText.h"
 
 namespace kalo {
 
 namespace {
 
+constexpr std::ptrdiff_t blockSize = 8;
+
 struct typeName_t {
-    const char* text;
+    std::string_view text;
     nmeaMsgType_t type;
 };
 
@@ -21,8 +25,27 @@ constexpr typeName_t wholeNames[] = {
     {"$PSIMLBP", msgTypePsimLbp}, {"$PSIMSSB", msgTypePsimSsb}, {"$PTPSR", msgTypePtpsr},
 };
 
+constexpr std::size_t suffixLength = 3;
+
+// Three letters as one number, which is compared at once.
+constexpr std::uint32_t lettersOf(const char* text) {
+    std::uint32_t letters = 0;
+    for (std::size_t i = 0; i < suffixLength; ++i) {
+        letters = letters << 8 | static_cast<unsigned char>(text[i]);
+    }
+    return letters;
+}
+
+struct suffix_t {
+    std::uint32_t letters;
+    nmeaMsgType_t type;
+
+    constexpr suffix_t(const char (&text)[suffixLength + 1], nmeaMsgType_t sentence)
+        : letters(lettersOf(text)), type(sentence) {}
+};
+
 // Compared with the end of an address field that starts with "$".
-constexpr typeName_t suffixes[] = {
+constexpr suffix_t suffixes[] = {
     {"ALM", msgTypeAlm}, {"DBT", msgTypeDbt}, {"DPT", msgTypeDpt}, {"DTM", msgTypeDtm},
     {"GGA", msgTypeGga}, {"GLL", msgTypeGll}, {"GSA", msgTypeGsa}, {"GST", msgTypeGst},
     {"GSV", msgTypeGsv}, {"MWD", msgTypeMwd}, {"MWV", msgTypeMwv}, {"RMC", msgTypeRmc},
@@ -31,38 +54,84 @@ constexpr typeName_t suffixes[] = {
 };
 
 // Compared with the end of an address field that starts with "!".
-constexpr typeName_t encapSuffixes[] = {
+constexpr suffix_t encapSuffixes[] = {
     {"VDM", msgTypeVdm},
 };
 
-nmeaMsgType_t recognise(const nmeaField_t& address) {
-    if (*address.data() == '!') {
-        for (const typeName_t& row : encapSuffixes) {
-            if (address.endsWith(row.text)) {
-                return row.type;
-            }
-        }
+template <std::size_t count>
+nmeaMsgType_t recogniseSuffix(std::string_view address, const suffix_t (&table)[count]) {
+    if (address.size() < suffixLength) {
         return msgTypeUnknown;
     }
-    for (const typeName_t& row : wholeNames) {
-        if (address == row.text) {
-            return row.type;
-        }
-    }
-    for (const typeName_t& row : suffixes) {
-        if (address.endsWith(row.text)) {
+    const std::uint32_t letters = lettersOf(address.data() + address.size() - suffixLength);
+    for (const suffix_t& row : table) {
+        if (row.letters == letters) {
             return row.type;
         }
     }
     return msgTypeUnknown;
 }
 
-unsigned exclusiveOr(const char* begin, const char* end) {
-    unsigned result = 0;
-    for (; begin != end; ++begin) {
-        result ^= static_cast<unsigned char>(*begin);
+nmeaMsgType_t recognise(std::string_view address) {
+    if (address[0] == '!') {
+        return recogniseSuffix(address, encapSuffixes);
     }
-    return result;
+    for (const typeName_t& row : wholeNames) {
+        if (address == row.text) {
+            return row.type;
+        }
+    }
+    return recogniseSuffix(address, suffixes);
+}
+
+// Eight bytes as one number, the first the lowest.
+std::uint64_t loadBlock(const char* data) {
+    std::uint64_t block = 0;
+    for (unsigned i = 0; i < blockSize; ++i) {
+        block |= std::uint64_t{static_cast<unsigned char>(data[i])} << (8 * i);
+    }
+    return block;
+}
+
+unsigned exclusiveOr(const char* begin, const char* end) {
+    std::uint64_t sum = 0;
+    for (; end - begin >= blockSize; begin += blockSize) {
+        sum ^= loadBlock(begin);
+    }
+    sum ^= sum >> 32;
+    sum ^= sum >> 16;
+    sum ^= sum >> 8;
+    for (; begin != end; ++begin) {
+        sum ^= static_cast<unsigned char>(*begin);
+    }
+    return sum & 0xFF;
+}
+
+// The high bit of each byte of `block` that is a comma.
+std::uint64_t commasOf(std::uint64_t block) {
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    constexpr std::uint64_t lowBits = 0x7F * ones;
+    const std::uint64_t differences = block ^ (',' * ones);
+    return ~(((differences & lowBits) + lowBits) | differences | lowBits);
+}
+
+unsigned hexDigit(char c) {
+    if (c >= '0' && c <= '9') {
+        return static_cast<unsigned>(c - '0');
+    }
+    const char upper = static_cast<char>(c & ~0x20);
+    return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A' + 10) : 16;
+}
+
+// The two characters of a checksum, which may be all that the rules for numbers accept.
+bool decodeChecksum(const char* data, unsigned& out) {
+    const unsigned high = hexDigit(data[0]);
+    const unsigned low = hexDigit(data[1]);
+    if (high < 16 && low < 16) {
+        out = high * 16 + low;
+        return true;
+    }
+    return decodeText(data, 2, out, 16);
 }
 
 } // namespace
@@ -71,7 +140,17 @@ struct nmeaFormat_t::state_t {
     bool valid = false;
     int formatError = 0;
     nmeaMsgType_t type = msgTypeUnknown;
+    // The first `fieldCount` fields are in use; those behind them keep their memory for the next
+    // sentence.
     std::vector<nmeaField_t> fields;
+    std::size_t fieldCount = 0;
+
+    nmeaField_t& addField() {
+        if (fieldCount == fields.size()) {
+            fields.emplace_back();
+        }
+        return fields[fieldCount++];
+    }
 };
 
 nmeaFormat_t::nmeaFormat_t() : m_state(new state_t) {}
@@ -83,8 +162,15 @@ nmeaFormat_t::nmeaFormat_t(const char* data, std::size_t length) : nmeaFormat_t(
 nmeaFormat_t::nmeaFormat_t(const nmeaFormat_t& other) : nmeaFormat_t() { *this = other; }
 
 nmeaFormat_t& nmeaFormat_t::operator=(const nmeaFormat_t& other) {
-    if (this != &other) {
-        *m_state = *other.m_state;
+    if (this == &other) {
+        return *this;
+    }
+    m_state->valid = other.m_state->valid;
+    m_state->formatError = other.m_state->formatError;
+    m_state->type = other.m_state->type;
+    m_state->fieldCount = 0;
+    for (unsigned i = 0; i < other.fieldCount(); ++i) {
+        m_state->addField() = *other.field(i);
     }
     return *this;
 }
@@ -94,7 +180,7 @@ nmeaFormat_t::~nmeaFormat_t() { delete m_state; }
 bool nmeaFormat_t::init(const char* data, std::size_t length) {
     m_state->valid = false;
     m_state->type = msgTypeUnknown;
-    m_state->fields.clear();
+    m_state->fieldCount = 0;
 
     if (length == 0 || (data[0] != '$' && data[0] != '!')) {
         m_state->formatError = 0;
@@ -108,7 +194,7 @@ bool nmeaFormat_t::init(const char* data, std::size_t length) {
     if (length >= 5 && data[length - 5] == '*') {
         bodyLength = length - 5;
         unsigned stated = 0;
-        if (!kalo::decode(std::string(data + length - 4, 2), stated, 16)) {
+        if (!decodeChecksum(data + length - 4, stated)) {
             m_state->formatError = 1;
             return false;
         }
@@ -118,7 +204,7 @@ bool nmeaFormat_t::init(const char* data, std::size_t length) {
         }
     }
     splitFields(data, bodyLength);
-    m_state->type = recognise(m_state->fields[0]);
+    m_state->type = recognise(m_state->fields[0].toString());
     m_state->valid = true;
     return true;
 }
@@ -129,27 +215,51 @@ int nmeaFormat_t::formatError() const { return m_state->formatError; }
 
 nmeaMsgType_t nmeaFormat_t::type() const { return m_state->type; }
 
-unsigned nmeaFormat_t::fieldCount() const { return static_cast<unsigned>(m_state->fields.size()); }
+unsigned nmeaFormat_t::fieldCount() const { return static_cast<unsigned>(m_state->fieldCount); }
 
 const nmeaField_t* nmeaFormat_t::field(unsigned index) const {
-    return index < m_state->fields.size() ? &m_state->fields[index] : nullptr;
+    return index < m_state->fieldCount ? &m_state->fields[index] : nullptr;
 }
 
 void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
     if (length == 0) {
         return;
     }
+    // A string takes a text of constant size without a call and then drops the rest of it, so what
+    // follows a short field is copied with it; near the end of the body, from a copy of its own.
+    constexpr std::size_t shortLength = 15;
     const char* const end = body + length;
-    for (const char* start = body;;) {
-        const auto left = static_cast<std::size_t>(end - start);
-        const char* comma = static_cast<const char*>(std::memchr(start, ',', left));
-        if (comma == nullptr) {
-            m_state->fields.emplace_back(start, left);
+    char tail[2 * shortLength] = {};
+    const std::size_t tailLength = std::min(length, shortLength);
+    std::memcpy(tail, end - tailLength, tailLength);
+    const auto addField = [&](const char* from, const char* to) {
+        std::string& text = m_state->addField().m_text;
+        const auto size = static_cast<std::size_t>(to - from);
+        if (size > shortLength) {
+            text.assign(from, size);
             return;
         }
-        m_state->fields.emplace_back(start, static_cast<std::size_t>(comma - start));
-        start = comma + 1;
+        const auto left = static_cast<std::size_t>(end - from);
+        text = std::string(left >= shortLength ? from : tail + tailLength - left, shortLength);
+        text.erase(size);
+    };
+    const char* start = body;
+    const char* block = body;
+    for (; end - block >= blockSize; block += blockSize) {
+        std::uint64_t commas = commasOf(loadBlock(block));
+        for (; commas != 0; commas &= commas - 1) {
+            const char* const comma = block + __builtin_ctzll(commas) / 8;
+            addField(start, comma);
+            start = comma + 1;
+        }
     }
+    for (; block != end; ++block) {
+        if (*block == ',') {
+            addField(start, block);
+            start = block + 1;
+        }
+    }
+    addField(start, end);
 }
 
 } // namespace kalo

@@ -75,7 +75,7 @@ public:
 private:
     struct state_t;
 
-    void splitFields(const char* body, std::size_t length);
+    KALO_LOCAL void splitFields(const char* body, std::size_t length);
 
     state_t* m_state;
 };
