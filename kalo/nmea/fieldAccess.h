@@ -1,6 +1,8 @@
 // Fetch and decode in one step, for the sources of the views; not installed.
 #pragma once
 
+#include <string>
+
 #include "kalo/nmea/nmeaMsg.h"
 
 namespace kalo {
@@ -20,6 +22,26 @@ inline bool decodeReal(const nmeaMsg_t& msg, unsigned index, double& out) {
 
 inline bool decodeDecimal(const nmeaMsg_t& msg, unsigned index, unsigned& out) {
     return decodeField<unsigned, int>(msg, index, &nmeaField_t::decode, out, 10);
+}
+
+inline bool decodeRadians(const nmeaMsg_t& msg, unsigned index, double& out) {
+    return decodeField(msg, index, &nmeaField_t::decodeAsRadians, out);
+}
+
+inline bool decodeLetter(const nmeaMsg_t& msg, unsigned index, char& out) {
+    return decodeField<char>(msg, index, &nmeaField_t::decode, out);
+}
+
+inline bool decodeString(const nmeaMsg_t& msg, unsigned index, std::string& out) {
+    return decodeField<std::string>(msg, index, &nmeaField_t::decode, out);
+}
+
+/// A number that counts only with `unit` in the field behind it; `out` gets the number before the
+/// letter is looked at.
+inline bool decodeWithUnit(const nmeaMsg_t& msg, unsigned index, char unit, double& out) {
+    char letter = 0;
+    return msg.field(index + 1) != nullptr && decodeReal(msg, index, out) &&
+           decodeLetter(msg, index + 1, letter) && letter == unit;
 }
 
 /// The product of a magnitude and the sign that the field behind it gives; `out` is written only on

@@ -1,0 +1,44 @@
+#include "kalo/nmea/dtmMsg.h"
+
+#include "kalo/nmea/fieldAccess.h"
+#include "kalo/util/units.h"
+
+namespace kalo {
+
+namespace {
+
+bool decodeOffset(const nmeaMsg_t& msg, unsigned index,
+                  bool (nmeaField_t::*signDecoder)(double&) const, double& out) {
+    double minutes = 0;
+    if (!decodeSigned(msg, index, &nmeaField_t::decode, signDecoder, minutes)) {
+        return false;
+    }
+    out = radiansFromDegrees(minutes / 60);
+    return true;
+}
+
+} // namespace
+
+dtmMsg_t::dtmMsg_t(const nmeaFormat_t& format) : nmeaMsg_t(msgTypeDtm, format) {}
+
+dtmMsg_t::~dtmMsg_t() = default;
+
+bool dtmMsg_t::decodeLocalDatum(std::string& out) const { return decodeString(*this, 1, out); }
+
+bool dtmMsg_t::decodeLocalDatumSubdivision(std::string& out) const {
+    return decodeString(*this, 2, out);
+}
+
+bool dtmMsg_t::decodeLatitudeOffset(double& out) const {
+    return decodeOffset(*this, 3, &nmeaField_t::decodeNS, out);
+}
+
+bool dtmMsg_t::decodeLongitudeOffset(double& out) const {
+    return decodeOffset(*this, 5, &nmeaField_t::decodeEW, out);
+}
+
+bool dtmMsg_t::decodeAltitudeOffset(double& out) const { return decodeReal(*this, 7, out); }
+
+bool dtmMsg_t::decodeReferenceDatum(std::string& out) const { return decodeString(*this, 8, out); }
+
+} // namespace kalo
