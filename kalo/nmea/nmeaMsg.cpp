@@ -2,8 +2,29 @@
 
 #include <limits>
 
+#include "kalo/nmea/dbtMsg.h"
+#include "kalo/nmea/dptMsg.h"
+#include "kalo/nmea/dtmMsg.h"
+#include "kalo/nmea/gbsMsg.h"
 #include "kalo/nmea/ggaMsg.h"
+#include "kalo/nmea/gllMsg.h"
+#include "kalo/nmea/gsaMsg.h"
+#include "kalo/nmea/gstMsg.h"
+#include "kalo/nmea/gsvMsg.h"
+#include "kalo/nmea/hdtMsg.h"
+#include "kalo/nmea/mwdMsg.h"
+#include "kalo/nmea/mwvMsg.h"
+#include "kalo/nmea/psimLbpMsg.h"
+#include "kalo/nmea/psimSsbMsg.h"
+#include "kalo/nmea/ptpsrMsg.h"
 #include "kalo/nmea/pzwbGgaMsg.h"
+#include "kalo/nmea/pzwbGstMsg.h"
+#include "kalo/nmea/pzwbMdeMsg.h"
+#include "kalo/nmea/rmcMsg.h"
+#include "kalo/nmea/rotMsg.h"
+#include "kalo/nmea/thsMsg.h"
+#include "kalo/nmea/vtgMsg.h"
+#include "kalo/nmea/zdaMsg.h"
 
 namespace kalo {
 
@@ -21,8 +42,18 @@ nmeaMsg_t* createView(const nmeaFormat_t& format) {
 
 // The one place that ties types to view classes.
 constexpr viewClass_t viewClasses[] = {
-    {msgTypeGga, createView<ggaMsg_t>},
-    {msgTypePzwbGga, createView<pzwbGgaMsg_t>},
+    {msgTypeDbt, createView<dbtMsg_t>},         {msgTypeDpt, createView<dptMsg_t>},
+    {msgTypeDtm, createView<dtmMsg_t>},         {msgTypeGbs, createView<gbsMsg_t>},
+    {msgTypeGga, createView<ggaMsg_t>},         {msgTypeGll, createView<gllMsg_t>},
+    {msgTypeGsa, createView<gsaMsg_t>},         {msgTypeGst, createView<gstMsg_t>},
+    {msgTypeGsv, createView<gsvMsg_t>},         {msgTypeHdt, createView<hdtMsg_t>},
+    {msgTypeMwd, createView<mwdMsg_t>},         {msgTypeMwv, createView<mwvMsg_t>},
+    {msgTypeRmc, createView<rmcMsg_t>},         {msgTypeRot, createView<rotMsg_t>},
+    {msgTypeThs, createView<thsMsg_t>},         {msgTypeVtg, createView<vtgMsg_t>},
+    {msgTypeZda, createView<zdaMsg_t>},         {msgTypePzwbGga, createView<pzwbGgaMsg_t>},
+    {msgTypePzwbGst, createView<pzwbGstMsg_t>}, {msgTypePzwbMde, createView<pzwbMdeMsg_t>},
+    {msgTypePsimLbp, createView<psimLbpMsg_t>}, {msgTypePsimSsb, createView<psimSsbMsg_t>},
+    {msgTypePtpsr, createView<ptpsrMsg_t>},
 };
 
 } // namespace

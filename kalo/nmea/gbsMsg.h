@@ -1,0 +1,36 @@
+// GBS, the detection of satellite faults.
+#pragma once
+
+#include "kalo/export.h"
+#include "kalo/nmea/nmeaMsg.h"
+
+namespace kalo {
+
+/// Expected errors, and the satellite that most likely has failed.
+///
+///   0 address  1 time  2 latitude error  3 longitude error  4 altitude error  5 failed satellite
+///   6 probability of missed detection  7 bias  8 standard deviation of the bias
+class KALO_EXPORT gbsMsg_t : public nmeaMsg_t {
+public:
+    explicit gbsMsg_t(const nmeaFormat_t& format);
+    ~gbsMsg_t() override;
+
+    unsigned capabilities() const override;
+    bool decodeTimeOfDay(timeOfDay_t& out) const override;
+    /// Expected error, as sent.
+    bool decodeLatitudeError(double& out) const;
+    /// Expected error, as sent.
+    bool decodeLongitudeError(double& out) const;
+    /// Expected error, as sent.
+    bool decodeAltitudeError(double& out) const;
+    /// Identifier of the most likely failed satellite.
+    bool decodeFailedSatId(unsigned& out) const;
+    /// Probability of missed detection, as sent.
+    bool decodeFailedSatProbability(double& out) const;
+    /// Estimated bias of that satellite, as sent.
+    bool decodeFailedSatBias(double& out) const;
+    /// Standard deviation of the bias, as sent.
+    bool decodeBiasStdDev(double& out) const;
+};
+
+} // namespace kalo

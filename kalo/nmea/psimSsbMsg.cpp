@@ -1,0 +1,175 @@
+#include "kalo/nmea/psimSsbMsg.h"
+
+#include "kalo/nmea/fieldAccess.h"
+#include "kalo/util/stringUtil.h"
+#include "kalo/util/units.h"
+
+namespace kalo {
+
+const std::string psimSsbMsg_t::statusValid = "A";
+const std::string psimSsbMsg_t::statusInvalid = "V";
+const std::string psimSsbMsg_t::coordTypeCartesian = "C";
+const std::string psimSsbMsg_t::coordTypePolar = "P";
+const std::string psimSsbMsg_t::coordTypeUtm = "U";
+const std::string psimSsbMsg_t::coordTypeRadians = "R";
+const std::string psimSsbMsg_t::orientationNorth = "N";
+const std::string psimSsbMsg_t::orientationEast = "E";
+const std::string psimSsbMsg_t::orientationHead = "H";
+const std::string psimSsbMsg_t::filterCodeMeasured = "M";
+const std::string psimSsbMsg_t::filterCodeFiltered = "F";
+const std::string psimSsbMsg_t::filterCodePredicted = "P";
+const std::string psimSsbMsg_t::addInfoNone = "N";
+const std::string psimSsbMsg_t::addInfoTime = "T";
+const std::string psimSsbMsg_t::addInfoDepth = "D";
+const std::string psimSsbMsg_t::addInfoCompass = "C";
+const std::string psimSsbMsg_t::addInfoInclinometer = "I";
+
+psimSsbMsg_t::psimSsbMsg_t(const nmeaFormat_t& format) : nmeaMsg_t(msgTypePsimSsb, format) {}
+
+psimSsbMsg_t::~psimSsbMsg_t() = default;
+
+unsigned psimSsbMsg_t::capabilities() const { return capabilityTimeOfDay; }
+
+bool psimSsbMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
+    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
+}
+
+bool psimSsbMsg_t::decodeBeaconId(std::string& out) const { return decodeString(*this, 2, out); }
+
+bool psimSsbMsg_t::decodeBeaconNumber(unsigned& out) const {
+    std::string id;
+    if (!decodeBeaconId(id)) {
+        return false;
+    }
+    id.erase(0, id.find_first_of("0123456789"));
+    return kalo::decode(id, out, 10);
+}
+
+bool psimSsbMsg_t::decodeStatus(std::string& out) const { return decodeString(*this, 3, out); }
+
+bool psimSsbMsg_t::decodeErrorCode(std::string& out) const { return decodeString(*this, 4, out); }
+
+bool psimSsbMsg_t::decodeCoordType(std::string& out) const { return decodeString(*this, 5, out); }
+
+bool psimSsbMsg_t::decodeOrientation(std::string& out) const { return decodeString(*this, 6, out); }
+
+bool psimSsbMsg_t::decodeFilterCode(std::string& out) const { return decodeString(*this, 7, out); }
+
+bool psimSsbMsg_t::decodeRawX(double& out) const { return decodeReal(*this, 8, out); }
+
+bool psimSsbMsg_t::decodeRawY(double& out) const { return decodeReal(*this, 9, out); }
+
+bool psimSsbMsg_t::decodeDepth(double& out) const { return decodeReal(*this, 10, out); }
+
+bool psimSsbMsg_t::decodeExpectedAccuracy(double& out) const { return decodeReal(*this, 11, out); }
+
+bool psimSsbMsg_t::decodeAddInfoType(std::string& out) const {
+    return decodeString(*this, 12, out);
+}
+
+bool psimSsbMsg_t::decodeRawAddInfo1(double& out) const { return decodeReal(*this, 13, out); }
+
+bool psimSsbMsg_t::decodeRawAddInfo2(double& out) const { return decodeReal(*this, 14, out); }
+
+psimSsbMsg_t::coords_t::coords_t(const psimSsbMsg_t& msg) : m_msg(&msg), m_layout(layoutOf(msg)) {}
+
+// Compares with letters of its own: the constants above may not be there yet when another static
+// object is built from a sentence.
+psimSsbMsg_t::coords_t::layout_t psimSsbMsg_t::coords_t::layoutOf(const psimSsbMsg_t& msg) {
+    static constexpr struct {
+        const char* coordType;
+        const char* orientation;
+        layout_t layout;
+    } layouts[] = {
+        {"C", "H", layoutShipRelative}, {"C", "N", layoutNorthEast},
+        {"C", "E", layoutEastNorth},    {"P", "H", layoutPolar},
+        {"R", "N", layoutGeographic},   {"U", "N", layoutUtmNorthEast},
+        {"U", "E", layoutUtmEastNorth},
+    };
+    const nmeaField_t* coordType = msg.field(5);
+    const nmeaField_t* orientation = msg.field(6);
+    if (coordType == nullptr || orientation == nullptr) {
+        return layoutUnknown;
+    }
+    for (const auto& row : layouts) {
+        if (*coordType == row.coordType && *orientation == row.orientation) {
+            return row.layout;
+        }
+    }
+    return layoutUnknown;
+}
+
+bool psimSsbMsg_t::coords_t::decodeRange(double& out) const {
+    return m_layout == layoutPolar && m_msg->decodeRawX(out);
+}
+
+bool psimSsbMsg_t::coords_t::decodeBearing(double& out) const {
+    return m_layout == layoutPolar && decodeRadians(*m_msg, 9, out);
+}
+
+bool psimSsbMsg_t::coords_t::decodeStarboardOffset(double& out) const {
+    return m_layout == layoutShipRelative && m_msg->decodeRawX(out);
+}
+
+bool psimSsbMsg_t::coords_t::decodeForwardOffset(double& out) const {
+    return m_layout == layoutShipRelative && m_msg->decodeRawY(out);
+}
+
+bool psimSsbMsg_t::coords_t::decodeNorthOffset(double& out) const {
+    return (m_layout == layoutNorthEast && m_msg->decodeRawX(out)) ||
+           (m_layout == layoutEastNorth && m_msg->decodeRawY(out));
+}
+
+bool psimSsbMsg_t::coords_t::decodeEastOffset(double& out) const {
+    return (m_layout == layoutNorthEast && m_msg->decodeRawY(out)) ||
+           (m_layout == layoutEastNorth && m_msg->decodeRawX(out));
+}
+
+bool psimSsbMsg_t::coords_t::decodeUtmNorthing(double& out) const {
+    return (m_layout == layoutUtmNorthEast && m_msg->decodeRawX(out)) ||
+           (m_layout == layoutUtmEastNorth && m_msg->decodeRawY(out));
+}
+
+bool psimSsbMsg_t::coords_t::decodeUtmEasting(double& out) const {
+    return (m_layout == layoutUtmNorthEast && m_msg->decodeRawY(out)) ||
+           (m_layout == layoutUtmEastNorth && m_msg->decodeRawX(out));
+}
+
+bool psimSsbMsg_t::coords_t::decodeLatitude(double& out) const {
+    return m_layout == layoutGeographic && decodeRadians(*m_msg, 8, out);
+}
+
+bool psimSsbMsg_t::coords_t::decodeLongitude(double& out) const {
+    return m_layout == layoutGeographic && decodeRadians(*m_msg, 9, out);
+}
+
+psimSsbMsg_t::addInfo_t::addInfo_t(const psimSsbMsg_t& msg) : m_msg(&msg), m_kind(kindOf(msg)) {}
+
+psimSsbMsg_t::addInfo_t::kind_t psimSsbMsg_t::addInfo_t::kindOf(const psimSsbMsg_t& msg) {
+    const nmeaField_t* type = msg.field(12);
+    if (type == nullptr) {
+        return kindNone;
+    }
+    return *type == "D"   ? kindDepth
+           : *type == "I" ? kindInclinometer
+           : *type == "T" ? kindTime
+                          : kindNone;
+}
+
+bool psimSsbMsg_t::addInfo_t::decodeRoll(double& out) const {
+    return m_kind == kindInclinometer && decodeRadians(*m_msg, 13, out);
+}
+
+bool psimSsbMsg_t::addInfo_t::decodePitch(double& out) const {
+    return m_kind == kindInclinometer && decodeRadians(*m_msg, 14, out);
+}
+
+bool psimSsbMsg_t::addInfo_t::decodeRangeTime(double& out) const {
+    return m_kind == kindTime && m_msg->decodeRawAddInfo1(out);
+}
+
+bool psimSsbMsg_t::addInfo_t::decodeDepth(double& out) const {
+    return m_kind == kindDepth && m_msg->decodeRawAddInfo1(out);
+}
+
+} // namespace kalo

@@ -1,0 +1,38 @@
+// "$PZWBGST", a receiver's proprietary error statistics.
+#pragma once
+
+#include "kalo/export.h"
+#include "kalo/nmea/nmeaMsg.h"
+
+namespace kalo {
+
+/// The fields of GST and the value of an F-test.
+///
+///   0 address  1 time  2 range RMS  3 semi-major axis  4 semi-minor axis  5 orientation
+///   6 latitude error  7 longitude error  8 altitude error  9 F-test
+class KALO_EXPORT pzwbGstMsg_t : public nmeaMsg_t {
+public:
+    explicit pzwbGstMsg_t(const nmeaFormat_t& format);
+    ~pzwbGstMsg_t() override;
+
+    unsigned capabilities() const override;
+    bool decodeTimeOfDay(timeOfDay_t& out) const override;
+    /// RMS of the pseudorange residuals, as sent.
+    bool decodeRangeRms(double& out) const;
+    /// Standard deviation along the semi-major axis, as sent.
+    bool decodeSemiMajor(double& out) const;
+    /// Standard deviation along the semi-minor axis, as sent.
+    bool decodeSemiMinor(double& out) const;
+    /// Orientation of the semi-major axis, radians from true north.
+    bool decodeOrientation(double& out) const;
+    /// Standard deviation, as sent.
+    bool decodeLatitudeError(double& out) const;
+    /// Standard deviation, as sent.
+    bool decodeLongitudeError(double& out) const;
+    /// Standard deviation, as sent.
+    bool decodeAltitudeError(double& out) const;
+    /// F-test value, as sent.
+    bool decodeFtest(unsigned& out) const;
+};
+
+} // namespace kalo
