@@ -6,13 +6,53 @@
 
 #include <unistd.h>
 
+#include "kalo/nmea/rmcMsg.h"
+#include "tools/dating.h"
 #include "tools/input.h"
 #include "tools/message.h"
 #include "tools/output.h"
+#include "tools/satelliteSets.h"
+#include "tools/stamp.h"
 #include "tools/stopSignal.h"
 #include "tools/summary.h"
 
 namespace {
+
+// What is kept for one input.
+struct inputState_t {
+    const std::string& name;
+    lineSplitter_t lines;
+    recordSplitter_t records;
+    dating_t dating;
+    satelliteSets_t satellites;
+
+    inputState_t(const std::string& input, const decodeOptions_t& options)
+        : name(input), lines(options.record.strict), records(options.record), dating(options.date) {
+    }
+};
+
+// Who sent it: the address without its start character and the three letters of the type.
+std::string_view talkerOf(std::string_view address) {
+    const bool proprietary = address.size() > 1 && address[1] == 'P';
+    return proprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
+}
+
+std::optional<timeClue_t> clueOf(const kalo::nmeaMsg_t& view, const record_t& record) {
+    timeClue_t clue;
+    if (!readTimeOfDay(view, clue.time)) {
+        return {};
+    }
+    kalo::date_t date;
+    if (view.decodeDate(date)) {
+        clue.date = date;
+    }
+    char validity = 0;
+    clue.isVoid = view.type() == kalo::msgTypeRmc &&
+                  static_cast<const kalo::rmcMsg_t&>(view).decodeValidity(validity) &&
+                  validity == 'V';
+    clue.stamp = stampTime(record.received);
+    return clue;
+}
 
 class decoder_t {
 public:
@@ -39,8 +79,7 @@ public:
 private:
     void decodeInput(const std::string& name) {
         input_t input(name);
-        lineSplitter_t lines(m_options.record.strict);
-        recordSplitter_t records(m_options.record);
+        inputState_t state(name, m_options);
         std::string start; // the first bytes, as long as they do not tell what they are
         content_t content = content_t::undecided;
         while (!m_output.isClosed() && !input.failed()) {
@@ -58,65 +97,110 @@ private:
                 data = start.append(data);
                 content = contentOf(start, format);
                 if (content == content_t::compressed) {
-                    complain(name, fmt::format("looks like {}, which is not read; unpack it first",
-                                               format));
-                    m_status = exitFailure;
+                    fail(name,
+                         fmt::format("looks like {}, which is not read; unpack it first", format));
                     return;
                 }
                 if (content == content_t::undecided) {
                     continue;
                 }
             }
-            lines.append(data);
-            decodeLines(name, lines, records);
+            state.lines.append(data);
+            decodeLines(state);
             m_output.flushIfDue();
         }
         if (stopSignal() == 0) {
             if (content == content_t::undecided) {
-                lines.append(start);
+                state.lines.append(start);
             }
-            lines.finish();
-            decodeLines(name, lines, records);
+            state.lines.finish();
+            decodeLines(state);
         }
         if (input.failed()) {
-            complain(name, input.reason());
-            m_status = exitFailure;
+            fail(name, input.reason());
         }
-        m_summary.blankLines += lines.blankLines();
+        state.satellites.finish();
+        m_summary.blankLines += state.lines.blankLines();
+        m_summary.completeSets += state.satellites.complete();
+        m_summary.incompleteSets += state.satellites.incomplete();
+        m_summary.undated += state.dating.undated();
     }
 
-    void decodeLines(const std::string& source, lineSplitter_t& lines, recordSplitter_t& records) {
+    void fail(const std::string& name, const std::string& reason) {
+        complain(name, reason);
+        m_status = exitFailure;
+    }
+
+    void decodeLines(inputState_t& state) {
         line_t line;
         record_t record;
-        while (!m_output.isClosed() && lines.next(line)) {
-            records.start(line);
-            while (records.next(record)) {
-                decodeRecord(source, record);
+        while (!m_output.isClosed() && state.lines.next(line)) {
+            state.records.start(line);
+            while (state.records.next(record)) {
+                decodeRecord(state, record);
             }
             m_output.flushIfLarge();
         }
     }
 
-    void decodeRecord(const std::string& source, const record_t& record) {
-        std::unique_ptr<const kalo::nmeaMsg_t> view;
-        const recordType_t* type = nullptr;
-        if (record.sentence != nullptr) {
-            view.reset(kalo::nmeaMsg_t::create(*record.sentence));
-            type = sentenceType(record.sentence->type());
+    void decodeRecord(inputState_t& state, const record_t& record) {
+        jsonRecord_t json;
+        json.input = state.name;
+        json.record = &record;
+        if (record.sentence == nullptr) {
+            m_summary.count(record.fault, false);
+            write(json);
+            return;
         }
+        const std::unique_ptr<const kalo::nmeaMsg_t> view(
+            kalo::nmeaMsg_t::create(*record.sentence));
         m_summary.count(record.fault, view != nullptr);
-        if (isWanted(record, type)) {
-            writeJson(m_output.buffer(), source, record, type, view.get(), m_options.json);
+        json.type = sentenceType(record.sentence->type());
+        json.talker = talkerOf(record.sentence->field(0)->toString());
+        if (view == nullptr) {
+            write(json);
+            return;
+        }
+        const source_t values{view.get(), nullptr};
+        json.values = &values;
+        std::optional<instant_t> instant;
+        if (const std::optional<timeClue_t> clue = clueOf(*view, record)) {
+            instant = state.dating.date(*clue);
+        }
+        json.instant = instant ? &*instant : nullptr;
+        write(json);
+        if (view->type() == kalo::msgTypeGsv) {
+            decodeSatellites(state, json, static_cast<const kalo::gsvMsg_t&>(*view));
         }
     }
 
-    bool isWanted(const record_t& record, const recordType_t* type) const {
-        if (m_options.onlyValid && record.fault != fault_t::none) {
-            return false;
+    // The sentence may have completed a group, which then is a record of its own.
+    void decodeSatellites(inputState_t& state, const jsonRecord_t& sentence,
+                          const kalo::gsvMsg_t& view) {
+        satelliteSet_t set;
+        if (!state.satellites.offer(view, set)) {
+            return;
+        }
+        record_t record;
+        record.line = sentence.record->line;
+        record.received = sentence.record->received;
+        const source_t values{nullptr, &set};
+        jsonRecord_t json = sentence;
+        json.record = &record;
+        json.type = &satellitesType;
+        json.values = &values;
+        write(json);
+    }
+
+    void write(const jsonRecord_t& json) {
+        if (m_options.onlyValid && json.record->fault != fault_t::none) {
+            return;
         }
         const std::vector<const recordType_t*>& types = m_options.types;
-        return types.empty() ||
-               (type != nullptr && std::find(types.begin(), types.end(), type) != types.end());
+        if (types.empty() || (json.type != nullptr &&
+                              std::find(types.begin(), types.end(), json.type) != types.end())) {
+            writeJson(m_output.buffer(), json, m_options.json);
+        }
     }
 
     const decodeOptions_t& m_options;

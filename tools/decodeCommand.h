@@ -1,6 +1,7 @@
 // `kalo decode`: records to JSON lines.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,7 @@ struct decodeOptions_t {
     std::vector<const recordType_t*> types; ///< empty: all
     recordOptions_t record;
     jsonOptions_t json;
+    std::optional<kalo::date_t> date; ///< on which the inputs begin
     bool onlyValid = false;
     bool quiet = false;
 };

@@ -28,11 +28,13 @@ constexpr magic_t magics[] = {
 } // namespace
 
 input_t::input_t(const std::string& name)
-    : m_name(name), m_buffer(blockSize, '\0'),
-      m_descriptor(name == "-" ? STDIN_FILENO
-                               : open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY)) {
-    if (m_descriptor < 0) {
-        m_error = errno;
+    : m_name(name), m_buffer(blockSize, '\0'), m_descriptor(name == "-" ? STDIN_FILENO : -1) {
+    // Opening a pipe waits for the other end, and a signal may come first.
+    while (m_descriptor < 0 && m_error == 0 && stopSignal() == 0) {
+        m_descriptor = open(name.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY);
+        if (m_descriptor < 0 && errno != EINTR) {
+            m_error = errno;
+        }
     }
 }
 

@@ -71,7 +71,12 @@ public:
         fmt::format_to(fmt::appender(key(name)), FMT_COMPILE("{}"), value);
     }
 
-    void close() { append(m_out, "}\n"); }
+    void close() {
+        if (m_separator == '{') {
+            m_out.push_back('{');
+        }
+        m_out.push_back('}');
+    }
 
 private:
     fmt::memory_buffer& m_out;
@@ -95,64 +100,132 @@ void writeSeconds(fmt::memory_buffer& out, const sentTime_t& sent) {
     fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), sent.time.second);
 }
 
-// Writes one value under its name; false, with nothing written, when there is none.
+void writeTime(fmt::memory_buffer& out, const sentTime_t& sent) {
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("{:02}:{:02}:"), sent.time.hour,
+                   sent.time.minute);
+    writeSeconds(out, sent);
+}
+
+void writeDate(fmt::memory_buffer& out, const kalo::date_t& date) {
+    fmt::format_to(fmt::appender(out), FMT_COMPILE("{:04}-{:02}-{:02}"), date.year, date.month,
+                   date.day);
+}
+
+// Writes one value under its name. The calls return whether something that was sent is lost by it.
 class valueWriter_t {
 public:
-    valueWriter_t(members_t& members, const valueRow_t& row, bool radians)
-        : m_members(members), m_row(row), m_radians(radians) {}
+    valueWriter_t(members_t& members, const valueRow_t& row, const source_t& source, bool radians)
+        : m_members(members), m_row(row), m_source(source), m_radians(radians) {}
 
-    bool operator()(std::monostate /*none*/) const { return false; }
+    bool operator()(undecoded_t /*none*/) const { return isSent(m_source, m_row.fields); }
 
-    bool operator()(unsigned value) const {
-        m_members.number(m_row.name, value);
-        return true;
-    }
+    bool operator()(absent_t /*none*/) const { return false; }
+
+    bool operator()(unsigned value) const { return number(value); }
+
+    bool operator()(int value) const { return number(value); }
 
     bool operator()(double value) const {
         if (!std::isfinite(value)) {
+            return isSent(m_source, m_row.fields);
+        }
+        if (m_row.unit.radianName != nullptr) {
+            writeAngle(m_members.key(m_row.name), value);
             return false;
         }
-        if (m_row.unit.radianName != nullptr && !m_radians) {
-            fmt::format_to(fmt::appender(m_members.key(m_row.name)), FMT_COMPILE("{:.15g}"),
-                           value * degreesPerRadian);
-        } else {
-            m_members.number(m_row.name, value);
+        return number(value);
+    }
+
+    bool operator()(char value) const {
+        m_members.text(m_row.name, {&value, 1});
+        return false;
+    }
+
+    bool operator()(const std::string& value) const {
+        if (!value.empty()) {
+            m_members.text(m_row.name, value);
         }
-        return true;
+        return false;
     }
 
     bool operator()(const sentTime_t& value) const {
         fmt::memory_buffer& out = m_members.key(m_row.name);
-        fmt::format_to(fmt::appender(out), FMT_COMPILE("\"{:02}:{:02}:"), value.time.hour,
-                       value.time.minute);
-        writeSeconds(out, value);
         out.push_back('"');
-        return true;
+        writeTime(out, value);
+        out.push_back('"');
+        return false;
+    }
+
+    bool operator()(const kalo::date_t& value) const {
+        fmt::memory_buffer& out = m_members.key(m_row.name);
+        out.push_back('"');
+        writeDate(out, value);
+        out.push_back('"');
+        return false;
+    }
+
+    bool operator()(const std::vector<unsigned>& values) const {
+        fmt::format_to(fmt::appender(m_members.key(m_row.name)), "[{}]", fmt::join(values, ","));
+        return false;
+    }
+
+    bool operator()(const std::vector<satellite_t>& satellites) const {
+        fmt::memory_buffer& out = m_members.key(m_row.name);
+        out.push_back('[');
+        bool lost = false;
+        for (const satellite_t& satellite : satellites) {
+            append(out, &satellite == satellites.data() ? "" : ",");
+            writeSatellite(out, satellite);
+            lost = lost || satellite.lost;
+        }
+        out.push_back(']');
+        return lost;
     }
 
 private:
+    template <typename Number>
+    bool number(Number value) const {
+        m_members.number(m_row.name, value);
+        return false;
+    }
+
+    void writeAngle(fmt::memory_buffer& out, double radians) const {
+        if (m_radians) {
+            fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), radians);
+        } else {
+            fmt::format_to(fmt::appender(out), FMT_COMPILE("{:.15g}"), radians * degreesPerRadian);
+        }
+    }
+
+    void writeSatellite(fmt::memory_buffer& out, const satellite_t& satellite) const {
+        members_t members(out);
+        if (satellite.hasPrn) {
+            members.number("prn", satellite.prn);
+        }
+        if (satellite.hasElevation) {
+            writeAngle(members.key("elevation"), satellite.elevation);
+        }
+        if (satellite.hasAzimuth) {
+            writeAngle(members.key("azimuth"), satellite.azimuth);
+        }
+        if (satellite.hasSnr) {
+            members.number("snr", satellite.snr);
+        }
+        members.close();
+    }
+
     members_t& m_members;
     const valueRow_t& m_row;
+    const source_t& m_source;
     bool m_radians;
 };
 
-bool anySent(const kalo::nmeaMsg_t& view, fieldSet_t fields) {
-    for (unsigned i = 0; fields >> i != 0; ++i) {
-        const kalo::nmeaField_t* field = view.field(i);
-        if ((fields >> i & 1) != 0 && field != nullptr && !field->isEmpty()) {
-            return true;
-        }
-    }
-    return false;
-}
-
 // Returns whether something that was sent did not decode.
-bool writeValues(members_t& members, const recordType_t& type, const kalo::nmeaMsg_t& view,
+bool writeValues(members_t& members, const recordType_t& type, const source_t& source,
                  bool radians) {
     bool lost = false;
     for (const valueRow_t& row : type) {
-        const bool written = std::visit(valueWriter_t(members, row, radians), row.read(view));
-        lost = lost || (!written && anySent(view, row.fields));
+        lost = std::visit(valueWriter_t(members, row, source, radians), row.read(source)) || lost;
     }
     return lost;
 }
@@ -161,10 +234,16 @@ std::string_view fieldText(const kalo::nmeaFormat_t& sentence, unsigned index) {
     return sentence.field(index)->toString();
 }
 
-// Who sent it: the address without its start character and the three letters of the type.
-std::string_view talkerOf(std::string_view address) {
-    const bool proprietary = address.size() > 1 && address[1] == 'P';
-    return proprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
+void writeInstant(fmt::memory_buffer& out, const instant_t& instant, bool epoch) {
+    if (epoch) {
+        fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), instant.timestamp);
+        return;
+    }
+    out.push_back('"');
+    writeDate(out, instant.date);
+    out.push_back('T');
+    writeTime(out, instant.time);
+    append(out, "Z\"");
 }
 
 void writeFields(members_t& members, const kalo::nmeaFormat_t& sentence) {
@@ -206,37 +285,41 @@ void writeJsonString(fmt::memory_buffer& out, std::string_view bytes) {
     out.push_back('"');
 }
 
-void writeJson(fmt::memory_buffer& out, std::string_view source, const record_t& record,
-               const recordType_t* type, const kalo::nmeaMsg_t* view,
-               const jsonOptions_t& options) {
+void writeJson(fmt::memory_buffer& out, const jsonRecord_t& json, const jsonOptions_t& options) {
+    const record_t& record = *json.record;
     members_t members(out);
-    members.text("source", source);
+    members.text("source", json.input);
     members.number("line", record.line);
-    members.number("offset", record.offset);
+    const bool isOwn = !record.raw.empty(); // it has bytes of its own
+    if (isOwn) {
+        members.number("offset", record.offset);
+    }
     if (!record.received.empty()) {
         members.text("received", record.received);
     }
     if (!record.prefix.empty()) {
         members.text("prefix", record.prefix);
     }
-    if (type != nullptr) {
-        members.text("type", type->name);
+    if (json.type != nullptr) {
+        members.text("type", json.type->name);
     } else {
         append(members.key("type"), "null");
     }
+    if (!json.talker.empty()) {
+        members.text("talker", json.talker);
+    }
+    if (json.instant != nullptr) {
+        writeInstant(members.key("time"), *json.instant, options.epoch);
+    }
     bool raw = options.raw || record.fault != fault_t::none;
+    if (json.values != nullptr) {
+        raw = writeValues(members, *json.type, *json.values, options.radians) || raw;
+    }
     if (record.sentence != nullptr) {
-        const std::string_view talker = talkerOf(fieldText(*record.sentence, 0));
-        if (!talker.empty()) {
-            members.text("talker", talker);
-        }
-        if (view != nullptr) {
-            raw = writeValues(members, *type, *view, options.radians) || raw;
-        }
         if (!record.hasChecksum) {
             append(members.key("checksum"), "false");
         }
-        if (view == nullptr) {
+        if (json.values == nullptr) {
             writeFields(members, *record.sentence);
         }
     }
@@ -249,8 +332,9 @@ void writeJson(fmt::memory_buffer& out, std::string_view source, const record_t&
         fmt::format_to(fmt::appender(members.key("computed")), FMT_COMPILE("\"{:02X}\""),
                        record.computed);
     }
-    if (raw) {
+    if (raw && isOwn) {
         members.text("raw", record.raw);
     }
     members.close();
+    out.push_back('\n');
 }

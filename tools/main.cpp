@@ -11,11 +11,13 @@
 #include "tools/fieldsCommand.h"
 #include "tools/message.h"
 #include "tools/stopSignal.h"
+#include "tools/timeCommand.h"
 
 namespace {
 
 constexpr const char* shortHelp = "usage: kalo decode [OPTION...] [FILE...]\n"
                                   "       kalo fields\n"
+                                  "       kalo time [--leap A,B,C,D] [INSTANT...]\n"
                                   "Records of navigation sensors to JSON lines; no FILE, or -, is "
                                   "standard input.\n"
                                   "kalo decode --help says more.\n";
@@ -29,6 +31,22 @@ const recordType_t* typeOfName(const std::string& name) {
     throw CLI::ValidationError("--type", "no record type is called " + name);
 }
 
+kalo::date_t dateOfText(const std::string& text) {
+    kalo::date_t date;
+    if (!parseDate(text, date)) {
+        throw CLI::ValidationError("--date", text + " is no date of the form YYYY-MM-DD");
+    }
+    return date;
+}
+
+kalo::gps2utc_t leapOfText(const std::string& text) {
+    kalo::gps2utc_t leap;
+    if (!parseLeap(text, leap)) {
+        throw CLI::ValidationError("--leap", text + " is not deltaTls,deltaTlsf,wnLsf,dn");
+    }
+    return leap;
+}
+
 int run(int argc, char** argv) {
     CLI::App app{"Decodes the text records of navigation and survey sensors."};
     app.set_version_flag("--version", "kalo " KALO_VERSION);
@@ -37,10 +55,12 @@ int run(int argc, char** argv) {
     decodeOptions_t decode;
     std::vector<std::string> types;
     std::string kind;
+    std::string date;
     CLI::App* decodeApp = app.add_subcommand("decode", "Prints each record as a line of JSON");
     decodeApp->add_option("FILE", decode.files, "Inputs; - is standard input, as is none");
     decodeApp->add_option("--type", types, "Only records of these types")
         ->delimiter(',')
+        ->allow_extra_args(false)
         ->type_name("A,B");
     decodeApp->add_flag("--only-valid", decode.onlyValid, "No malformed records");
     decodeApp->add_flag("--require-checksum", decode.record.requireChecksum,
@@ -49,15 +69,34 @@ int run(int argc, char** argv) {
                         "Each line as it is: CR LF must end it, nothing stands in front of it");
     decodeApp->add_option("--kind", kind, "Take every line for this kind of record")
         ->check(CLI::IsMember({"nmea"}));
+    decodeApp->add_option("--date", date, "The day on which the inputs begin")
+        ->type_name("YYYY-MM-DD");
+    decodeApp->add_flag("--epoch", decode.json.epoch, "Instants as Unix seconds");
     decodeApp->add_flag("--radians", decode.json.radians, "Angles in radians, not degrees");
     decodeApp->add_flag("--raw", decode.json.raw, "Every record with its bytes");
     decodeApp->add_flag("--quiet", decode.quiet, "No closing line with counts");
     CLI::App* fieldsApp = app.add_subcommand("fields", "Lists the values of each record type");
 
+    timeOptions_t time;
+    std::string leap;
+    CLI::App* timeApp =
+        app.add_subcommand("time", "Converts instants, GPS weeks and seconds, and Unix seconds");
+    timeApp->add_option("INSTANT", time.texts,
+                        "2017-01-01T00:00:00Z, WEEK:SECONDS or @SECONDS; none: lines of standard "
+                        "input");
+    timeApp->add_option("--leap", leap, "Leap seconds as a receiver broadcasts them")
+        ->type_name("deltaTls,deltaTlsf,wnLsf,dn");
+
     try {
         app.parse(argc, argv);
         for (const std::string& name : types) {
             decode.types.push_back(typeOfName(name));
+        }
+        if (!date.empty()) {
+            decode.date = dateOfText(date);
+        }
+        if (!leap.empty()) {
+            time.leap = leapOfText(leap);
         }
     } catch (const CLI::Success& wanted) { // help or version
         return app.exit(wanted);
@@ -69,15 +108,19 @@ int run(int argc, char** argv) {
     if (*fieldsApp) {
         return fieldsCommand();
     }
-    if (!*decodeApp || (decode.files.empty() && isatty(STDIN_FILENO) != 0)) {
+    const bool readsInput = *timeApp ? time.texts.empty() : decode.files.empty();
+    if ((!*decodeApp && !*timeApp) || (readsInput && isatty(STDIN_FILENO) != 0)) {
         fmt::print(stderr, "{}", shortHelp);
         return exitUsage;
+    }
+    catchStopSignals();
+    if (*timeApp) {
+        return timeCommand(time);
     }
     if (decode.files.empty()) {
         decode.files.emplace_back("-");
     }
     decode.record.nmeaOnly = kind == "nmea";
-    catchStopSignals();
     return decodeCommand(decode);
 }
 

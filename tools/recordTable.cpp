@@ -11,56 +11,401 @@ using namespace kalo;
 constexpr unit_t none{"", nullptr};
 constexpr unit_t metre{"m", nullptr};
 constexpr unit_t second{"s", nullptr};
+constexpr unit_t minute{"min", nullptr};
+constexpr unit_t metrePerSecond{"m/s", nullptr};
+constexpr unit_t decibelHertz{"dB-Hz", nullptr};
+constexpr unit_t asSent{"as sent", nullptr};
 constexpr unit_t angle{"deg", "rad"};
+constexpr unit_t rate{"deg/s", "rad/s"};
+
+constexpr unsigned fieldBits = 64;
 
 template <typename... Index>
 constexpr fieldSet_t fields(Index... index) {
     return ((fieldSet_t{1} << index) | ...);
 }
 
-// The type that an accessor fills.
+constexpr fieldSet_t from(unsigned first) { return ~fieldSet_t{0} << first; }
+
+constexpr fieldSet_t range(unsigned first, unsigned last) { return from(first) & ~from(last + 1); }
+
+value_t valueOf(unsigned short number) { return unsigned{number}; }
+
+template <typename T>
+value_t valueOf(T value) {
+    return value;
+}
+
+template <typename View, typename T>
+View viewOf(bool (View::*)(T&) const);
+
 template <typename View, typename T>
 T outputOf(bool (View::*)(T&) const);
 
-// The reader of a plain accessor. `Record` is the view's class, which may inherit the accessor.
-template <auto accessor, typename Record>
-value_t plain(const nmeaMsg_t& view) {
+// The reader of a plain accessor of a sentence's view.
+template <auto accessor>
+value_t plain(const source_t& source) {
+    using view_t = decltype(viewOf(accessor));
     decltype(outputOf(accessor)) out{};
-    if (!(static_cast<const Record&>(view).*accessor)(out)) {
-        return {};
+    if (!(static_cast<const view_t&>(*source.sentence).*accessor)(out)) {
+        return undecoded_t();
     }
-    return out;
+    return valueOf(std::move(out));
 }
 
-// The time of day in field 1.
-value_t timeOfDay(const nmeaMsg_t& view) {
-    timeOfDay_t time;
-    if (!view.decodeTimeOfDay(time)) {
-        return {};
+// The reader of an accessor of a companion, which gives the raw values of its view a meaning. Those
+// are values themselves, so nothing is lost where they have no such meaning.
+template <typename View, auto accessor>
+value_t companion(const source_t& source) {
+    using companion_t = decltype(viewOf(accessor));
+    decltype(outputOf(accessor)) out{};
+    if (!(companion_t(static_cast<const View&>(*source.sentence)).*accessor)(out)) {
+        return absent_t();
     }
-    return sentTime_t{time, std::string_view(view.field(1)->toString()).substr(4)};
+    return valueOf(out);
 }
 
-template <typename Gga>
-constexpr std::array ggaRows{
-    valueRow_t{"timeOfDay", none, fields(1), "UTC time of the fix", timeOfDay},
-    valueRow_t{"latitude", angle, fields(2, 3), "latitude, north positive",
-               plain<&Gga::decodeLatitude, Gga>},
-    valueRow_t{"longitude", angle, fields(4, 5), "longitude, east positive",
-               plain<&Gga::decodeLongitude, Gga>},
-    valueRow_t{"quality", none, fields(6), "fix quality indicator",
-               plain<&Gga::decodeQuality, Gga>},
-    valueRow_t{"satCount", none, fields(7), "satellites in use", plain<&Gga::decodeSatCount, Gga>},
-    valueRow_t{"hdop", none, fields(8), "horizontal dilution of precision",
-               plain<&Gga::decodeHdop, Gga>},
-    valueRow_t{"altitude", metre, fields(9), "antenna height above mean sea level",
-               plain<&Gga::decodeGeoidalHeight, Gga>},
-    valueRow_t{"geoidalSeparation", metre, fields(11), "geoid above the ellipsoid",
-               plain<&Gga::decodeGeoidalSeparation, Gga>},
-    valueRow_t{"diffAge", second, fields(13), "age of differential corrections",
-               plain<&Gga::decodeDiffAge, Gga>},
-    valueRow_t{"refStationId", none, fields(14), "differential reference station",
-               plain<&Gga::decodeRefStationId, Gga>},
+value_t timeOfDay(const source_t& source) {
+    sentTime_t time;
+    if (!readTimeOfDay(*source.sentence, time)) {
+        return undecoded_t();
+    }
+    return time;
+}
+
+satellite_t satelliteOf(const gsvMsg_t& view, unsigned block) {
+    satellite_t satellite;
+    satellite.hasPrn = view.decodeSatPrn(block, satellite.prn);
+    satellite.hasElevation = view.decodeSatElevation(block, satellite.elevation);
+    satellite.hasAzimuth = view.decodeSatAzimuth(block, satellite.azimuth);
+    satellite.hasSnr = view.decodeSatSnr(block, satellite.snr);
+    const bool decoded[] = {satellite.hasPrn, satellite.hasElevation, satellite.hasAzimuth,
+                            satellite.hasSnr};
+    for (unsigned i = 0; i < std::size(decoded); ++i) {
+        const bool sent = !view.field(4 + block * 4 + i)->isEmpty();
+        satellite.lost = satellite.lost || (sent && !decoded[i]);
+    }
+    return satellite;
+}
+
+value_t satellitesOfSentence(const source_t& source) {
+    const gsvMsg_t& view = static_cast<const gsvMsg_t&>(*source.sentence);
+    unsigned count = 0;
+    if (!view.decodeSatCount(count)) {
+        return undecoded_t();
+    }
+    std::vector<satellite_t> satellites;
+    for (unsigned i = 0; i < count; ++i) {
+        satellites.push_back(satelliteOf(view, i));
+    }
+    return satellites;
+}
+
+// The last field, in a sentence that has one for it.
+value_t signalIdOfSentence(const source_t& source) {
+    const gsvMsg_t& view = static_cast<const gsvMsg_t&>(*source.sentence);
+    if (view.fieldCount() % 4 != 1 || view.field(view.fieldCount() - 1)->isEmpty()) {
+        return absent_t();
+    }
+    return plain<&gsvMsg_t::decodeSignalId>(source);
+}
+
+value_t satellitesOfSet(const source_t& source) { return source.satellites->satellites; }
+
+value_t signalIdOfSet(const source_t& source) {
+    if (!source.satellites->hasSignalId) {
+        return absent_t();
+    }
+    return source.satellites->signalId;
+}
+
+using ssb_t = psimSsbMsg_t;
+using ssbCoords_t = psimSsbMsg_t::coords_t;
+using ssbAddInfo_t = psimSsbMsg_t::addInfo_t;
+using lbp_t = psimLbpMsg_t;
+using lbpCoords_t = psimLbpMsg_t::coords_t;
+
+constexpr valueRow_t dbtRows[] = {
+    {"depth", metre, range(1, 6), "below the transducer", plain<&dbtMsg_t::decodeDepth>},
+};
+
+constexpr valueRow_t dptRows[] = {
+    {"depth", metre, fields(1), "below the transducer", plain<&dptMsg_t::decodeDepth>},
+};
+
+constexpr valueRow_t dtmRows[] = {
+    {"localDatum", none, fields(1), "code", plain<&dtmMsg_t::decodeLocalDatum>},
+    {"localDatumSubdivision", none, fields(2), "code",
+     plain<&dtmMsg_t::decodeLocalDatumSubdivision>},
+    {"latitudeOffset", angle, fields(3, 4), "north positive",
+     plain<&dtmMsg_t::decodeLatitudeOffset>},
+    {"longitudeOffset", angle, fields(5, 6), "east positive",
+     plain<&dtmMsg_t::decodeLongitudeOffset>},
+    {"altitudeOffset", metre, fields(7), "", plain<&dtmMsg_t::decodeAltitudeOffset>},
+    {"referenceDatum", none, fields(8), "code", plain<&dtmMsg_t::decodeReferenceDatum>},
+};
+
+constexpr valueRow_t gbsRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time of the fix", timeOfDay},
+    {"latitudeError", metre, fields(2), "expected error", plain<&gbsMsg_t::decodeLatitudeError>},
+    {"longitudeError", metre, fields(3), "expected error", plain<&gbsMsg_t::decodeLongitudeError>},
+    {"altitudeError", metre, fields(4), "expected error", plain<&gbsMsg_t::decodeAltitudeError>},
+    {"failedSatId", none, fields(5), "most likely failed satellite",
+     plain<&gbsMsg_t::decodeFailedSatId>},
+    {"failedSatProbability", none, fields(6), "probability of missed detection",
+     plain<&gbsMsg_t::decodeFailedSatProbability>},
+    {"failedSatBias", metre, fields(7), "estimated bias of that satellite",
+     plain<&gbsMsg_t::decodeFailedSatBias>},
+    {"biasStdDev", metre, fields(8), "standard deviation of the bias",
+     plain<&gbsMsg_t::decodeBiasStdDev>},
+};
+
+constexpr valueRow_t ggaRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time of the fix", timeOfDay},
+    {"latitude", angle, fields(2, 3), "north positive", plain<&ggaMsg_t::decodeLatitude>},
+    {"longitude", angle, fields(4, 5), "east positive", plain<&ggaMsg_t::decodeLongitude>},
+    {"quality", none, fields(6), "fix quality indicator", plain<&ggaMsg_t::decodeQuality>},
+    {"satCount", none, fields(7), "satellites in use", plain<&ggaMsg_t::decodeSatCount>},
+    {"hdop", none, fields(8), "horizontal dilution of precision", plain<&ggaMsg_t::decodeHdop>},
+    {"altitude", metre, fields(9), "antenna height above mean sea level",
+     plain<&ggaMsg_t::decodeGeoidalHeight>},
+    {"geoidalSeparation", metre, fields(11), "geoid above the ellipsoid",
+     plain<&ggaMsg_t::decodeGeoidalSeparation>},
+    {"diffAge", second, fields(13), "age of differential corrections",
+     plain<&ggaMsg_t::decodeDiffAge>},
+    {"refStationId", none, fields(14), "differential reference station",
+     plain<&ggaMsg_t::decodeRefStationId>},
+};
+
+constexpr valueRow_t gllRows[] = {
+    {"latitude", angle, fields(1, 2), "north positive", plain<&gllMsg_t::decodeLatitude>},
+    {"longitude", angle, fields(3, 4), "east positive", plain<&gllMsg_t::decodeLongitude>},
+    {"timeOfDay", none, fields(5), "UTC time of the position", timeOfDay},
+    {"validity", none, fields(6), "status letter", plain<&gllMsg_t::decodeValidity>},
+    {"fixMode", none, fields(7), "mode letter", plain<&gllMsg_t::decodeFixMode>},
+};
+
+constexpr valueRow_t gsaRows[] = {
+    {"manualMode", none, fields(1), "selection mode letter", plain<&gsaMsg_t::decodeManualMode>},
+    {"fixMode", none, fields(2), "fix type: 1 none, 2 2D, 3 3D", plain<&gsaMsg_t::decodeFixMode>},
+    {"satIds", none, range(3, 14), "satellites used", plain<&gsaMsg_t::decodeSatIds>},
+    {"pdop", none, fields(15), "position dilution of precision", plain<&gsaMsg_t::decodePdop>},
+    {"hdop", none, fields(16), "horizontal dilution of precision", plain<&gsaMsg_t::decodeHdop>},
+    {"vdop", none, fields(17), "vertical dilution of precision", plain<&gsaMsg_t::decodeVdop>},
+    {"signalId", none, fields(18), "satellite system", plain<&gsaMsg_t::decodeSignalId>},
+};
+
+constexpr valueRow_t gstRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time of the statistics", timeOfDay},
+    {"rangeRms", metre, fields(2), "RMS of the pseudorange residuals",
+     plain<&gstMsg_t::decodeRangeRms>},
+    {"semiMajor", metre, fields(3), "standard deviation along the axis",
+     plain<&gstMsg_t::decodeSemiMajor>},
+    {"semiMinor", metre, fields(4), "standard deviation along the axis",
+     plain<&gstMsg_t::decodeSemiMinor>},
+    {"orientation", angle, fields(5), "of the semi-major axis, from true north",
+     plain<&gstMsg_t::decodeOrientation>},
+    {"latitudeError", metre, fields(6), "standard deviation",
+     plain<&gstMsg_t::decodeLatitudeError>},
+    {"longitudeError", metre, fields(7), "standard deviation",
+     plain<&gstMsg_t::decodeLongitudeError>},
+    {"altitudeError", metre, fields(8), "standard deviation",
+     plain<&gstMsg_t::decodeAltitudeError>},
+};
+
+constexpr valueRow_t gsvRows[] = {
+    {"messageCount", none, fields(1), "sentences in the group",
+     plain<&gsvMsg_t::decodeMessageCount>},
+    {"messageNumber", none, fields(2), "number of this sentence",
+     plain<&gsvMsg_t::decodeMessageNumber>},
+    {"totalSatCount", none, fields(3), "satellites in view", plain<&gsvMsg_t::decodeTotalSatCount>},
+    {"satCount", none, 0, "satellites in this sentence", plain<&gsvMsg_t::decodeSatCount>},
+    {"satellites", none, from(4), "prn, elevation and azimuth (deg), snr (dB-Hz) of each",
+     satellitesOfSentence},
+    {"signalId", none, from(4), "signal, in the last field", signalIdOfSentence},
+};
+
+constexpr valueRow_t hdtRows[] = {
+    {"heading", angle, fields(1), "from true north", plain<&hdtMsg_t::decodeHeading>},
+};
+
+constexpr valueRow_t mwdRows[] = {
+    {"trueWindDirection", angle, fields(1), "from true north",
+     plain<&mwdMsg_t::decodeTrueWindDirection>},
+    {"magneticWindDirection", angle, fields(3), "from magnetic north",
+     plain<&mwdMsg_t::decodeMagneticWindDirection>},
+    {"windSpeed", metrePerSecond, range(5, 8), "", plain<&mwdMsg_t::decodeWindSpeed>},
+};
+
+constexpr valueRow_t mwvRows[] = {
+    {"windDirection", angle, fields(1), "relative to what the reference says",
+     plain<&mwvMsg_t::decodeWindDirection>},
+    {"reference", none, fields(2), "reference letter", plain<&mwvMsg_t::decodeReference>},
+    {"windSpeed", metrePerSecond, fields(3, 4), "", plain<&mwvMsg_t::decodeWindSpeed>},
+    {"validity", none, fields(5), "status letter", plain<&mwvMsg_t::decodeValidity>},
+};
+
+constexpr valueRow_t rmcRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time of the position", timeOfDay},
+    {"validity", none, fields(2), "status letter", plain<&rmcMsg_t::decodeValidity>},
+    {"latitude", angle, fields(3, 4), "north positive", plain<&rmcMsg_t::decodeLatitude>},
+    {"longitude", angle, fields(5, 6), "east positive", plain<&rmcMsg_t::decodeLongitude>},
+    {"speedOverGround", metrePerSecond, fields(7), "", plain<&rmcMsg_t::decodeSpeedOverGround>},
+    {"courseOverGround", angle, fields(8), "from true north",
+     plain<&rmcMsg_t::decodeCourseOverGround>},
+    {"date", none, fields(9), "UTC date", plain<&rmcMsg_t::decodeDate>},
+    {"magneticVariation", angle, fields(10, 11), "east positive",
+     plain<&rmcMsg_t::decodeMagneticVariation>},
+    {"fixMode", none, fields(12), "mode letter", plain<&rmcMsg_t::decodeFixMode>},
+};
+
+constexpr valueRow_t rotRows[] = {
+    {"rateOfTurn", rate, fields(1), "negative to port", plain<&rotMsg_t::decodeRateOfTurn>},
+    {"validity", none, fields(2), "status letter", plain<&rotMsg_t::decodeValidity>},
+};
+
+constexpr valueRow_t thsRows[] = {
+    {"heading", angle, fields(1), "from true north", plain<&thsMsg_t::decodeHeading>},
+    {"validity", none, fields(2), "mode letter", plain<&thsMsg_t::decodeValidity>},
+};
+
+constexpr valueRow_t vtgRows[] = {
+    {"trueCourseOverGround", angle, fields(1), "from true north",
+     plain<&vtgMsg_t::decodeTrueCourseOverGround>},
+    {"magneticCourseOverGround", angle, fields(3), "from magnetic north",
+     plain<&vtgMsg_t::decodeMagneticCourseOverGround>},
+    {"speedOverGround", metrePerSecond, range(5, 8), "", plain<&vtgMsg_t::decodeSpeedOverGround>},
+    {"fixMode", none, fields(9), "mode letter", plain<&vtgMsg_t::decodeFixMode>},
+};
+
+constexpr valueRow_t zdaRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time", timeOfDay},
+    {"date", none, fields(2, 3, 4), "UTC date", plain<&zdaMsg_t::decodeDate>},
+    {"localOffset", minute, fields(5, 6), "of the local zone, as sent",
+     plain<&zdaMsg_t::decodeLocalOffset>},
+};
+
+constexpr valueRow_t pzwbGstRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time of the statistics", timeOfDay},
+    {"rangeRms", metre, fields(2), "RMS of the pseudorange residuals",
+     plain<&pzwbGstMsg_t::decodeRangeRms>},
+    {"semiMajor", metre, fields(3), "standard deviation along the axis",
+     plain<&pzwbGstMsg_t::decodeSemiMajor>},
+    {"semiMinor", metre, fields(4), "standard deviation along the axis",
+     plain<&pzwbGstMsg_t::decodeSemiMinor>},
+    {"orientation", angle, fields(5), "of the semi-major axis, from true north",
+     plain<&pzwbGstMsg_t::decodeOrientation>},
+    {"latitudeError", metre, fields(6), "standard deviation",
+     plain<&pzwbGstMsg_t::decodeLatitudeError>},
+    {"longitudeError", metre, fields(7), "standard deviation",
+     plain<&pzwbGstMsg_t::decodeLongitudeError>},
+    {"altitudeError", metre, fields(8), "standard deviation",
+     plain<&pzwbGstMsg_t::decodeAltitudeError>},
+    {"ftest", none, fields(9), "F-test value", plain<&pzwbGstMsg_t::decodeFtest>},
+};
+
+constexpr valueRow_t pzwbMdeRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time", timeOfDay},
+    {"prn", none, fields(2), "satellite", plain<&pzwbMdeMsg_t::decodePrn>},
+    {"measType", none, fields(3), "code of the measurement type",
+     plain<&pzwbMdeMsg_t::decodeMeasType>},
+    {"noncentrality", none, fields(4), "non-centrality parameter",
+     plain<&pzwbMdeMsg_t::decodeNoncentrality>},
+    {"mde", asSent, fields(5), "marginally detectable error", plain<&pzwbMdeMsg_t::decodeMde>},
+    {"latitudeError", metre, fields(6), "", plain<&pzwbMdeMsg_t::decodeLatitudeError>},
+    {"longitudeError", metre, fields(7), "", plain<&pzwbMdeMsg_t::decodeLongitudeError>},
+    {"altitudeError", metre, fields(8), "", plain<&pzwbMdeMsg_t::decodeAltitudeError>},
+};
+
+constexpr valueRow_t psimLbpRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time", timeOfDay},
+    {"objectType", none, fields(3), "Ve vessel, R1 to R4 vehicles", plain<&lbp_t::decodeType>},
+    {"status", none, fields(4), "status", plain<&lbp_t::decodeStatus>},
+    {"coordType", none, fields(5), "letter", plain<&lbp_t::decodeCoordType>},
+    {"rawX", asSent, fields(6), "first coordinate", plain<&lbp_t::decodeRawX>},
+    {"rawY", asSent, fields(7), "second coordinate", plain<&lbp_t::decodeRawY>},
+    {"northOffset", asSent, fields(6, 7), "", companion<lbp_t, &lbpCoords_t::decodeNorthOffset>},
+    {"eastOffset", asSent, fields(6, 7), "", companion<lbp_t, &lbpCoords_t::decodeEastOffset>},
+    {"utmNorthing", asSent, fields(6, 7), "", companion<lbp_t, &lbpCoords_t::decodeUtmNorthing>},
+    {"utmEasting", asSent, fields(6, 7), "", companion<lbp_t, &lbpCoords_t::decodeUtmEasting>},
+    {"latitude", angle, fields(6), "north positive",
+     companion<lbp_t, &lbpCoords_t::decodeLatitude>},
+    {"longitude", angle, fields(7), "east positive",
+     companion<lbp_t, &lbpCoords_t::decodeLongitude>},
+    {"depth", asSent, fields(8), "", plain<&lbp_t::decodeDepth>},
+    {"semiMajor", asSent, fields(9), "axis of the error ellipse", plain<&lbp_t::decodeSemiMajor>},
+    {"semiMinor", asSent, fields(10), "axis of the error ellipse", plain<&lbp_t::decodeSemiMinor>},
+    {"orientation", angle, fields(11), "of the error ellipse", plain<&lbp_t::decodeOrientation>},
+    {"rangeRms", asSent, fields(12), "", plain<&lbp_t::decodeRangeRms>},
+};
+
+constexpr valueRow_t psimSsbRows[] = {
+    {"timeOfDay", none, fields(1), "UTC time", timeOfDay},
+    {"beaconId", none, fields(2), "beacon", plain<&ssb_t::decodeBeaconId>},
+    {"beaconNumber", none, fields(2), "number in its identifier",
+     plain<&ssb_t::decodeBeaconNumber>},
+    {"status", none, fields(3), "letter: A valid, V invalid", plain<&ssb_t::decodeStatus>},
+    {"errorCode", none, fields(4), "error code", plain<&ssb_t::decodeErrorCode>},
+    {"coordType", none, fields(5), "letter: C, P, U, R", plain<&ssb_t::decodeCoordType>},
+    {"orientation", none, fields(6), "letter: N, E, H", plain<&ssb_t::decodeOrientation>},
+    {"filterCode", none, fields(7), "letter: M, F, P", plain<&ssb_t::decodeFilterCode>},
+    {"rawX", asSent, fields(8), "first coordinate", plain<&ssb_t::decodeRawX>},
+    {"rawY", asSent, fields(9), "second coordinate", plain<&ssb_t::decodeRawY>},
+    {"range", asSent, fields(8), "polar", companion<ssb_t, &ssbCoords_t::decodeRange>},
+    {"bearing", angle, fields(9), "polar", companion<ssb_t, &ssbCoords_t::decodeBearing>},
+    {"starboardOffset", asSent, fields(8), "",
+     companion<ssb_t, &ssbCoords_t::decodeStarboardOffset>},
+    {"forwardOffset", asSent, fields(9), "", companion<ssb_t, &ssbCoords_t::decodeForwardOffset>},
+    {"northOffset", asSent, fields(8, 9), "", companion<ssb_t, &ssbCoords_t::decodeNorthOffset>},
+    {"eastOffset", asSent, fields(8, 9), "", companion<ssb_t, &ssbCoords_t::decodeEastOffset>},
+    {"utmNorthing", asSent, fields(8, 9), "", companion<ssb_t, &ssbCoords_t::decodeUtmNorthing>},
+    {"utmEasting", asSent, fields(8, 9), "", companion<ssb_t, &ssbCoords_t::decodeUtmEasting>},
+    {"latitude", angle, fields(8), "north positive",
+     companion<ssb_t, &ssbCoords_t::decodeLatitude>},
+    {"longitude", angle, fields(9), "east positive",
+     companion<ssb_t, &ssbCoords_t::decodeLongitude>},
+    {"depth", asSent, fields(10), "", plain<&ssb_t::decodeDepth>},
+    {"expectedAccuracy", asSent, fields(11), "", plain<&ssb_t::decodeExpectedAccuracy>},
+    {"addInfoType", none, fields(12), "letter: N, T, D, C, I", plain<&ssb_t::decodeAddInfoType>},
+    {"rawAddInfo1", asSent, fields(13), "first additional value", plain<&ssb_t::decodeRawAddInfo1>},
+    {"rawAddInfo2", asSent, fields(14), "second additional value",
+     plain<&ssb_t::decodeRawAddInfo2>},
+    {"roll", angle, fields(13), "by inclinometer", companion<ssb_t, &ssbAddInfo_t::decodeRoll>},
+    {"pitch", angle, fields(14), "by inclinometer", companion<ssb_t, &ssbAddInfo_t::decodePitch>},
+    {"rangeTime", asSent, fields(13), "", companion<ssb_t, &ssbAddInfo_t::decodeRangeTime>},
+    {"addInfoDepth", asSent, fields(13), "by depth sensor",
+     companion<ssb_t, &ssbAddInfo_t::decodeDepth>},
+};
+
+constexpr valueRow_t ptpsrRows[] = {
+    {"sentenceFormatter", none, fields(1), "sub-sentence code",
+     plain<&ptpsrMsg_t::decodeSentenceFormatter>},
+    {"timeOfDay", none, fields(2), "UTC time", timeOfDay},
+    {"attitudeAvailability", none, fields(3), "letter",
+     plain<&ptpsrMsg_t::decodeAttitudeAvailability>},
+    {"pOSAntennaPositionType", none, fields(4), "letter",
+     plain<&ptpsrMsg_t::decodePOSAntennaPositionType>},
+    {"heading", asSent, fields(5), "", plain<&ptpsrMsg_t::decodeHeading>},
+    {"inclination", asSent, fields(6), "", plain<&ptpsrMsg_t::decodeInclination>},
+    {"slopeDistance", asSent, fields(7), "between the antennas",
+     plain<&ptpsrMsg_t::decodeSlopeDistance>},
+    {"headingRMS", asSent, fields(8), "", plain<&ptpsrMsg_t::decodeHeadingRMS>},
+    {"inclinationRMS", angle, fields(9), "", plain<&ptpsrMsg_t::decodeInclinationRMS>},
+    {"azimuthOffset", angle, fields(10), "", plain<&ptpsrMsg_t::decodeAzimuthOffset>},
+    {"numGPSSatellites", none, fields(11), "used", plain<&ptpsrMsg_t::decodeNumGPSSatellites>},
+    {"numGLONASSSatellites", none, fields(12), "used",
+     plain<&ptpsrMsg_t::decodeNumGLONASSSatellites>},
+    {"numBeiDouSatellites", none, fields(13), "used",
+     plain<&ptpsrMsg_t::decodeNumBeiDouSatellites>},
+    {"numGalileoSatellites", none, fields(14), "used",
+     plain<&ptpsrMsg_t::decodeNumGalileoSatellites>},
+    {"numOtherSatellites", none, fields(15), "used", plain<&ptpsrMsg_t::decodeNumOtherSatellites>},
+};
+
+constexpr valueRow_t satellitesRows[] = {
+    {"signalId", none, 0, "signal, where the sentences carry it", signalIdOfSet},
+    {"satellites", none, 0, "prn, elevation and azimuth (deg), snr (dB-Hz) of each",
+     satellitesOfSet},
 };
 
 constexpr recordType_t untyped(const char* name, const char* meaning) {
@@ -69,61 +414,90 @@ constexpr recordType_t untyped(const char* name, const char* meaning) {
 
 template <std::size_t count>
 constexpr recordType_t typed(const char* name, const char* meaning,
-                             const std::array<valueRow_t, count>& rows) {
-    return {name, meaning, rows.data(), count};
+                             const valueRow_t (&rows)[count]) {
+    return {name, meaning, rows, count};
 }
 
-// In the order of the enumerators from 1 on.
-constexpr recordType_t sentences[] = {
+// The sentences in the order of the enumerators from 1 on, then the other records.
+constexpr recordType_t types[] = {
     untyped("ALM", "almanac of a satellite"),
-    untyped("DBT", "depth below the transducer"),
-    untyped("DPT", "depth and offset of the transducer"),
-    untyped("DTM", "datum"),
-    untyped("GBS", "satellite fault detection"),
-    typed("GGA", "fix data", ggaRows<ggaMsg_t>),
-    untyped("GLL", "position"),
-    untyped("GSA", "satellites used and dilutions of precision"),
-    untyped("GST", "error statistics of the pseudoranges"),
-    untyped("GSV", "satellites in view"),
-    untyped("HDT", "true heading"),
-    untyped("MWD", "wind direction and speed"),
-    untyped("MWV", "wind speed and angle"),
-    untyped("RMC", "recommended minimum data"),
-    untyped("ROT", "rate of turn"),
-    untyped("THS", "true heading and status"),
+    typed("DBT", "depth below the transducer", dbtRows),
+    typed("DPT", "depth and offset of the transducer", dptRows),
+    typed("DTM", "datum", dtmRows),
+    typed("GBS", "satellite fault detection", gbsRows),
+    typed("GGA", "fix data", ggaRows),
+    typed("GLL", "position", gllRows),
+    typed("GSA", "satellites used and dilutions of precision", gsaRows),
+    typed("GST", "error statistics of the pseudoranges", gstRows),
+    typed("GSV", "satellites in view", gsvRows),
+    typed("HDT", "true heading", hdtRows),
+    typed("MWD", "wind direction and speed", mwdRows),
+    typed("MWV", "wind speed and angle", mwvRows),
+    typed("RMC", "recommended minimum data", rmcRows),
+    typed("ROT", "rate of turn", rotRows),
+    typed("THS", "true heading and status", thsRows),
     untyped("VDM", "message of another vessel's transponder"),
-    untyped("VTG", "course and speed over ground"),
-    untyped("ZDA", "date and time"),
-    typed("PZWBGGA", "fix data", ggaRows<pzwbGgaMsg_t>),
-    untyped("PZWBGST", "error statistics with F-test"),
-    untyped("PZWBMDE", "marginally detectable error"),
-    untyped("PSIMLBP", "acoustic position of a vessel or vehicle"),
-    untyped("PSIMSSB", "acoustic position of a beacon"),
-    untyped("PTPSR", "heading and attitude of a dual antenna"),
+    typed("VTG", "course and speed over ground", vtgRows),
+    typed("ZDA", "date and time", zdaRows),
+    typed("PZWBGGA", "fix data", ggaRows),
+    typed("PZWBGST", "error statistics with F-test", pzwbGstRows),
+    typed("PZWBMDE", "marginally detectable error", pzwbMdeRows),
+    typed("PSIMLBP", "acoustic position of a vessel or vehicle", psimLbpRows),
+    typed("PSIMSSB", "acoustic position of a beacon", psimSsbRows),
+    typed("PTPSR", "heading and attitude of two antennas", ptpsrRows),
+    typed("SATELLITES", "a complete group of satellites in view", satellitesRows),
 };
-static_assert(std::size(sentences) == msgTypePtpsr, "every sentence type has its row");
+constexpr std::size_t sentenceCount = msgTypePtpsr;
+static_assert(std::size(types) == sentenceCount + 1, "every record type has its row");
 
 } // namespace
 
-const recordType_t* const recordTypes = sentences;
-const std::size_t recordTypeCount = std::size(sentences);
+const recordType_t* const recordTypes = types;
+const std::size_t recordTypeCount = std::size(types);
+const recordType_t& satellitesType = types[sentenceCount];
 
 const recordType_t* sentenceType(nmeaMsgType_t type) {
-    return type == msgTypeUnknown ? nullptr : &sentences[type - 1];
+    return type == msgTypeUnknown ? nullptr : &types[type - 1];
+}
+
+bool isSent(const source_t& source, fieldSet_t fields) {
+    if (source.sentence == nullptr) {
+        return false;
+    }
+    const unsigned count = source.sentence->fieldCount();
+    for (unsigned i = 0; i < count; ++i) {
+        const unsigned bit = i < fieldBits ? i : fieldBits - 1;
+        if ((fields >> bit & 1) != 0 && !source.sentence->field(i)->isEmpty()) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool readTimeOfDay(const nmeaMsg_t& view, sentTime_t& out) {
+    if (!view.decodeTimeOfDay(out.time)) {
+        return false;
+    }
+    // It stands in field 1 of all sentences but two.
+    const unsigned index = view.type() == msgTypeGll ? 5 : view.type() == msgTypePtpsr ? 2 : 1;
+    out.seconds = std::string_view(view.field(index)->toString()).substr(4);
+    return true;
 }
 
 std::string fieldList(fieldSet_t fields) {
     std::string list;
-    for (unsigned i = 0; fields >> i != 0; ++i) {
+    for (unsigned i = 0; i < fieldBits; ++i) {
         if ((fields >> i & 1) == 0) {
             continue;
         }
         const unsigned first = i;
-        while (i + 1 < 64 && (fields >> (i + 1) & 1) != 0) {
+        while (i + 1 < fieldBits && (fields >> (i + 1) & 1) != 0) {
             ++i;
         }
         list += (list.empty() ? "" : ",") + std::to_string(first);
-        if (i > first) {
+        if (i + 1 == fieldBits) {
+            list += "-";
+        } else if (i > first) {
             list += (i == first + 1 ? "," : "-") + std::to_string(i);
         }
     }

@@ -6,9 +6,41 @@
 #include <string>
 #include <string_view>
 #include <variant>
+#include <vector>
 
 #include "kalo/nmea/nmeaMsg.h"
 #include "kalo/time/dateTime.h"
+
+/// One satellite in view; what did not decode is not there.
+struct satellite_t {
+    bool lost = false; ///< something was sent and did not decode
+    bool hasPrn = false;
+    bool hasElevation = false;
+    bool hasAzimuth = false;
+    bool hasSnr = false;
+    unsigned prn = 0;
+    double elevation = 0; ///< radians
+    double azimuth = 0;   ///< radians
+    double snr = 0;       ///< dB-Hz
+};
+
+/// The satellites that a complete group of sentences has put together.
+struct satelliteSet_t {
+    bool hasSignalId = false;
+    unsigned signalId = 0;
+    std::vector<satellite_t> satellites;
+};
+
+/// What the values of a record are read from: the one of its kind is set.
+struct source_t {
+    const kalo::nmeaMsg_t* sentence = nullptr;
+    const satelliteSet_t* satellites = nullptr;
+};
+
+/// Not decoded, although it was sent if one of its fields is not empty.
+using undecoded_t = std::monostate;
+/// Not there, and nothing is lost by that.
+struct absent_t {};
 
 /// A time of day together with the text of its seconds, whose digits the output keeps.
 struct sentTime_t {
@@ -16,25 +48,26 @@ struct sentTime_t {
     std::string_view seconds;
 };
 
-/// A value as it was read; `std::monostate` when it did not decode.
-using value_t = std::variant<std::monostate, unsigned, double, sentTime_t>;
+/// A value as it was read.
+using value_t =
+    std::variant<undecoded_t, absent_t, unsigned, int, double, char, std::string, sentTime_t,
+                 kalo::date_t, std::vector<unsigned>, std::vector<satellite_t>>;
 
 struct unit_t {
     const char* name;
     const char* radianName; ///< with --radians; null for what is no angle
 };
 
-/// Which fields of a sentence a value reads: one bit each, the address field being the lowest.
+/// Which fields of a sentence a value reads: one bit each, the address field being the lowest; the
+/// highest stands for all from its own on.
 using fieldSet_t = std::uint64_t;
-
-using reader_t = value_t (*)(const kalo::nmeaMsg_t& view);
 
 struct valueRow_t {
     const char* name;
     unit_t unit;
     fieldSet_t fields;
     const char* meaning;
-    reader_t read;
+    value_t (*read)(const source_t& source);
 };
 
 struct recordType_t {
@@ -47,12 +80,21 @@ struct recordType_t {
     const valueRow_t* end() const { return rows + rowCount; }
 };
 
-/// The row of a sentence type; null for `msgTypeUnknown`.
+/// The type of a framed sentence; null for `msgTypeUnknown`.
 const recordType_t* sentenceType(kalo::nmeaMsgType_t type);
+
+/// The record that follows a complete group of satellites in view.
+extern const recordType_t& satellitesType;
 
 /// All record types in the order of their listing, for `kalo fields` and the choice by name.
 extern const recordType_t* const recordTypes;
 extern const std::size_t recordTypeCount;
+
+/// Whether one of the fields of a set is not empty.
+bool isSent(const source_t& source, fieldSet_t fields);
+
+/// The time of day that a sentence's view answers with.
+bool readTimeOfDay(const kalo::nmeaMsg_t& view, sentTime_t& out);
 
 /// The fields of a set for people: "2,3" or "4-8".
 std::string fieldList(fieldSet_t fields);

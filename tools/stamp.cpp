@@ -1,5 +1,11 @@
 #include "tools/stamp.h"
 
+#include <algorithm>
+#include <string>
+
+#include "kalo/time/dateTime.h"
+#include "kalo/util/stringUtil.h"
+
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -83,7 +89,33 @@ std::size_t isoLength(std::string_view line) {
 // The layouts that are known, each giving the length of its stamp or 0.
 constexpr std::size_t (*layouts[])(std::string_view) = {isoLength};
 
+unsigned number(std::string_view text) {
+    unsigned value = 0;
+    kalo::decode(std::string(text), value, 10);
+    return value;
+}
+
 } // namespace
+
+std::optional<double> stampTime(std::string_view stamp) {
+    constexpr std::size_t secondsAt = 17;
+    if (isoLength(stamp) == 0) {
+        return {};
+    }
+    const kalo::date_t date{number(stamp.substr(0, 4)), number(stamp.substr(5, 2)),
+                            number(stamp.substr(8, 2))};
+    kalo::timeOfDay_t time{number(stamp.substr(11, 2)), number(stamp.substr(14, 2)), 0};
+    const std::size_t zone = std::min(stamp.find_first_of("+-Zz", secondsAt), stamp.size());
+    kalo::decode(std::string(stamp.substr(secondsAt, zone - secondsAt)), time.second);
+    double offset = 0;
+    if (zone < stamp.size() && (stamp[zone] == '+' || stamp[zone] == '-')) {
+        const std::string_view minutes = stamp.substr(zone + 3);
+        offset = number(stamp.substr(zone + 1, 2)) * 3600.0 +
+                 (minutes.empty() ? 0 : number(minutes.substr(minutes[0] == ':' ? 1 : 0)) * 60.0);
+        offset = stamp[zone] == '-' ? -offset : offset;
+    }
+    return kalo::dateTime_t(date, time).toTimestamp() - offset;
+}
 
 std::size_t stampLength(std::string_view line) {
     for (const auto layout : layouts) {

@@ -2,8 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <optional>
 #include <string_view>
 
 /// The length of the stamp at the start of `line`, without the blank, tab or comma that must follow
 /// it; 0 without a stamp.
 std::size_t stampLength(std::string_view line);
+
+/// The Unix time that a stamp found by `stampLength` states; without a zone it is UTC.
+std::optional<double> stampTime(std::string_view stamp);

@@ -22,7 +22,13 @@ std::string summary_t::text() const {
                                    faultText(static_cast<fault_t>(i)));
         }
     }
-    return fmt::format("{} records: {} decoded, {} untyped, {} malformed{}{}; {} blank lines",
-                       decoded + untyped + faults, decoded, untyped, faults, reasons,
-                       reasons.empty() ? "" : ")", blankLines);
+    std::string text =
+        fmt::format("{} records: {} decoded, {} untyped, {} malformed{}{}; {} blank lines; "
+                    "satellite sets: {} complete, {} incomplete",
+                    decoded + untyped + faults, decoded, untyped, faults, reasons,
+                    reasons.empty() ? "" : ")", blankLines, completeSets, incompleteSets);
+    if (undated > 0) {
+        text += fmt::format("; {} records have a time and no date, --date tells it", undated);
+    }
+    return text;
 }
