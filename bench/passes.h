@@ -1,0 +1,25 @@
+// What the benchmark measures: passes over the sentences of a recording.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+using sentences_t = std::vector<std::string_view>; ///< each with its line end
+
+/// A pass over sentences that lie behind one another; returns a number that depends on all it did.
+struct pass_t {
+    const char* name;
+    unsigned long (*run)(const sentences_t& sentences);
+};
+
+/// The yardstick: every line end and comma by memchr, the exclusive-or byte by byte, nothing else.
+unsigned long referencePass(const sentences_t& sentences);
+
+/// The passes over a recording of all types.
+std::vector<pass_t> mixedPasses();
+
+/// Passes over the sentences of one type, framing and every value: the type's address suffix and
+/// the pass.
+std::vector<pass_t> typePasses();
