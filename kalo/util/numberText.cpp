@@ -169,9 +169,15 @@ bool decodeText(const char* data, std::size_t length, double& out) {
     if (length == 0) {
         return false;
     }
+    // Records in columns have blanks in front of their numbers.
+    std::size_t blanks = 0;
+    while (blanks + 1 < length && data[blanks] == ' ') {
+        ++blanks;
+    }
     decimal_t decimal;
-    const bool exact = parseDecimal(data, length, decimal) && isExact(decimal);
-    if (exact && (!decimal.hasPoint || isClassicLocale())) {
+    const bool exact = parseDecimal(data + blanks, length - blanks, decimal) && isExact(decimal);
+    const bool isPlain = blanks == 0 && !decimal.hasPoint;
+    if (exact && (isPlain || isClassicLocale())) {
         const double value = static_cast<double>(decimal.mantissa) / powersOfTen[decimal.decimals];
         out = decimal.negative ? -value : value;
         return true;

@@ -1,0 +1,80 @@
+// The TSS1 record of a motion sensor: fixed columns, no checksum. kalo/sensors/tss1MsgBuilder.h
+// writes the same record.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+
+#include "kalo/export.h"
+
+namespace kalo {
+
+/// One TSS1 record, such as ":00FF80 -0120U 0105 -0210":
+///
+///   0 ":"  1-2 horizontal acceleration (hex)  3-6 vertical acceleration (hex, two's complement)
+///   8 sign, 9-12 heave (cm)  13 status  14 sign, 15-18 roll (0.01 deg)  20 sign, 21-24 pitch
+///
+/// Each value decodes on its own, so that a damaged column costs only what it holds. Columns 7, 19
+/// and what follows column 24 are not looked at. The object is a plain value and is used again by
+/// `init`.
+class KALO_EXPORT tss1Msg_t {
+public:
+    // The sizes of one count.
+    static constexpr double vAccelScale = 0.000625; ///< 0.0625 cm/s2 in m/s2
+    static constexpr double hAccelScale = 0.0383;   ///< 3.83 cm/s2 in m/s2
+    static constexpr double heaveScale = 0.01;      ///< 1 cm in metres
+    /// One hundredth of a degree in radians.
+    static constexpr double rollPitchScale = 3.141592653589793 / 180 * 0.01;
+
+    // Bits of `validMask`.
+    static constexpr std::uint32_t validRoll = 0x01;
+    static constexpr std::uint32_t validPitch = 0x02;
+    static constexpr std::uint32_t validHeave = 0x04;
+    static constexpr std::uint32_t validHAccel = 0x08;
+    static constexpr std::uint32_t validVAccel = 0x10;
+    static constexpr std::uint32_t validStatus = 0x20;
+    static constexpr std::uint32_t validAll = 0x3F;
+
+    /// The mode of the sensor. Stable: settled; unstable: still settling.
+    enum status_t {
+        unaidedStable = 0,        // "U"
+        unaidedUnstable = 1,      // "u"
+        gpsAidedStable = 2,       // "G"
+        gpsAidedUnstable = 3,     // "g"
+        headingAidedStable = 4,   // "H"
+        headingAidedUnstable = 5, // "h"
+        fullAidedStable = 6,      // "F"
+        fullAidedUnstable = 7     // "f"
+    };
+
+    std::uint32_t validMask = 0; ///< which of the members below hold a value
+    double roll = 0;             ///< radians
+    double pitch = 0;            ///< radians
+    double heave = 0;            ///< metres
+    double hAccel = 0;           ///< horizontal acceleration, m/s2
+    double vAccel = 0;           ///< vertical acceleration, m/s2
+    status_t status = unaidedStable;
+
+    /// Decodes the record that begins at `data`, its line end being neither needed nor looked at.
+    /// Of fewer than 25 bytes, or without ":" in front, nothing is present afterwards.
+    void init(const char* data, std::size_t length);
+
+    // Each gives its member where `init` found the value; false leaves `out` untouched.
+    bool getRoll(double& out) const;
+    bool getPitch(double& out) const;
+    bool getHeave(double& out) const;
+    bool getHorizontalAcceleration(double& out) const;
+    bool getVerticalAcceleration(double& out) const;
+    bool getStatus(status_t& out) const;
+
+    // What `init` calls for each value, with the first character of its field; all characters of
+    // the field must be readable. On success the member is set, `validMask` never.
+    bool decodeRoll(const char* field);
+    bool decodePitch(const char* field);
+    bool decodeHeave(const char* field);
+    bool decodeHAccel(const char* field);
+    bool decodeVAccel(const char* field);
+    bool decodeStatus(const char* field);
+};
+
+} // namespace kalo

@@ -1,0 +1,12 @@
+#include "kalo/util/portability.h"
+
+#include <cstdio>
+
+#include <fcntl.h>
+#include <io.h>
+
+namespace kalo::portability {
+
+int set_stdin_binary() { return _setmode(_fileno(stdin), _O_BINARY) == -1 ? -1 : 0; }
+
+} // namespace kalo::portability
