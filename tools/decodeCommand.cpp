@@ -37,7 +37,8 @@ std::string_view talkerOf(std::string_view address) {
     return proprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
 }
 
-std::optional<timeClue_t> clueOf(const kalo::nmeaMsg_t& view, const record_t& record) {
+// What a record tells about time; nothing without a time of day.
+std::optional<timeClue_t> clueOf(const kalo::nmeaMsg_t& view) {
     timeClue_t clue;
     if (!readTimeOfDay(view, clue.time)) {
         return {};
@@ -50,7 +51,18 @@ std::optional<timeClue_t> clueOf(const kalo::nmeaMsg_t& view, const record_t& re
     clue.isVoid = view.type() == kalo::msgTypeRmc &&
                   static_cast<const kalo::rmcMsg_t&>(view).decodeValidity(validity) &&
                   validity == 'V';
-    clue.stamp = stampTime(record.received);
+    return clue;
+}
+
+std::optional<timeClue_t> clueOf(const kalo::atsAsciiMsg_t& tracking) {
+    timeClue_t clue;
+    if (!readTimeOfDay(tracking, clue.time)) {
+        return {};
+    }
+    kalo::date_t date;
+    if (tracking.decodeDate(date)) {
+        clue.date = date;
+    }
     return clue;
 }
 
@@ -147,29 +159,39 @@ private:
         jsonRecord_t json;
         json.input = state.name;
         json.record = &record;
-        if (record.sentence == nullptr) {
-            m_summary.count(record.fault, false);
-            write(json);
-            return;
+        source_t values;
+        values.text = record.text;
+        values.motion = record.motion;
+        values.tracking = record.tracking;
+        values.table = record.table;
+        std::unique_ptr<const kalo::nmeaMsg_t> view;
+        std::optional<timeClue_t> clue;
+        if (record.sentence != nullptr) {
+            view.reset(kalo::nmeaMsg_t::create(*record.sentence));
+            values.sentence = view.get();
+            json.type = sentenceType(record.sentence->type());
+            json.talker = talkerOf(record.sentence->field(0)->toString());
+            clue = view == nullptr ? std::nullopt : clueOf(*view);
+        } else if (record.motion != nullptr) {
+            json.type = &motionType;
+        } else if (record.tracking != nullptr) {
+            json.type = &trackingType;
+            clue = record.fault == fault_t::none ? clueOf(*record.tracking) : std::nullopt;
+        } else if (record.table != nullptr) {
+            json.type = &tableType(record.tableLine);
         }
-        const std::unique_ptr<const kalo::nmeaMsg_t> view(
-            kalo::nmeaMsg_t::create(*record.sentence));
-        m_summary.count(record.fault, view != nullptr);
-        json.type = sentenceType(record.sentence->type());
-        json.talker = talkerOf(record.sentence->field(0)->toString());
-        if (view == nullptr) {
-            write(json);
-            return;
-        }
-        const source_t values{view.get(), nullptr};
-        json.values = &values;
+        const bool hasValues =
+            json.type != nullptr && (record.sentence == nullptr || view != nullptr);
+        json.values = hasValues ? &values : nullptr;
+        m_summary.count(record.fault, hasValues);
         std::optional<instant_t> instant;
-        if (const std::optional<timeClue_t> clue = clueOf(*view, record)) {
+        if (clue) {
+            clue->stamp = stampTime(record.received);
             instant = state.dating.date(*clue);
         }
         json.instant = instant ? &*instant : nullptr;
         write(json);
-        if (view->type() == kalo::msgTypeGsv) {
+        if (view != nullptr && view->type() == kalo::msgTypeGsv) {
             decodeSatellites(state, json, static_cast<const kalo::gsvMsg_t&>(*view));
         }
     }
@@ -184,7 +206,8 @@ private:
         record_t record;
         record.line = sentence.record->line;
         record.received = sentence.record->received;
-        const source_t values{nullptr, &set};
+        source_t values;
+        values.satellites = &set;
         jsonRecord_t json = sentence;
         json.record = &record;
         json.type = &satellitesType;

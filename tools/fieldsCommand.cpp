@@ -12,7 +12,7 @@ int fieldsCommand() {
     output_t output(STDOUT_FILENO);
     const auto print = [&](std::string_view type, std::string_view name, std::string_view unit,
                            std::string_view fields, std::string_view meaning) {
-        fmt::format_to(fmt::appender(output.buffer()), "{:8} {:18} {:6} {:7} {}\n", type, name,
+        fmt::format_to(fmt::appender(output.buffer()), "{:10} {:24} {:8} {:9} {}\n", type, name,
                        unit, fields, meaning);
     };
     print("type", "name", "unit", "fields", "meaning");
@@ -22,7 +22,7 @@ int fieldsCommand() {
             print(type.name, "address, fields", "", "", fmt::format("{}, as sent", type.meaning));
         }
         for (const valueRow_t& row : type) {
-            print(type.name, row.name, row.unit.name, fieldList(row.fields), row.meaning);
+            print(type.name, row.name, row.unit.name, placeOf(row), row.meaning);
         }
     }
     output.flush();

@@ -121,9 +121,18 @@ public:
 
     bool operator()(absent_t /*none*/) const { return false; }
 
+    bool operator()(bool value) const {
+        append(m_members.key(m_row.name), value ? "true" : "false");
+        return false;
+    }
+
     bool operator()(unsigned value) const { return number(value); }
 
     bool operator()(int value) const { return number(value); }
+
+    bool operator()(float value) const {
+        return std::isfinite(value) ? number(value) : isSent(m_source, m_row.fields);
+    }
 
     bool operator()(double value) const {
         if (!std::isfinite(value)) {

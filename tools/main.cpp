@@ -2,12 +2,15 @@
 #include <csignal>
 #include <cstdio>
 #include <exception>
+#include <map>
 
 #include <unistd.h>
 
 #include <CLI/CLI.hpp>
 
+#include "kalo/util/portability.h"
 #include "tools/decodeCommand.h"
+#include "tools/encodeCommand.h"
 #include "tools/fieldsCommand.h"
 #include "tools/message.h"
 #include "tools/stopSignal.h"
@@ -17,6 +20,7 @@ namespace {
 
 constexpr const char* shortHelp = "usage: kalo decode [OPTION...] [FILE...]\n"
                                   "       kalo fields\n"
+                                  "       kalo encode tss1 [--radians] [FILE...]\n"
                                   "       kalo time [--leap A,B,C,D] [INSTANT...]\n"
                                   "Records of navigation sensors to JSON lines; no FILE, or -, is "
                                   "standard input.\n"
@@ -47,6 +51,11 @@ kalo::gps2utc_t leapOfText(const std::string& text) {
     return leap;
 }
 
+const std::map<std::string, recordKind_t> kinds = {{"nmea", recordKind_t::sentence},
+                                                   {"tss1", recordKind_t::motion},
+                                                   {"ats", recordKind_t::tracking},
+                                                   {"ntrip", recordKind_t::table}};
+
 int run(int argc, char** argv) {
     CLI::App app{"Decodes the text records of navigation and survey sensors."};
     app.set_version_flag("--version", "kalo " KALO_VERSION);
@@ -54,7 +63,6 @@ int run(int argc, char** argv) {
 
     decodeOptions_t decode;
     std::vector<std::string> types;
-    std::string kind;
     std::string date;
     CLI::App* decodeApp = app.add_subcommand("decode", "Prints each record as a line of JSON");
     decodeApp->add_option("FILE", decode.files, "Inputs; - is standard input, as is none");
@@ -67,8 +75,9 @@ int run(int argc, char** argv) {
                         "A sentence without a checksum is malformed");
     decodeApp->add_flag("--strict", decode.record.strict,
                         "Each line as it is: CR LF must end it, nothing stands in front of it");
-    decodeApp->add_option("--kind", kind, "Take every line for this kind of record")
-        ->check(CLI::IsMember({"nmea"}));
+    decodeApp->add_option("--kind", decode.record.only, "Take every line for this kind of record")
+        ->transform(CLI::CheckedTransformer(kinds).description(""))
+        ->type_name("nmea|tss1|ats|ntrip");
     decodeApp->add_option("--date", date, "The day on which the inputs begin")
         ->type_name("YYYY-MM-DD");
     decodeApp->add_flag("--epoch", decode.json.epoch, "Instants as Unix seconds");
@@ -76,6 +85,14 @@ int run(int argc, char** argv) {
     decodeApp->add_flag("--raw", decode.json.raw, "Every record with its bytes");
     decodeApp->add_flag("--quiet", decode.quiet, "No closing line with counts");
     CLI::App* fieldsApp = app.add_subcommand("fields", "Lists the values of each record type");
+
+    encodeOptions_t encode;
+    CLI::App* encodeApp = app.add_subcommand("encode", "Writes records from what decode prints");
+    encodeApp->require_subcommand(1);
+    CLI::App* tss1App = encodeApp->add_subcommand("tss1", "TSS1 motion records");
+    tss1App->add_option("FILE", encode.files,
+                        "JSON lines, or CSV with a head; - is standard input, as is none");
+    tss1App->add_flag("--radians", encode.radians, "Roll and pitch are radians, not degrees");
 
     timeOptions_t time;
     std::string leap;
@@ -108,8 +125,11 @@ int run(int argc, char** argv) {
     if (*fieldsApp) {
         return fieldsCommand();
     }
-    const bool readsInput = *timeApp ? time.texts.empty() : decode.files.empty();
-    if ((!*decodeApp && !*timeApp) || (readsInput && isatty(STDIN_FILENO) != 0)) {
+    std::vector<std::string>& inputs = *timeApp     ? time.texts
+                                       : *encodeApp ? encode.files
+                                                    : decode.files;
+    const bool isCommand = *decodeApp || *encodeApp || *timeApp;
+    if (!isCommand || (inputs.empty() && isatty(STDIN_FILENO) != 0)) {
         fmt::print(stderr, "{}", shortHelp);
         return exitUsage;
     }
@@ -117,16 +137,19 @@ int run(int argc, char** argv) {
     if (*timeApp) {
         return timeCommand(time);
     }
-    if (decode.files.empty()) {
-        decode.files.emplace_back("-");
+    if (inputs.empty()) {
+        inputs.emplace_back("-");
     }
-    decode.record.nmeaOnly = kind == "nmea";
+    if (*encodeApp) {
+        return encodeCommand(encode);
+    }
     return decodeCommand(decode);
 }
 
 } // namespace
 
 int main(int argc, char** argv) {
+    static_cast<void>(kalo::portability::set_stdin_binary());
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe shows when it is written to
     try {
         return run(argc, argv);

@@ -1,5 +1,6 @@
 #include "tools/recordSplitter.h"
 
+#include <algorithm>
 #include <cctype>
 
 #include "kalo/util/stringUtil.h"
@@ -8,6 +9,10 @@
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
+
+bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
 
 bool isStartCharacter(char c) { return c == '$' || c == '!'; }
 
@@ -55,6 +60,53 @@ std::size_t lengthToChecksum(std::string_view text) {
     return 0;
 }
 
+// Whether a token behind the first four has a colon, which a tracking record cannot do without.
+bool hasTaggedToken(std::string_view text) {
+    text = text.substr(0, text.find('*'));
+    for (int i = 0; i < 4; ++i) {
+        text.remove_prefix(std::min(text.find_first_not_of(' '), text.size()));
+        text.remove_prefix(std::min(text.find(' '), text.size()));
+    }
+    return text.find(':') != std::string_view::npos;
+}
+
+// Date, time, or the value of a tag.
+bool holdsAnything(const kalo::atsAsciiMsg_t& tracking) {
+    constexpr unsigned firstTag = 4;
+    constexpr unsigned slotCount = 20;
+    kalo::date_t date;
+    kalo::timeOfDay_t time;
+    std::string text;
+    bool found = tracking.decodeDate(date) || tracking.decodeTimeOfDay(time);
+    for (unsigned slot = firstTag; slot < slotCount && !found; ++slot) {
+        found = tracking.decodeField(slot, text);
+    }
+    return found;
+}
+
+bool isTableStatus(std::string_view text) {
+    return startsWith(text, "SOURCETABLE ") || startsWith(text, "HTTP/");
+}
+
+// "Name: value"
+bool isHeaderLine(std::string_view text) {
+    const std::size_t colon = text.find(": ");
+    return colon != std::string_view::npos && colon > 0 &&
+           std::all_of(text.begin(), text.begin() + static_cast<std::ptrdiff_t>(colon), [](char c) {
+               return std::isalnum(static_cast<unsigned char>(c)) != 0 || c == '-';
+           });
+}
+
+bool isTableRecord(kalo::ntripRecordType_t type) {
+    return type == kalo::ntripRecordStream || type == kalo::ntripRecordCaster ||
+           type == kalo::ntripRecordNetwork;
+}
+
+kalo::ntripRecordType_t tableLineOf(std::string_view completed) {
+    auto length = static_cast<unsigned>(completed.size());
+    return kalo::decodeNtripRecordType(completed.data(), length);
+}
+
 } // namespace
 
 const char* faultText(fault_t fault) {
@@ -68,6 +120,7 @@ const char* faultText(fault_t fault) {
     case fault_t::cut: return "cut";
     case fault_t::lineTooLong: return "line too long";
     case fault_t::notARecord: return "not a known record";
+    case fault_t::nothingDecodes: return "nothing decodes";
     }
     return "";
 }
@@ -85,10 +138,15 @@ void recordSplitter_t::start(const line_t& line) {
         m_received = line.text.substr(0, length);
         begin = length > 0 ? length + 1 : 0;
     }
+    const std::size_t size = line.text.size();
     if (line.tooLong) {
-        m_pieces.push_back({line.text.size(), line.text.size(), fault_t::lineTooLong});
+        m_pieces.push_back({size, 0, recordKind_t::none, fault_t::lineTooLong});
     } else if (m_options.strict) {
-        m_pieces.push_back({line.text.size(), 0, fault_t::none});
+        const recordKind_t kind = kindOf(line.text);
+        m_pieces.push_back(
+            {size, 0, kind == recordKind_t::none ? recordKind_t::sentence : kind, fault_t::none});
+    } else if (m_options.only != recordKind_t::none && m_options.only != recordKind_t::sentence) {
+        m_pieces.push_back({size, begin, m_options.only, fault_t::none});
     } else {
         findPieces(begin);
     }
@@ -99,20 +157,24 @@ bool recordSplitter_t::next(record_t& record) {
         return false;
     }
     const piece_t& piece = m_pieces[m_nextPiece];
-    const std::size_t begin = m_nextPiece == 0 ? 0 : m_pieces[m_nextPiece - 1].end;
+    const bool isFirst = m_nextPiece == 0;
+    const std::size_t begin = isFirst ? 0 : m_pieces[m_nextPiece - 1].end;
+    const std::size_t stamp =
+        isFirst && !m_received.empty() && !m_line.continued ? m_received.size() + 1 : begin;
+    ++m_nextPiece;
     record = {};
     record.raw = m_line.text.substr(begin, piece.end - begin);
     record.received = m_received;
     record.line = m_line.number;
     record.offset = m_line.offset + begin;
     record.fault = piece.fault;
-    if (m_nextPiece == 0 && piece.start < piece.end) {
-        const std::size_t stamp = m_received.empty() ? 0 : m_received.size() + 1;
+    record.kind = piece.kind;
+    if (piece.start > stamp) {
         record.prefix = m_line.text.substr(stamp, piece.start - stamp);
     }
-    ++m_nextPiece;
+    record.text = m_line.text.substr(piece.start, piece.end - piece.start);
     if (record.fault == fault_t::none) {
-        judge(record, m_line.text.substr(piece.start, piece.end - piece.start));
+        decode(record);
     }
     return true;
 }
@@ -120,17 +182,23 @@ bool recordSplitter_t::next(record_t& record) {
 void recordSplitter_t::findPieces(std::size_t begin) {
     const std::string_view text = m_line.text;
     findStarts(begin);
-    if (m_starts.empty()) {
-        const fault_t fault = m_options.nmeaOnly ? fault_t::noStartCharacter : fault_t::notARecord;
-        m_pieces.push_back({text.size(), text.size(), fault});
-        return;
+    // What stands in front of the first sentence is a record of its own, or belongs to it.
+    const std::size_t first = m_starts.empty() ? text.size() : m_starts[0];
+    const recordKind_t kind = kindOf(text.substr(begin, first - begin));
+    if (kind != recordKind_t::none) {
+        m_pieces.push_back({first, begin, kind, fault_t::none});
+    } else if (m_starts.empty()) {
+        const fault_t fault = m_options.only == recordKind_t::sentence ? fault_t::noStartCharacter
+                                                                       : fault_t::notARecord;
+        m_pieces.push_back({first, begin, kind, fault});
     }
-    if (m_starts.size() == 1) {
-        const std::size_t length = matchedLength(text.substr(m_starts[0]));
-        addSentence(m_starts[0], length > 0 ? m_starts[0] + length : text.size(), text.size());
+    if (m_starts.size() == 1 && m_pieces.empty()) {
+        const std::size_t length = matchedLength(text.substr(first));
+        addSentence(first, length > 0 ? first + length : text.size(), text.size());
         return;
     }
     // Among several pieces a checksum alone tells a sentence from the remains of one.
+    const std::size_t before = m_pieces.size();
     bool anyMatched = false;
     for (std::size_t i = 0; i < m_starts.size(); ++i) {
         const std::size_t end = i + 1 < m_starts.size() ? m_starts[i + 1] : text.size();
@@ -139,16 +207,16 @@ void recordSplitter_t::findPieces(std::size_t begin) {
             anyMatched = true;
             addSentence(m_starts[i], m_starts[i] + length, end);
         } else {
-            m_pieces.push_back({end, m_starts[i], fault_t::cut});
+            addCut(m_starts[i], end);
         }
     }
-    if (anyMatched) {
+    if (anyMatched || m_starts.size() < 2) {
         return;
     }
-    const std::size_t length = matchedLength(text.substr(m_starts[0]));
+    const std::size_t length = matchedLength(text.substr(first));
     if (length > 0) {
-        m_pieces.clear();
-        addSentence(m_starts[0], m_starts[0] + length, text.size());
+        m_pieces.resize(before);
+        addSentence(first, first + length, text.size());
     }
 }
 
@@ -168,10 +236,47 @@ void recordSplitter_t::findStarts(std::size_t begin) {
 
 // A sentence that ends at `matched`, and what is left behind its checksum up to `end`.
 void recordSplitter_t::addSentence(std::size_t start, std::size_t matched, std::size_t end) {
-    m_pieces.push_back({matched, start, fault_t::none});
+    m_pieces.push_back({matched, start, recordKind_t::sentence, fault_t::none});
     if (matched < end) {
-        m_pieces.push_back({end, end, fault_t::cut});
+        addCut(matched, end);
     }
+}
+
+void recordSplitter_t::addCut(std::size_t start, std::size_t end) {
+    m_pieces.push_back({end, start, recordKind_t::none, fault_t::cut});
+}
+
+// The kind of a text that is no sentence.
+recordKind_t recordSplitter_t::kindOf(std::string_view text) {
+    if (m_options.only == recordKind_t::sentence || text.empty() || isStartCharacter(text[0])) {
+        return recordKind_t::none;
+    }
+    if (text[0] == ':') {
+        return recordKind_t::motion;
+    }
+    complete(text);
+    kalo::date_t date;
+    kalo::timeOfDay_t time;
+    if (hasTaggedToken(text)) {
+        const kalo::atsAsciiMsg_t tracking(m_completed.data(), m_completed.size());
+        if (tracking.decodeDate(date) && tracking.decodeTimeOfDay(time)) {
+            return recordKind_t::tracking;
+        }
+    }
+    return isTableLine(text) ? recordKind_t::table : recordKind_t::none;
+}
+
+bool recordSplitter_t::isTableLine(std::string_view text) {
+    const kalo::ntripRecordType_t type = tableLineOf(m_completed);
+    if (isTableRecord(type) || startsWith(text, "ENDSOURCETABLE")) {
+        m_inTableHeader = false;
+        return true;
+    }
+    if (isTableStatus(text)) {
+        m_inTableHeader = true;
+        return true;
+    }
+    return m_inTableHeader && isHeaderLine(text);
 }
 
 // How much of `text` is a sentence with a matching checksum; 0 for none of it.
@@ -182,21 +287,47 @@ std::size_t recordSplitter_t::matchedLength(std::string_view text) {
     return lengthToChecksum(text);
 }
 
+void recordSplitter_t::complete(std::string_view text) {
+    m_framed = {};
+    m_completed.assign(text).append(m_options.strict ? m_line.end : lineEnd);
+}
+
 bool recordSplitter_t::frame(std::string_view text) {
     if (text.data() != m_framed.data() || text.size() != m_framed.size()) {
+        complete(text);
         m_framed = text;
-        m_sentence.assign(text).append(m_options.strict ? m_line.end : lineEnd);
-        m_format.init(m_sentence.data(), m_sentence.size());
+        m_format.init(m_completed.data(), m_completed.size());
     }
     return m_format.isValid();
 }
 
 bool recordSplitter_t::carriesChecksum() const {
-    return m_sentence.size() >= 5 && m_sentence[m_sentence.size() - 5] == '*';
+    return m_completed.size() >= 5 && m_completed[m_completed.size() - 5] == '*';
 }
 
-void recordSplitter_t::judge(record_t& record, std::string_view text) {
-    const bool valid = frame(text);
+void recordSplitter_t::decode(record_t& record) {
+    switch (record.kind) {
+    case recordKind_t::none: return;
+    case recordKind_t::sentence: judgeSentence(record); return;
+    case recordKind_t::motion:
+        m_motion.init(record.text.data(), record.text.size());
+        record.motion = &m_motion;
+        if (m_motion.validMask == 0) {
+            record.motion = nullptr;
+            record.fault = fault_t::nothingDecodes;
+        }
+        return;
+    case recordKind_t::tracking: judgeTracking(record); return;
+    case recordKind_t::table:
+        complete(record.text);
+        record.tableLine = tableLineOf(m_completed);
+        m_table.init(m_completed.data(), static_cast<unsigned>(m_completed.size()));
+        record.table = &m_table;
+    }
+}
+
+void recordSplitter_t::judgeSentence(record_t& record) {
+    const bool valid = frame(record.text);
     record.hasChecksum = carriesChecksum();
     if (valid) {
         if (record.hasChecksum || !m_options.requireChecksum) {
@@ -206,7 +337,7 @@ void recordSplitter_t::judge(record_t& record, std::string_view text) {
         }
         return;
     }
-    const std::string_view sentence = m_sentence;
+    const std::string_view sentence = m_completed;
     switch (m_format.formatError()) {
     case 0: record.fault = fault_t::noStartCharacter; return;
     case 1:
@@ -218,5 +349,28 @@ void recordSplitter_t::judge(record_t& record, std::string_view text) {
         record.fault = fault_t::checksumMismatch;
         record.stated = hexValue(sentence.substr(sentence.size() - 4, 2)) & 0xFF;
         record.computed = exclusiveOr(sentence.substr(1, sentence.size() - 6));
+    }
+}
+
+void recordSplitter_t::judgeTracking(record_t& record) {
+    complete(record.text);
+    m_tracking = kalo::atsAsciiMsg_t(m_completed.data(), m_completed.size());
+    if (!holdsAnything(m_tracking)) {
+        record.fault = fault_t::nothingDecodes;
+        return;
+    }
+    record.tracking = &m_tracking;
+    if (!m_tracking.checksumError()) {
+        return;
+    }
+    const std::size_t star = record.text.find('*');
+    const std::string_view behind = record.text.substr(star + 1);
+    const std::size_t digits =
+        std::min(behind.find_first_not_of("0123456789ABCDEFabcdef"), behind.size());
+    record.fault = fault_t::badChecksumDigits;
+    if (digits == 2) {
+        record.fault = fault_t::checksumMismatch;
+        record.stated = hexValue(behind.substr(0, digits));
+        record.computed = exclusiveOr(record.text.substr(0, star));
     }
 }

@@ -1,6 +1,9 @@
 #include "tools/recordTable.h"
 
-#include <array>
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
 
 #include "kalo/kalo.h"
 
@@ -13,8 +16,10 @@ constexpr unit_t metre{"m", nullptr};
 constexpr unit_t second{"s", nullptr};
 constexpr unit_t minute{"min", nullptr};
 constexpr unit_t metrePerSecond{"m/s", nullptr};
-constexpr unit_t decibelHertz{"dB-Hz", nullptr};
+constexpr unit_t metrePerSecondSquared{"m/s2", nullptr};
 constexpr unit_t asSent{"as sent", nullptr};
+constexpr unit_t degreesAsSent{"deg", nullptr};
+constexpr unit_t bitPerSecond{"bit/s", nullptr};
 constexpr unit_t angle{"deg", "rad"};
 constexpr unit_t rate{"deg/s", "rad/s"};
 
@@ -118,6 +123,118 @@ value_t signalIdOfSet(const source_t& source) {
     }
     return source.satellites->signalId;
 }
+
+// The reader of a getter of a motion record.
+template <auto getter>
+value_t motion(const source_t& source) {
+    double out = 0;
+    if (!(source.motion->*getter)(out)) {
+        return undecoded_t();
+    }
+    return out;
+}
+
+// The status as the letter that stands for it.
+value_t motionStatus(const source_t& source) {
+    constexpr std::size_t statusColumn = 13;
+    tss1Msg_t::status_t status{};
+    if (!source.motion->getStatus(status)) {
+        return undecoded_t();
+    }
+    return source.text[statusColumn];
+}
+
+// The reader of an accessor of a tracking record.
+template <auto accessor>
+value_t tracking(const source_t& source) {
+    decltype(outputOf(accessor)) out{};
+    if (!(source.tracking->*accessor)(out)) {
+        return undecoded_t();
+    }
+    return valueOf(std::move(out));
+}
+
+value_t trackingTime(const source_t& source) {
+    sentTime_t time;
+    if (!readTimeOfDay(*source.tracking, time)) {
+        return undecoded_t();
+    }
+    return time;
+}
+
+// Fields of a record of a sourcetable.
+template <unsigned index>
+value_t tableText(const source_t& source) {
+    const std::string* text = source.table->fieldAt(index);
+    if (text == nullptr) {
+        return absent_t();
+    }
+    return *text;
+}
+
+// The last field of the standard, with all that the record has behind it.
+template <unsigned index>
+value_t tableRest(const source_t& source) {
+    std::string rest;
+    for (unsigned i = index; i < source.table->fieldCount(); ++i) {
+        const std::string* text = source.table->fieldAt(i);
+        rest += (i > index ? ";" : "") + (text == nullptr ? std::string() : *text);
+    }
+    return rest;
+}
+
+template <unsigned index, typename Number>
+value_t tableNumber(const source_t& source) {
+    Number number = 0;
+    if (!source.table->decodeField(index, number)) {
+        return undecoded_t();
+    }
+    return number;
+}
+
+template <unsigned index, bool (ntripRecordDecoder_t::*decoder)(unsigned, bool&) const>
+value_t tableFlag(const source_t& source) {
+    const ntripRecordDecoder_t& record = *source.table;
+    bool flag = false;
+    if (!(record.*decoder)(index, flag)) {
+        return undecoded_t();
+    }
+    return flag;
+}
+
+// An enumeration as the word that the library prints for it.
+template <typename Enumeration>
+std::string wordOf(Enumeration value) {
+    char word[16];
+    bufferStream_t stream(word, sizeof word);
+    stream << value;
+    return {word, stream.written()};
+}
+
+template <auto accessor>
+value_t tableWord(const source_t& source) {
+    decltype(outputOf(accessor)) value{};
+    if (!(source.table->*accessor)(value)) {
+        return undecoded_t();
+    }
+    return wordOf(value);
+}
+
+// A network has the authentication of a stream at another place.
+value_t networkAuth(const source_t& source) {
+    constexpr unsigned index = 3;
+    const std::string* text = source.table->fieldAt(index);
+    const std::string letter = text == nullptr ? "" : *text;
+    if (letter == "N") {
+        return wordOf(authNone);
+    }
+    if (letter == "B") {
+        return wordOf(authBasic);
+    }
+    return letter == "D" ? value_t(wordOf(authDigest)) : undecoded_t();
+}
+
+value_t wholeText(const source_t& source) { return std::string(source.text); }
 
 using ssb_t = psimSsbMsg_t;
 using ssbCoords_t = psimSsbMsg_t::coords_t;
@@ -408,6 +525,101 @@ constexpr valueRow_t satellitesRows[] = {
      satellitesOfSet},
 };
 
+constexpr valueRow_t motionRows[] = {
+    {"roll", angle, 0, "", motion<&tss1Msg_t::getRoll>, "col 14-18"},
+    {"pitch", angle, 0, "", motion<&tss1Msg_t::getPitch>, "col 20-24"},
+    {"heave", metre, 0, "", motion<&tss1Msg_t::getHeave>, "col 8-12"},
+    {"horizontalAcceleration", metrePerSecondSquared, 0, "",
+     motion<&tss1Msg_t::getHorizontalAcceleration>, "col 1,2"},
+    {"verticalAcceleration", metrePerSecondSquared, 0, "",
+     motion<&tss1Msg_t::getVerticalAcceleration>, "col 3-6"},
+    {"status", none, 0, "letter: U, G, H, F stable, u, g, h, f not", motionStatus, "col 13"},
+};
+
+using ats_t = atsAsciiMsg_t;
+
+constexpr valueRow_t trackingRows[] = {
+    {"timeOfDay", none, fields(3), "UTC time", trackingTime, "token 4"},
+    {"date", none, fields(0, 1, 2), "UTC date", tracking<&ats_t::decodeDate>, "token 1-3"},
+    {"beaconId", none, fields(4), "beacon", tracking<&ats_t::decodeBeaconId>, "B"},
+    {"beaconNumber", none, fields(4), "beacon", tracking<&ats_t::decodeBeaconNumber>, "B"},
+    {"beaconX", asSent, fields(5), "", tracking<&ats_t::decodeBeaconX>, "X"},
+    {"beaconY", asSent, fields(6), "", tracking<&ats_t::decodeBeaconY>, "Y"},
+    {"beaconDepth", asSent, fields(7), "", tracking<&ats_t::decodeBeaconDepth>, "D"},
+    {"vesselPitch", angle, fields(8), "", tracking<&ats_t::decodeVesselPitch>, "P"},
+    {"vesselRoll", angle, fields(9), "", tracking<&ats_t::decodeVesselRoll>, "R"},
+    {"vesselHeading", angle, fields(10), "", tracking<&ats_t::decodeVesselHeading>, "H"},
+    {"errorCode", none, fields(11), "", tracking<&ats_t::decodeErrorCode>, "E"},
+    {"anglePitchTelemetry", angle, fields(12), "", tracking<&ats_t::decodeAnglePitchTelemetry>,
+     "AP"},
+    {"angleRollTelemetry", angle, fields(13), "", tracking<&ats_t::decodeAngleRollTelemetry>, "AR"},
+    {"currentFlowSpeed", asSent, fields(14), "", tracking<&ats_t::decodeCurrentFlowSpeed>, "CS"},
+    {"currentFlowDirection", angle, fields(15), "", tracking<&ats_t::decodeCurrentFlowDirection>,
+     "CD"},
+    {"vesselPositionX", asSent, fields(16), "", tracking<&ats_t::decodeVesselPositionX>, "SX"},
+    {"vesselPositionY", asSent, fields(17), "", tracking<&ats_t::decodeVesselPositionY>, "SY"},
+    {"vesselPositionHdop", none, fields(18), "", tracking<&ats_t::decodeVesselPositionHdop>, "SH"},
+    {"vesselPositionQuality", none, fields(19), "", tracking<&ats_t::decodeVesselPositionQuality>,
+     "SQ"},
+};
+
+using table_t = ntripRecordDecoder_t;
+
+constexpr valueRow_t streamRows[] = {
+    {"mountpoint", none, fields(1), "", tableText<1>},
+    {"identifier", none, fields(2), "place", tableText<2>},
+    {"format", none, fields(3), "of the data", tableText<3>},
+    {"formatDetails", none, fields(4), "", tableText<4>},
+    {"carrierType", none, fields(5), "None, L1 or L1L2",
+     tableWord<&ntripStreamDecoder_t::decodeCarrierType>},
+    {"navSystem", none, fields(6), "satellite systems", tableText<6>},
+    {"network", none, fields(7), "", tableText<7>},
+    {"country", none, fields(8), "", tableText<8>},
+    {"latitude", degreesAsSent, fields(9), "north positive", tableNumber<9, float>},
+    {"longitude", degreesAsSent, fields(10), "east positive", tableNumber<10, float>},
+    {"nmea", none, fields(11), "whether the caster wants a position",
+     tableFlag<11, &table_t::decodeOneZero>},
+    {"solutionType", none, fields(12), "Single or Network",
+     tableWord<&ntripStreamDecoder_t::decodeSolutionType>},
+    {"generator", none, fields(13), "", tableText<13>},
+    {"compression", none, fields(14), "compression or encryption", tableText<14>},
+    {"authType", none, fields(15), "None, Basic or Digest",
+     tableWord<&ntripStreamDecoder_t::decodeAuthType>},
+    {"fee", none, fields(16), "whether there is one", tableFlag<16, &table_t::decodeYN>},
+    {"bitrate", bitPerSecond, fields(17), "", tableNumber<17, unsigned>},
+    {"misc", none, from(18), "all that follows", tableRest<18>},
+};
+
+constexpr valueRow_t casterRows[] = {
+    {"host", none, fields(1), "", tableText<1>},
+    {"port", none, fields(2), "", tableNumber<2, unsigned>},
+    {"identifier", none, fields(3), "", tableText<3>},
+    {"operator", none, fields(4), "", tableText<4>},
+    {"nmea", none, fields(5), "whether the caster takes a position",
+     tableFlag<5, &table_t::decodeOneZero>},
+    {"country", none, fields(6), "", tableText<6>},
+    {"latitude", degreesAsSent, fields(7), "north positive", tableNumber<7, float>},
+    {"longitude", degreesAsSent, fields(8), "east positive", tableNumber<8, float>},
+    {"fallbackHost", none, fields(9), "", tableText<9>},
+    {"fallbackPort", none, fields(10), "", tableNumber<10, unsigned>},
+    {"misc", none, from(11), "all that follows", tableRest<11>},
+};
+
+constexpr valueRow_t networkRows[] = {
+    {"identifier", none, fields(1), "", tableText<1>},
+    {"operator", none, fields(2), "", tableText<2>},
+    {"authType", none, fields(3), "None, Basic or Digest", networkAuth},
+    {"fee", none, fields(4), "whether there is one", tableFlag<4, &table_t::decodeYN>},
+    {"webNet", none, fields(5), "address on the network", tableText<5>},
+    {"webStr", none, fields(6), "address on its streams", tableText<6>},
+    {"webReg", none, fields(7), "address for registration", tableText<7>},
+    {"misc", none, from(8), "all that follows", tableRest<8>},
+};
+
+constexpr valueRow_t tableRows[] = {
+    {"text", none, 0, "the line", wholeText},
+};
+
 constexpr recordType_t untyped(const char* name, const char* meaning) {
     return {name, meaning, nullptr, 0};
 }
@@ -446,28 +658,72 @@ constexpr recordType_t types[] = {
     typed("PSIMSSB", "acoustic position of a beacon", psimSsbRows),
     typed("PTPSR", "heading and attitude of two antennas", ptpsrRows),
     typed("SATELLITES", "a complete group of satellites in view", satellitesRows),
+    typed("TSS1", "motion", motionRows),
+    typed("ATS", "acoustic tracking", trackingRows),
+    typed("STR", "stream of a sourcetable", streamRows),
+    typed("CAS", "caster of a sourcetable", casterRows),
+    typed("NET", "network of a sourcetable", networkRows),
+    typed("TABLE", "another line of a sourcetable", tableRows),
 };
-constexpr std::size_t sentenceCount = msgTypePtpsr;
-static_assert(std::size(types) == sentenceCount + 1, "every record type has its row");
+constexpr const recordType_t* others = types + msgTypePtpsr;
+static_assert(std::size(types) == msgTypePtpsr + 7, "every record type has its row");
 
 } // namespace
 
 const recordType_t* const recordTypes = types;
 const std::size_t recordTypeCount = std::size(types);
-const recordType_t& satellitesType = types[sentenceCount];
+const recordType_t& satellitesType = others[0];
+const recordType_t& motionType = others[1];
+const recordType_t& trackingType = others[2];
+
+const recordType_t& tableType(ntripRecordType_t line) {
+    switch (line) {
+    case ntripRecordStream: return others[3];
+    case ntripRecordCaster: return others[4];
+    case ntripRecordNetwork: return others[5];
+    case ntripRecordServer:
+    case ntripRecordEndOfTable:
+    case ntripRecordHeader:
+    case ntripRecordUnknown: break;
+    }
+    return others[6];
+}
 
 const recordType_t* sentenceType(nmeaMsgType_t type) {
     return type == msgTypeUnknown ? nullptr : &types[type - 1];
 }
 
-bool isSent(const source_t& source, fieldSet_t fields) {
-    if (source.sentence == nullptr) {
-        return false;
+namespace {
+
+// Whether a field is there and not empty.
+bool isFilled(const source_t& source, unsigned index) {
+    if (source.sentence != nullptr) {
+        return !source.sentence->field(index)->isEmpty();
     }
-    const unsigned count = source.sentence->fieldCount();
+    if (source.table != nullptr) {
+        return source.table->fieldAt(index) != nullptr;
+    }
+    std::string text;
+    return source.tracking != nullptr && source.tracking->decodeField(index, text);
+}
+
+unsigned fieldCountOf(const source_t& source) {
+    constexpr unsigned trackingSlots = 20;
+    return source.sentence != nullptr ? source.sentence->fieldCount()
+           : source.table != nullptr  ? source.table->fieldCount()
+                                      : trackingSlots;
+}
+
+} // namespace
+
+bool isSent(const source_t& source, fieldSet_t fields) {
+    if (source.motion != nullptr) {
+        return true; // a motion record has all its columns
+    }
+    const unsigned count = fieldCountOf(source);
     for (unsigned i = 0; i < count; ++i) {
         const unsigned bit = i < fieldBits ? i : fieldBits - 1;
-        if ((fields >> bit & 1) != 0 && !source.sentence->field(i)->isEmpty()) {
+        if ((fields >> bit & 1) != 0 && isFilled(source, i)) {
             return true;
         }
     }
@@ -480,11 +736,33 @@ bool readTimeOfDay(const nmeaMsg_t& view, sentTime_t& out) {
     }
     // It stands in field 1 of all sentences but two.
     const unsigned index = view.type() == msgTypeGll ? 5 : view.type() == msgTypePtpsr ? 2 : 1;
-    out.seconds = std::string_view(view.field(index)->toString()).substr(4);
+    out.seconds = view.field(index)->toString().substr(4);
     return true;
 }
 
-std::string fieldList(fieldSet_t fields) {
+bool readTimeOfDay(const atsAsciiMsg_t& tracking, sentTime_t& out) {
+    constexpr unsigned timeSlot = 3;
+    std::string text;
+    if (!tracking.decodeTimeOfDay(out.time) || !tracking.decodeField(timeSlot, text)) {
+        return false;
+    }
+    // The milliseconds, behind the third colon, are a number and not the digits of a fraction.
+    const double whole = std::trunc(out.time.second);
+    const bool hasFraction =
+        std::count(text.begin() + static_cast<std::ptrdiff_t>(text.find_first_not_of(':')),
+                   text.end(), ':') > 2;
+    out.seconds = fmt::format("{:02.0f}", whole);
+    if (hasFraction) {
+        out.seconds += fmt::format(".{:03.0f}", (out.time.second - whole) * 1000);
+    }
+    return true;
+}
+
+std::string placeOf(const valueRow_t& row) {
+    if (row.place != nullptr) {
+        return row.place;
+    }
+    const fieldSet_t fields = row.fields;
     std::string list;
     for (unsigned i = 0; i < fieldBits; ++i) {
         if ((fields >> i & 1) == 0) {

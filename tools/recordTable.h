@@ -9,6 +9,10 @@
 #include <vector>
 
 #include "kalo/nmea/nmeaMsg.h"
+#include "kalo/ntrip/ntripRecordType.h"
+#include "kalo/ntrip/ntripStreamDecoder.h"
+#include "kalo/sensors/atsAsciiMsg.h"
+#include "kalo/sensors/tss1Msg.h"
 #include "kalo/time/dateTime.h"
 
 /// One satellite in view; what did not decode is not there.
@@ -35,6 +39,10 @@ struct satelliteSet_t {
 struct source_t {
     const kalo::nmeaMsg_t* sentence = nullptr;
     const satelliteSet_t* satellites = nullptr;
+    const kalo::tss1Msg_t* motion = nullptr;
+    const kalo::atsAsciiMsg_t* tracking = nullptr;
+    const kalo::ntripStreamDecoder_t* table = nullptr;
+    std::string_view text; ///< the record's own
 };
 
 /// Not decoded, although it was sent if one of its fields is not empty.
@@ -45,21 +53,21 @@ struct absent_t {};
 /// A time of day together with the text of its seconds, whose digits the output keeps.
 struct sentTime_t {
     kalo::timeOfDay_t time;
-    std::string_view seconds;
+    std::string seconds;
 };
 
 /// A value as it was read.
 using value_t =
-    std::variant<undecoded_t, absent_t, unsigned, int, double, char, std::string, sentTime_t,
-                 kalo::date_t, std::vector<unsigned>, std::vector<satellite_t>>;
+    std::variant<undecoded_t, absent_t, bool, unsigned, int, float, double, char, std::string,
+                 sentTime_t, kalo::date_t, std::vector<unsigned>, std::vector<satellite_t>>;
 
 struct unit_t {
     const char* name;
     const char* radianName; ///< with --radians; null for what is no angle
 };
 
-/// Which fields of a sentence a value reads: one bit each, the address field being the lowest; the
-/// highest stands for all from its own on.
+/// Which fields of a sentence, or of a record of a sourcetable, a value reads: one bit each, the
+/// first field being the lowest; the highest stands for all from its own on.
 using fieldSet_t = std::uint64_t;
 
 struct valueRow_t {
@@ -68,6 +76,7 @@ struct valueRow_t {
     fieldSet_t fields;
     const char* meaning;
     value_t (*read)(const source_t& source);
+    const char* place = nullptr; ///< in a record that has no numbered fields
 };
 
 struct recordType_t {
@@ -83,8 +92,13 @@ struct recordType_t {
 /// The type of a framed sentence; null for `msgTypeUnknown`.
 const recordType_t* sentenceType(kalo::nmeaMsgType_t type);
 
-/// The record that follows a complete group of satellites in view.
-extern const recordType_t& satellitesType;
+/// The type of a line of a sourcetable.
+const recordType_t& tableType(kalo::ntripRecordType_t line);
+
+// The records that are told apart by their kind alone.
+extern const recordType_t& satellitesType; ///< follows a complete group of satellites in view
+extern const recordType_t& motionType;
+extern const recordType_t& trackingType;
 
 /// All record types in the order of their listing, for `kalo fields` and the choice by name.
 extern const recordType_t* const recordTypes;
@@ -96,5 +110,8 @@ bool isSent(const source_t& source, fieldSet_t fields);
 /// The time of day that a sentence's view answers with.
 bool readTimeOfDay(const kalo::nmeaMsg_t& view, sentTime_t& out);
 
-/// The fields of a set for people: "2,3" or "4-8".
-std::string fieldList(fieldSet_t fields);
+/// The time of day of a tracking record.
+bool readTimeOfDay(const kalo::atsAsciiMsg_t& tracking, sentTime_t& out);
+
+/// Where a value stands, for people: "2,3" or "4-8".
+std::string placeOf(const valueRow_t& row);

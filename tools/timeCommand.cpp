@@ -7,10 +7,9 @@
 
 #include "kalo/time/dateTime.h"
 #include "kalo/util/stringUtil.h"
-#include "tools/input.h"
-#include "tools/lineSplitter.h"
 #include "tools/message.h"
 #include "tools/output.h"
+#include "tools/readLines.h"
 #include "tools/stamp.h"
 #include "tools/stopSignal.h"
 
@@ -130,30 +129,10 @@ public:
 
     void convertInput() {
         input_t input("-");
-        lineSplitter_t lines(false);
-        while (!m_output.isClosed()) {
-            if (!input.isReady()) {
-                m_output.flush();
-                input.wait();
-            }
-            const std::string_view data = input.read();
-            lines.append(data);
-            if (data.empty()) {
-                lines.finish();
-            }
-            line_t line;
-            while (lines.next(line)) {
-                convert(std::string(line.text),
-                        fmt::format("-: line {}: {}", line.number, line.text));
-            }
-            if (data.empty()) {
-                break;
-            }
-        }
-        if (input.failed()) {
-            complain("-", input.reason());
-            m_status = exitFailure;
-        }
+        const bool isRead = readLines(input, m_output, [&](const line_t& line) {
+            convert(std::string(line.text), fmt::format("-: line {}: {}", line.number, line.text));
+        });
+        m_status = isRead ? m_status : exitFailure;
     }
 
     int finish() {

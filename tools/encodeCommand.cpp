@@ -1,0 +1,207 @@
+#include "tools/encodeCommand.h"
+
+#include <cmath>
+#include <map>
+#include <optional>
+
+#include <nlohmann/json.hpp>
+#include <unistd.h>
+
+#include "kalo/sensors/tss1MsgBuilder.h"
+#include "kalo/util/stringUtil.h"
+#include "tools/message.h"
+#include "tools/output.h"
+#include "tools/readLines.h"
+#include "tools/stopSignal.h"
+
+namespace {
+
+using kalo::tss1Msg_t;
+using kalo::tss1MsgBuilder_t;
+
+constexpr double radiansPerDegree = 3.141592653589793 / 180;
+
+// The keys and texts of one record.
+using members_t = std::map<std::string, std::string>;
+
+// A value of the record: its range in counts, and how the builder gets it.
+struct motionRow_t {
+    const char* key;
+    double scale; // of one count
+    double least; // counts
+    double most;
+    const char* range; // for people
+    bool isAngle;
+    bool isTruncated; // by the builder, which rounds the others
+    void (tss1MsgBuilder_t::*set)(double);
+};
+
+constexpr motionRow_t rows[] = {
+    {"roll", tss1Msg_t::rollPitchScale, -9999, 9999, "-99.99 to 99.99 degrees", true, false,
+     &tss1MsgBuilder_t::setRoll},
+    {"pitch", tss1Msg_t::rollPitchScale, -9999, 9999, "-99.99 to 99.99 degrees", true, false,
+     &tss1MsgBuilder_t::setPitch},
+    {"heave", tss1Msg_t::heaveScale, -9999, 9999, "-99.99 to 99.99 m", false, false,
+     &tss1MsgBuilder_t::setHeave},
+    {"horizontalAcceleration", tss1Msg_t::hAccelScale, 0, 255, "0 to 9.7665 m/s2", false, true,
+     &tss1MsgBuilder_t::setHorizontalAcceleration},
+    {"verticalAcceleration", tss1Msg_t::vAccelScale, -32768, 32767, "-20.48 to 20.479375 m/s2",
+     false, true, &tss1MsgBuilder_t::setVerticalAcceleration},
+};
+
+// What is wrong with a value; empty when the builder has taken it.
+std::string setValue(tss1MsgBuilder_t& builder, const motionRow_t& row, const std::string& text,
+                     bool radians) {
+    double value = 0;
+    if (!kalo::decode(text, value)) {
+        return fmt::format("{} is no number: {}", row.key, text);
+    }
+    value *= row.isAngle && !radians ? radiansPerDegree : 1;
+    const double count = std::nearbyint(value / row.scale);
+    if (!(count >= row.least && count <= row.most) || (row.least == 0 && value < 0)) {
+        return fmt::format("{} is out of range: {}, not {}", row.key, text, row.range);
+    }
+    // The middle of the count is truncated to the count, on both sides of zero.
+    const double middle = (count + (std::signbit(value) ? -0.5 : 0.5)) * row.scale;
+    (builder.*row.set)(row.isTruncated ? middle : value);
+    return {};
+}
+
+// The record of these members, or what is wrong with them.
+std::string build(const members_t& members, bool radians, std::string& record) {
+    tss1MsgBuilder_t builder;
+    for (const motionRow_t& row : rows) {
+        const auto found = members.find(row.key);
+        if (found == members.end() || found->second.empty()) {
+            return fmt::format("{} is missing", row.key);
+        }
+        const std::string fault = setValue(builder, row, found->second, radians);
+        if (!fault.empty()) {
+            return fault;
+        }
+    }
+    const auto status = members.find("status");
+    if (status == members.end() || status->second.empty()) {
+        return "status is missing";
+    }
+    tss1Msg_t letter;
+    if (status->second.size() != 1 || !letter.decodeStatus(status->second.data())) {
+        return fmt::format("status is none of U, u, G, g, H, h, F, f: {}", status->second);
+    }
+    builder.setStatus(letter.status);
+    record = builder.build();
+    return {};
+}
+
+// One line of RFC 4180; false when a quote does not close.
+bool splitCsv(std::string_view line, std::vector<std::string>& cells) {
+    cells.assign(1, "");
+    bool quoted = false;
+    for (std::size_t i = 0; i < line.size(); ++i) {
+        const char c = line[i];
+        if (c == '"' && quoted && i + 1 < line.size() && line[i + 1] == '"') {
+            cells.back() += line[++i];
+        } else if (c == '"') {
+            quoted = !quoted;
+        } else if (c == ',' && !quoted) {
+            cells.emplace_back();
+        } else {
+            cells.back() += c;
+        }
+    }
+    return !quoted;
+}
+
+// Reads the lines of one input, JSON or CSV by the first of them.
+class reader_t {
+public:
+    // What is wrong with a line; empty when it is a record, whose members `out` then has, or has
+    // none: the head of a table.
+    std::string read(const std::string& line, members_t& out) {
+        out.clear();
+        if (!m_isJson) {
+            m_isJson = line[line.find_first_not_of(" \t")] == '{';
+        }
+        return *m_isJson ? readJson(line, out) : readCsv(line, out);
+    }
+
+private:
+    static std::string readJson(const std::string& line, members_t& out) {
+        const nlohmann::json json = nlohmann::json::parse(line, nullptr, false);
+        if (!json.is_object()) {
+            return "no JSON object";
+        }
+        for (const auto& [key, value] : json.items()) {
+            out[key] = value.is_string() ? value.get<std::string>() : value.dump();
+        }
+        return {};
+    }
+
+    std::string readCsv(const std::string& line, members_t& out) {
+        std::vector<std::string> cells;
+        if (!splitCsv(line, cells)) {
+            return "a quote does not close";
+        }
+        if (m_head.empty()) {
+            m_head = cells;
+            return {};
+        }
+        if (cells.size() != m_head.size()) {
+            return fmt::format("{} cells, not {} as in the head", cells.size(), m_head.size());
+        }
+        for (std::size_t i = 0; i < cells.size(); ++i) {
+            out[m_head[i]] = cells[i];
+        }
+        return {};
+    }
+
+    std::optional<bool> m_isJson;
+    std::vector<std::string> m_head;
+};
+
+class encoder_t {
+public:
+    explicit encoder_t(const encodeOptions_t& options)
+        : m_options(options), m_output(STDOUT_FILENO) {}
+
+    int run() {
+        for (const std::string& file : m_options.files) {
+            encodeInput(file);
+        }
+        m_output.flush();
+        const int status = exitStatus(m_output);
+        return status != 0 ? status : stopSignal() != 0 ? exitSignal + stopSignal() : m_status;
+    }
+
+private:
+    void encodeInput(const std::string& name) {
+        input_t input(name);
+        reader_t reader;
+        const bool isRead = readLines(input, m_output, [&](const line_t& line) {
+            members_t members;
+            std::string record;
+            std::string fault = line.tooLong ? "the line is too long"
+                                             : reader.read(std::string(line.text), members);
+            const auto type = members.find("type");
+            const bool isOther =
+                type != members.end() && !type->second.empty() && type->second != "TSS1";
+            if (fault.empty() && !members.empty() && !isOther) {
+                fault = build(members, m_options.radians, record);
+            }
+            if (!fault.empty()) {
+                complain(fmt::format("{}: line {}", name, line.number), fault);
+                m_status = exitFailure;
+            }
+            m_output.buffer().append(record);
+        });
+        m_status = isRead ? m_status : exitFailure;
+    }
+
+    const encodeOptions_t& m_options;
+    output_t m_output;
+    int m_status = 0;
+};
+
+} // namespace
+
+int encodeCommand(const encodeOptions_t& options) { return encoder_t(options).run(); }
