@@ -145,11 +145,12 @@ struct nmeaFormat_t::state_t {
     std::vector<nmeaField_t> fields;
     std::size_t fieldCount = 0;
 
-    nmeaField_t& addField() {
-        if (fieldCount == fields.size()) {
+    // Not in use yet: an allocation that fails leaves no fields behind.
+    nmeaField_t& fieldToFill(std::size_t index) {
+        if (index == fields.size()) {
             fields.emplace_back();
         }
-        return fields[fieldCount++];
+        return fields[index];
     }
 };
 
@@ -165,13 +166,16 @@ nmeaFormat_t& nmeaFormat_t::operator=(const nmeaFormat_t& other) {
     if (this == &other) {
         return *this;
     }
-    m_state->valid = other.m_state->valid;
-    m_state->formatError = other.m_state->formatError;
-    m_state->type = other.m_state->type;
+    m_state->valid = false;
+    m_state->type = msgTypeUnknown;
     m_state->fieldCount = 0;
     for (unsigned i = 0; i < other.fieldCount(); ++i) {
-        m_state->addField() = *other.field(i);
+        m_state->fieldToFill(i) = *other.field(i);
     }
+    m_state->fieldCount = other.fieldCount();
+    m_state->formatError = other.m_state->formatError;
+    m_state->type = other.m_state->type;
+    m_state->valid = other.m_state->valid;
     return *this;
 }
 
@@ -232,8 +236,9 @@ void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
     char tail[2 * shortLength] = {};
     const std::size_t tailLength = std::min(length, shortLength);
     std::memcpy(tail, end - tailLength, tailLength);
+    std::size_t count = 0;
     const auto addField = [&](const char* from, const char* to) {
-        std::string& text = m_state->addField().m_text;
+        std::string& text = m_state->fieldToFill(count++).m_text;
         const auto size = static_cast<std::size_t>(to - from);
         if (size > shortLength) {
             text.assign(from, size);
@@ -260,6 +265,7 @@ void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
         }
     }
     addField(start, end);
+    m_state->fieldCount = count;
 }
 
 } // namespace kalo

@@ -49,8 +49,11 @@ double dateTime_t::toTimestamp() const {
     const double whole = std::trunc(timeOfDay.second);
     const std::int64_t minutes = daysFromDate(date) * (secondsPerDay / 60) +
                                  std::int64_t{timeOfDay.hour} * 60 + timeOfDay.minute;
-    // Both terms of the first sum are whole numbers, so it is exact wherever a double holds it.
-    return (static_cast<double>(minutes * 60) + whole) + (timeOfDay.second - whole);
+    // Whole seconds are added as integers, so that only the fraction rounds; more of them than the
+    // calendar has are no integer any more.
+    const bool isLarge = std::fabs(whole) > static_cast<double>(lastSecond);
+    const std::int64_t seconds = minutes * 60 + (isLarge ? 0 : static_cast<std::int64_t>(whole));
+    return static_cast<double>(seconds) + (isLarge ? whole : timeOfDay.second - whole);
 }
 
 } // namespace kalo

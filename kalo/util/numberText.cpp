@@ -3,6 +3,7 @@
 #include <cfloat>
 #include <charconv>
 #include <cstdint>
+#include <limits>
 #include <locale>
 #include <sstream>
 #include <type_traits>
@@ -35,6 +36,23 @@ bool extract(const char* data, std::size_t length, T& out, std::ios_base::fmtfla
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
+// A few decimal digits, which every type holds: what most integers are.
+template <typename T>
+bool parseDigits(const char* data, std::size_t length, T& out) {
+    if (length > std::numeric_limits<short>::digits10) {
+        return false;
+    }
+    unsigned value = 0;
+    for (std::size_t i = 0; i < length; ++i) {
+        if (!isDigit(data[i])) {
+            return false;
+        }
+        value = value * 10 + static_cast<unsigned>(data[i] - '0');
+    }
+    out = static_cast<T>(value);
+    return true;
+}
+
 // Digits of the base alone, and a "-" where the type has a sign.
 template <typename T>
 bool parseInteger(const char* data, std::size_t length, T& out, int base) {
@@ -55,7 +73,7 @@ bool decodeInteger(const char* data, std::size_t length, T& out, int base) {
     if (length == 0) {
         return false;
     }
-    if (parseInteger(data, length, out, base)) {
+    if ((base == 10 && parseDigits(data, length, out)) || parseInteger(data, length, out, base)) {
         return true;
     }
     return extract(data, length, out,
@@ -188,6 +206,9 @@ bool decodeText(const char* data, std::size_t length, double& out) {
     return extract(data, length, out, std::ios_base::dec);
 }
 
-bool isClassicLocale() { return std::locale() == std::locale::classic(); }
+bool isClassicLocale() {
+    static const std::locale& classic = std::locale::classic(); // asking for it has its price
+    return std::locale() == classic;
+}
 
 } // namespace kalo
