@@ -35,6 +35,8 @@ namespace {
 
 const std::string referenceName = "reference";
 
+std::vector<std::string> passNames; // in the order of the table
+
 std::size_t byteCount(const sentences_t& sentences) {
     std::size_t count = 0;
     for (const std::string_view text : sentences) {
@@ -52,7 +54,8 @@ void report(benchmark::State& state, const sentences_t& sentences, unsigned long
 
 void addPass(const std::string& group, const std::string& name,
              unsigned long (*run)(const sentences_t&), const sentences_t& sentences) {
-    benchmark::RegisterBenchmark((group + "/" + name).c_str(),
+    passNames.push_back(group + "/" + name);
+    benchmark::RegisterBenchmark(passNames.back().c_str(),
                                  [=, &sentences](auto& state) {
                                      const unsigned long before = allocations;
                                      for (auto _ : state) {
@@ -65,7 +68,8 @@ void addPass(const std::string& group, const std::string& name,
 }
 
 void addTool(const std::string& group, const std::string& command, const sentences_t& sentences) {
-    benchmark::RegisterBenchmark((group + "/the tool, to JSON lines").c_str(),
+    passNames.push_back(group + "/the tool, to JSON lines");
+    benchmark::RegisterBenchmark(passNames.back().c_str(),
                                  [=, &sentences](auto& state) {
                                      for (auto _ : state) {
                                          if (std::system(command.c_str()) != 0) {
@@ -106,7 +110,6 @@ public:
             const std::string full = run.run_name.function_name;
             result_t& result = m_results[full];
             if (result.seconds.empty()) {
-                m_order.push_back(full);
                 const std::size_t slash = full.find('/');
                 result.group = full.substr(0, slash);
                 result.name = full.substr(slash + 1);
@@ -124,8 +127,12 @@ public:
                    "pass");
         fmt::print(json, "[");
         const char* separator = "\n";
-        for (const std::string& full : m_order) {
-            const result_t& result = m_results.at(full);
+        for (const std::string& full : passNames) {
+            const auto found = m_results.find(full);
+            if (found == m_results.end()) {
+                continue;
+            }
+            const result_t& result = found->second;
             const double seconds = result.median();
             const double ratio =
                 seconds / m_results.at(result.group + "/" + referenceName).median();
@@ -148,7 +155,6 @@ public:
 
 private:
     std::map<std::string, result_t> m_results;
-    std::vector<std::string> m_order;
 };
 
 std::string readFile(const char* path) {
@@ -166,21 +172,30 @@ sentences_t split(std::string_view log) {
     return sentences;
 }
 
-// The sentences of the type that a pass is named after, moved together.
+bool isSentence(std::string_view line) { return line[0] == '$' || line[0] == '!'; }
+
+bool isOfType(std::string_view line, std::string_view type) {
+    if (!isSentence(line)) {
+        return type == "TSS1"  ? line[0] == ':'
+               : type == "ATS" ? line[0] >= '0' && line[0] <= '9'
+                               : line.substr(0, line.find(';')) == type;
+    }
+    const std::string_view name = line.substr(1, line.find(',') - 1);
+    return name == type || (name[0] != 'P' && name.size() > type.size() && type.size() == 3 &&
+                            name.substr(name.size() - type.size()) == type);
+}
+
+// Some of the lines of a log, moved together.
 struct subset_t {
     std::string text;
-    sentences_t sentences;
+    sentences_t lines;
 
-    subset_t(const sentences_t& all, const std::string& type) {
-        for (const std::string_view sentence : all) {
-            const std::string_view address = sentence.substr(0, sentence.find(','));
-            const std::string_view name = address.substr(1);
-            if (name == type || (name[0] != 'P' && name.size() > 3 && type.size() == 3 &&
-                                 name.substr(name.size() - 3) == type)) {
-                text += sentence;
-            }
+    template <typename Choice>
+    subset_t(const sentences_t& all, const Choice& isWanted) {
+        for (const std::string_view line : all) {
+            text += isWanted(line) ? line : "";
         }
-        sentences = split(text);
+        lines = split(text);
     }
 };
 
@@ -197,20 +212,24 @@ int main(int argc, char** argv) {
     argc -= 3;
     std::copy(argv + 4, argv + 4 + argc - 1, argv + 1);
     const std::string log = readFile(recording.c_str());
-    const sentences_t sentences = split(log);
+    const sentences_t lines = split(log);
+    const subset_t sentences(lines, isSentence);
 
-    addPass("all", referenceName, referencePass, sentences);
+    addPass("all", referenceName, referencePass, sentences.lines);
     for (const pass_t& pass : mixedPasses()) {
-        addPass("all", pass.name, pass.run, sentences);
+        addPass(pass.type, pass.name, pass.run, sentences.lines);
     }
-    addTool("all", tool + " decode --quiet " + recording + " > /dev/null", sentences);
-    std::vector<std::unique_ptr<subset_t>> subsets;
+    addPass("log", referenceName, referencePass, lines);
+    addTool("log", tool + " decode --quiet " + recording + " > /dev/null", lines);
+    std::map<std::string, subset_t> subsets;
     for (const pass_t& pass : typePasses()) {
-        subsets.push_back(std::make_unique<subset_t>(sentences, pass.name));
-        if (!subsets.back()->sentences.empty()) {
-            addPass(pass.name, referenceName, referencePass, subsets.back()->sentences);
-            addPass(pass.name, "every value", pass.run, subsets.back()->sentences);
+        const std::string type = pass.type;
+        const auto [subset, isNew] = subsets.try_emplace(
+            type, lines, [&](std::string_view line) { return isOfType(line, type); });
+        if (isNew) {
+            addPass(type, referenceName, referencePass, subset->second.lines);
         }
+        addPass(type, pass.name, pass.run, subset->second.lines);
     }
 
     benchmark::Initialize(&argc, argv);

@@ -8,8 +8,9 @@
 
 using sentences_t = std::vector<std::string_view>; ///< each with its line end
 
-/// A pass over sentences that lie behind one another; returns a number that depends on all it did.
+/// A pass over lines; returns a number that depends on all it did.
 struct pass_t {
+    const char* type; ///< of the lines
     const char* name;
     unsigned long (*run)(const sentences_t& sentences);
 };
@@ -17,9 +18,8 @@ struct pass_t {
 /// The yardstick: every line end and comma by memchr, the exclusive-or byte by byte, nothing else.
 unsigned long referencePass(const sentences_t& sentences);
 
-/// The passes over a recording of all types.
+/// The passes over the sentences of all types.
 std::vector<pass_t> mixedPasses();
 
-/// Passes over the sentences of one type, framing and every value: the type's address suffix and
-/// the pass.
+/// Passes over the records of one type.
 std::vector<pass_t> typePasses();

@@ -1,6 +1,7 @@
 #include "instruments.h"
 
 #include <iterator>
+#include <string>
 
 namespace voyage {
 
@@ -399,6 +400,85 @@ void winch(log_t& log, const vessel_t& v, number_t turn) {
                    number(183 + v.jitter(170, 25), 2), "HOLD"}});
 }
 
+// Records that are no sentences
+
+std::string padded(number_t value, std::size_t digits) {
+    const std::string text = std::to_string(value);
+    return std::string(text.size() < digits ? digits - text.size() : 0, '0') + text;
+}
+
+std::string hexadecimal(number_t value, std::size_t digits) {
+    std::string text;
+    for (; text.size() < digits; value /= 16) {
+        text.insert(text.begin(), "0123456789ABCDEF"[value % 16]);
+    }
+    return text;
+}
+
+// hundredths, with a sign where they are not positive
+std::string decimal(number_t value) {
+    const number_t size = value < 0 ? -value : value;
+    return (value < 0 ? "-" : "") + std::to_string(size / 100) + "." + padded(size % 100, 2);
+}
+
+// The sign column and the four digits of a motion record.
+std::string column(number_t value) {
+    return (value < 0 ? "-" : " ") + padded(value < 0 ? -value : value, 4);
+}
+
+void motion(log_t& log, const vessel_t& v, number_t turn) {
+    const number_t vertical = wave(v.epoch, 8, 640);
+    const char status = "UuGgHhFf"[turn < 16 ? turn / 2 : 6]; // it settles, and ends up fully aided
+    log.line(":" + hexadecimal(2 + v.jitter(180, 9), 2) +
+             hexadecimal(vertical < 0 ? vertical + 65536 : vertical, 4) + " " +
+             column(wave(v.epoch, 8, 85)) + status + column(v.roll) + " " + column(v.pitch));
+}
+
+void tracking(log_t& log, const vessel_t& v, number_t turn) {
+    static constexpr const char* months[] = {"JAN", "FEB", "MAR", "APR", "MAY", "JUN",
+                                             "JUL", "AUG", "SEP", "OCT", "NOV", "DEC"};
+    const day_t date = dayOf(v.clock / secondsOfDay);
+    const number_t second = v.clock % secondsOfDay;
+    std::string text =
+        padded(date.day, 2) + " " + months[date.month - 1] + " " + std::to_string(date.year) + " " +
+        padded(second / 3600, 2) + ":" + padded(second / 60 % 60, 2) + ":" +
+        padded(second % 60, 2) + ":" + padded(100 + v.jitter(190, 9), 3) +
+        " B:12 X:" + decimal(2500 + v.jitter(191, 99)) +
+        " Y:" + decimal(-3370 + v.jitter(192, 99)) + " D:" + decimal(v.depth / 2) +
+        " P:" + decimal(v.pitch) + " R:" + decimal(v.roll) + " H:" + decimal(v.heading);
+    if (turn % 2 == 0) {
+        text += " E:0 AP:" + decimal(wave(v.epoch, 60, 250)) +
+                " AR:" + decimal(wave(v.epoch, 50, 120)) +
+                " CS:0.35 CD:142.00 SX:" + decimal(v.grid().east / 10) +
+                " SY:" + decimal(v.grid().north / 10) + " SH:0.80 SQ:2";
+    }
+    number_t sum = 0;
+    for (const char c : text) {
+        sum ^= c;
+    }
+    log.line(text + "*" + hexadecimal(sum, 2));
+}
+
+// What a caster answers when it is asked for its table.
+void caster(log_t& log, const vessel_t& /*vessel*/, number_t /*turn*/) {
+    static constexpr const char* lines[] = {
+        "SOURCETABLE 200 OK",
+        "Server: Harbour Caster/1.2",
+        "Content-Type: text/plain",
+        "CAS;caster.example;2101;HARBOUR;Port Authority;0;GBR;50.21;0.01;0.0.0.0;0;none",
+        "NET;HARBOUR;Port Authority;B;N;http://caster.example;none;register@caster.example;none",
+        "STR;PIER1;Pier One;RTCM "
+        "3.2;1004(1),1012(1);2;GPS+GLO;HARBOUR;GBR;50.20;0.00;0;0;base;none;B;N;9600;",
+        "STR;VRS2;Virtual;RTCM "
+        "3.2;1074(1),1084(1);2;GPS+GLO+GAL;HARBOUR;GBR;50.25;-0.05;1;1;net;none;D;Y;19200;none",
+        "STR;OPEN3;Old Mole;RTCM "
+        "2.3;1(1),3(19);0;GPS;HARBOUR;GBR;50.18;0.02;0;0;base;none;N;N;2400;",
+        "ENDSOURCETABLE"};
+    for (const char* line : lines) {
+        log.line(line);
+    }
+}
+
 // An instrument speaks at the epochs phase, phase + period and so on, in the order of the table.
 // The clock comes first, so that whatever follows has a date.
 struct instrument_t {
@@ -407,12 +487,13 @@ struct instrument_t {
     void (*write)(log_t& log, const vessel_t& v, number_t turn); // turn counts from 0
 };
 constexpr instrument_t instruments[] = {
-    {5, 0, zda},   {1, 0, gga},     {1, 0, hdt},      {1, 0, rot},      {2, 0, rmc},
-    {2, 1, vtg},   {5, 1, gll},     {10, 3, gsa},     {10, 4, gsv},     {10, 7, gst},
-    {20, 9, gbs},  {5, 3, pzwbGga}, {10, 8, pzwbGst}, {10, 6, pzwbMde}, {2, 0, ths},
-    {5, 2, ptpsr}, {30, 5, dtm},    {3, 1, dbt},      {2, 1, dpt},      {5, 4, mwd},
-    {2, 0, mwv},   {2, 1, psimSsb}, {4, 2, psimLbp},  {4, 3, vhw},      {60, 12, alm},
-    {6, 5, vdm},   {30, 11, txt},   {10, 9, winch},
+    {5, 0, zda},      {1, 0, gga},     {1, 0, hdt},      {1, 0, rot},      {2, 0, rmc},
+    {2, 1, vtg},      {5, 1, gll},     {10, 3, gsa},     {10, 4, gsv},     {10, 7, gst},
+    {20, 9, gbs},     {5, 3, pzwbGga}, {10, 8, pzwbGst}, {10, 6, pzwbMde}, {2, 0, ths},
+    {5, 2, ptpsr},    {30, 5, dtm},    {3, 1, dbt},      {2, 1, dpt},      {5, 4, mwd},
+    {2, 0, mwv},      {2, 1, psimSsb}, {4, 2, psimLbp},  {4, 3, vhw},      {60, 12, alm},
+    {6, 5, vdm},      {30, 11, txt},   {10, 9, winch},   {1, 0, motion},   {6, 4, tracking},
+    {60, 33, caster},
 };
 
 } // namespace
