@@ -14,9 +14,6 @@ struct instant_t {
     double timestamp = 0; ///< Unix seconds
 };
 
-/// The date in `text`, as YYYY-MM-DD; false when it is not in the calendar.
-bool parseDate(std::string_view text, kalo::date_t& out);
-
 /// What one record tells about time.
 struct timeClue_t {
     sentTime_t time;

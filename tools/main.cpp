@@ -9,6 +9,7 @@
 #include <CLI/CLI.hpp>
 
 #include "kalo/util/portability.h"
+#include "tools/calendarDate.h"
 #include "tools/decodeCommand.h"
 #include "tools/encodeCommand.h"
 #include "tools/fieldsCommand.h"
@@ -78,8 +79,9 @@ int run(int argc, char** argv) {
     decodeApp->add_option("--kind", decode.record.only, "Take every line for this kind of record")
         ->transform(CLI::CheckedTransformer(kinds).description(""))
         ->type_name("nmea|tss1|ats|ntrip");
-    decodeApp->add_option("--date", date, "The day on which the inputs begin")
-        ->type_name("YYYY-MM-DD");
+    const CLI::Option* dateOption =
+        decodeApp->add_option("--date", date, "The day on which the inputs begin")
+            ->type_name("YYYY-MM-DD");
     decodeApp->add_flag("--epoch", decode.json.epoch, "Instants as Unix seconds");
     decodeApp->add_flag("--radians", decode.json.radians, "Angles in radians, not degrees");
     decodeApp->add_flag("--raw", decode.json.raw, "Every record with its bytes");
@@ -101,18 +103,19 @@ int run(int argc, char** argv) {
     timeApp->add_option("INSTANT", time.texts,
                         "2017-01-01T00:00:00Z, WEEK:SECONDS or @SECONDS; none: lines of standard "
                         "input");
-    timeApp->add_option("--leap", leap, "Leap seconds as a receiver broadcasts them")
-        ->type_name("deltaTls,deltaTlsf,wnLsf,dn");
+    const CLI::Option* leapOption =
+        timeApp->add_option("--leap", leap, "Leap seconds as a receiver broadcasts them")
+            ->type_name("deltaTls,deltaTlsf,wnLsf,dn");
 
     try {
         app.parse(argc, argv);
         for (const std::string& name : types) {
             decode.types.push_back(typeOfName(name));
         }
-        if (!date.empty()) {
+        if (dateOption->count() > 0) {
             decode.date = dateOfText(date);
         }
-        if (!leap.empty()) {
+        if (leapOption->count() > 0) {
             time.leap = leapOfText(leap);
         }
     } catch (const CLI::Success& wanted) { // help or version

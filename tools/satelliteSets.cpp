@@ -4,17 +4,19 @@ bool satelliteSets_t::offer(const kalo::gsvMsg_t& view, satelliteSet_t& out) {
     out = {};
     out.hasSignalId = view.decodeSignalId(out.signalId);
     std::string key = view.addressField()->toString();
-    if (out.hasSignalId) {
-        key += "," + std::to_string(out.signalId);
+    if (view.fieldCount() % 4 == 1) {
+        key += "," + view.field(view.fieldCount() - 1)->toString(); // whatever the signal is
     }
     std::unique_ptr<group_t>& group = m_groups[key];
     if (group == nullptr) {
         group = std::make_unique<group_t>();
     }
-    const bool accepted = group->set.decode(view);
     unsigned number = 0;
-    if (accepted && view.decodeMessageNumber(number) && number == 1 && group->open) {
-        ++m_incomplete;
+    const bool begins = view.decodeMessageNumber(number) && number == 1;
+    m_incomplete += begins && group->open ? 1 : 0;
+    const bool accepted = group->set.decode(view);
+    if (begins && !accepted) {
+        group->set.resetState(); // nothing that follows may complete the group before it
     }
     // A refused sentence belongs to the group that is open, or is what remains of another.
     group->open = !accepted || !group->set.isComplete();

@@ -5,6 +5,7 @@
 
 #include "kalo/time/dateTime.h"
 #include "kalo/util/stringUtil.h"
+#include "tools/calendarDate.h"
 
 namespace {
 
@@ -63,8 +64,12 @@ private:
 // missing, the zone may be an offset.
 std::size_t isoLength(std::string_view line) {
     cursor_t at(line);
+    kalo::date_t date;
+    if (!parseDate(line.substr(0, 10), date)) {
+        return 0;
+    }
     if (!(at.number(4, 0, 9999) && at.oneOf("-") && at.number(2, 1, 12) && at.oneOf("-") &&
-          at.number(2, 1, 31) && at.oneOf("Tt ") && at.number(2, 0, 24) && at.oneOf(":") &&
+          at.number(2, 1, 31) && at.oneOf("Tt ") && at.number(2, 0, 23) && at.oneOf(":") &&
           at.number(2, 0, 59) && at.oneOf(":") && at.number(2, 0, 60))) {
         return 0;
     }

@@ -18,7 +18,9 @@ namespace {
 constexpr double gpsEpoch = 315964800;    // 1980-01-06
 constexpr double lastSecond = 4294967295; // whole seconds are counted in 32 bits
 constexpr double secondsPerWeek = 604800;
-constexpr unsigned lastWeek = 6578; // holds that last second
+constexpr unsigned lastWeek = 6579; // holds that last second
+
+constexpr const char* afterEnd = "after 2106-02-07T06:28:15Z, the end of what can be converted";
 
 struct instantOfGps_t {
     kalo::gpsTime_t gps;
@@ -60,7 +62,7 @@ public:
             return fromGps(out);
         }
         // A stamp ends at what follows it.
-        if (stampLength(text + " ") != text.size()) {
+        if (text.empty() || stampLength(text + " ") != text.size()) {
             return "no instant, such as 2017-01-01T00:00:00Z, 1930:18 or @1483228800";
         }
         out.unixTime = *stampTime(text);
@@ -73,7 +75,7 @@ private:
             return "before 1980-01-06, the beginning of GPS time";
         }
         if (out.unixTime >= lastSecond + 1) {
-            return "after 2106-02-07T06:28:15Z, the end of what can be converted";
+            return afterEnd;
         }
         out.gps = m_leap ? kalo::gpsTime_t(out.unixTime, *m_leap) : gpsByTable(out.unixTime);
         return nullptr;
@@ -81,13 +83,13 @@ private:
 
     const char* fromGps(instantOfGps_t& out) const {
         if (out.gps.week > lastWeek) {
-            return "a week after 6578, the end of what can be converted";
+            return "a week after 6579, the end of what can be converted";
         }
         if (!(out.gps.seconds >= 0 && out.gps.seconds < secondsPerWeek)) {
             return "seconds outside the week, 0 to below 604800";
         }
         out.unixTime = m_leap ? out.gps.toUnix(*m_leap) : out.gps.toUnix();
-        return nullptr;
+        return out.unixTime > lastSecond ? afterEnd : nullptr;
     }
 
     const std::optional<kalo::gps2utc_t>& m_leap;
