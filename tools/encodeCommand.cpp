@@ -75,7 +75,7 @@ std::string build(const members_t& members, bool radians, std::string& record) {
         if (found == members.end() || found->second.empty()) {
             return fmt::format("{} is missing", row.key);
         }
-        const std::string fault = setValue(builder, row, found->second, radians);
+        std::string fault = setValue(builder, row, found->second, radians);
         if (!fault.empty()) {
             return fault;
         }

@@ -28,14 +28,15 @@ Count countsOf(double value, double scale) {
 
 void appendHex(std::string& record, int digits, std::uint32_t count) {
     char text[9];
-    std::snprintf(text, sizeof text, "%0*lX", digits, static_cast<unsigned long>(count));
+    static_cast<void>(
+        std::snprintf(text, sizeof text, "%0*lX", digits, static_cast<unsigned long>(count)));
     record += text;
 }
 
 // The sign column and the digits, of which a value beyond its range has more than four.
 void appendSigned(std::string& record, double value, double scale) {
     char digits[std::numeric_limits<double>::max_exponent10 + 2];
-    std::snprintf(digits, sizeof digits, "%.0f", std::fabs(value) / scale);
+    static_cast<void>(std::snprintf(digits, sizeof digits, "%.0f", std::fabs(value) / scale));
     record += value < 0 ? '-' : ' ';
     const std::string text = digits;
     constexpr std::size_t width = 4;

@@ -11,31 +11,14 @@ namespace {
 
 using kalo::nmeaMsg_t;
 
-TEST(nmeaMsg, factoryKnowsEveryClass) {
-    const struct {
-        const char* address;
-        kalo::nmeaMsgType_t type; // of the view; unknown: no view
-        unsigned capabilities;
-    } cases[] = {
-        {"$GPGGA", kalo::msgTypeGga, nmeaMsg_t::capabilityTimeOfDay},
-        {"$PZWBGGA", kalo::msgTypePzwbGga, nmeaMsg_t::capabilityTimeOfDay},
-        {"$GPALM", kalo::msgTypeUnknown, 0},
-        {"!AIVDM", kalo::msgTypeUnknown, 0},
-        {"$GPXYZ", kalo::msgTypeUnknown, 0},
-    };
-    for (const auto& row : cases) {
-        const kalo::nmeaFormat_t format = framed(row.address);
-        const std::unique_ptr<nmeaMsg_t> view(nmeaMsg_t::create(format));
-        ASSERT_EQ(view != nullptr, row.type != kalo::msgTypeUnknown) << row.address;
-        if (view != nullptr) {
-            EXPECT_EQ(view->type(), row.type) << row.address;
-            EXPECT_EQ(view->capabilities(), row.capabilities) << row.address;
-            EXPECT_EQ(view->addressField()->toString(), row.address);
-            EXPECT_EQ(&view->format(), &format);
-        }
-    }
+TEST(nmeaMsg, factoryWantsAValidSentence) {
     EXPECT_EQ(nmeaMsg_t::create(kalo::nmeaFormat_t("$GPGGA*00\r\n", 11)), nullptr);
     EXPECT_EQ(nmeaMsg_t::create(kalo::nmeaFormat_t()), nullptr);
+    const kalo::nmeaFormat_t format = framed("$GPGGA");
+    const std::unique_ptr<nmeaMsg_t> view(nmeaMsg_t::create(format));
+    ASSERT_NE(view, nullptr);
+    EXPECT_EQ(&view->format(), &format);
+    EXPECT_EQ(view->addressField()->toString(), "$GPGGA");
 }
 
 TEST(nmeaMsg, givesAccessToAnySentence) {

@@ -411,7 +411,7 @@ TEST(decode, compressedInput) {
     const folder_t folder;
     const std::string good = folder.file("good", withChecksums("<$GPXYZ,1>\n"));
     for (const auto& row : rows) {
-        for (const std::size_t chunk : {0, 1}) {
+        for (const std::size_t chunk : {std::size_t{0}, std::size_t{1}}) {
             const result_t result = runTool({"decode", "--quiet", "-", good},
                                             row.bytes + withChecksums("9 <$GPXYZ,2>\n"), chunk);
             EXPECT_EQ(result.status, 1) << row.name;
