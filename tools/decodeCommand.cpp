@@ -11,6 +11,7 @@
 #include "tools/input.h"
 #include "tools/message.h"
 #include "tools/output.h"
+#include "tools/readInput.h"
 #include "tools/satelliteSets.h"
 #include "tools/stamp.h"
 #include "tools/stopSignal.h"
@@ -92,55 +93,20 @@ private:
     void decodeInput(const std::string& name) {
         input_t input(name);
         inputState_t state(name, m_options);
-        std::string start; // the first bytes, as long as they do not tell what they are
-        content_t content = content_t::undecided;
-        while (!m_output.isClosed() && !input.failed()) {
-            // A live reader gets what there is before the next bytes are waited for.
-            if (!input.isReady()) {
-                m_output.flush();
-                input.wait();
-            }
-            std::string_view data = input.read();
-            if (data.empty()) {
-                break;
-            }
-            if (content == content_t::undecided) {
-                const char* format = nullptr;
-                data = start.append(data);
-                content = contentOf(start, format);
-                if (content == content_t::compressed) {
-                    fail(name,
-                         fmt::format("looks like {}, which is not read; unpack it first", format));
-                    return;
-                }
-                if (content == content_t::undecided) {
-                    continue;
-                }
-            }
-            state.lines.append(data);
+        const bool isRead = readBlocks(input, m_output, [&](std::string_view block) {
+            state.lines.append(block);
             decodeLines(state);
-            m_output.flushIfDue();
-        }
+        });
+        m_status = isRead ? m_status : exitFailure;
         if (stopSignal() == 0) {
-            if (content == content_t::undecided) {
-                state.lines.append(start);
-            }
             state.lines.finish();
             decodeLines(state);
-        }
-        if (input.failed()) {
-            fail(name, input.reason());
         }
         state.satellites.finish();
         m_summary.blankLines += state.lines.blankLines();
         m_summary.completeSets += state.satellites.complete();
         m_summary.incompleteSets += state.satellites.incomplete();
         m_summary.undated += state.dating.undated();
-    }
-
-    void fail(const std::string& name, const std::string& reason) {
-        complain(name, reason);
-        m_status = exitFailure;
     }
 
     void decodeLines(inputState_t& state) {

@@ -9,7 +9,7 @@
 #include "kalo/util/stringUtil.h"
 #include "tools/message.h"
 #include "tools/output.h"
-#include "tools/readLines.h"
+#include "tools/readInput.h"
 #include "tools/stamp.h"
 #include "tools/stopSignal.h"
 

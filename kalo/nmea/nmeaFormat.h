@@ -10,7 +10,7 @@
 namespace kalo {
 
 /// The sentence types that are recognised. The values are fixed.
-enum nmeaMsgType_t {
+enum nmeaMsgType_t : int {
     msgTypeUnknown = 0,
     msgTypeAlm = 1,      // "ALM"
     msgTypeDbt = 2,      // "DBT"

@@ -7,7 +7,7 @@
 
 namespace kalo {
 
-enum ntripAuthType_t {
+enum ntripAuthType_t : int {
     authNone = 0,  // "N"
     authBasic = 1, // "B"
     authDigest = 2 // "D"

@@ -7,7 +7,7 @@
 
 namespace kalo {
 
-enum ntripCarrierType_t {
+enum ntripCarrierType_t : int {
     carrierNone = 0, // no carrier-phase data
     carrierL1 = 1,   // on L1
     carrierL1L2 = 2  // on L1 and L2

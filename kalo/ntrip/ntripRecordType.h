@@ -6,7 +6,7 @@
 
 namespace kalo {
 
-enum ntripRecordType_t {
+enum ntripRecordType_t : int {
     ntripRecordServer = 1,     // "Server: "
     ntripRecordStream = 2,     // "STR;"
     ntripRecordCaster = 3,     // "CAS;"

@@ -7,7 +7,7 @@
 
 namespace kalo {
 
-enum ntripSolutionType_t {
+enum ntripSolutionType_t : int {
     solutionSingle = 0, // a single base
     solutionNetwork = 1 // a network
 };

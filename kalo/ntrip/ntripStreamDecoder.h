@@ -10,7 +10,7 @@
 namespace kalo {
 
 /// A record decoder that knows three fields of a stream; index n is field n + 1 of the NTRIP
-/// standard. Every accessor leaves `out` untouched on false.
+/// standard. The three leave `out` untouched on false.
 class KALO_EXPORT ntripStreamDecoder_t : public ntripRecordDecoder_t {
 public:
     /// Index 5: 0 none, 1 L1, 2 L1 and L2.

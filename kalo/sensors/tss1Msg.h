@@ -36,7 +36,7 @@ public:
     static constexpr std::uint32_t validAll = 0x3F;
 
     /// The mode of the sensor. Stable: settled; unstable: still settling.
-    enum status_t {
+    enum status_t : int {
         unaidedStable = 0,        // "U"
         unaidedUnstable = 1,      // "u"
         gpsAidedStable = 2,       // "G"

@@ -16,11 +16,12 @@ namespace kalo {
 /// count smaller in magnitude.
 ///
 /// The record is well formed for: horizontal acceleration 0 to below 9.8048 m/s2, vertical
-/// acceleration -20.48 to 20.479375 m/s2, heave within 99.995 m, roll and pitch within 99.995
-/// degrees. Ranges are not checked: beyond them a field has more characters than its columns and
-/// does not read back. A horizontal acceleration below 0 counts as 0; an acceleration whose count
-/// does not fit 32 bits gives the nearest count that does; one that is not a number counts as 0. A
-/// heave, roll or pitch that is infinite or not a number gives "0inf" or "0nan" for its digits.
+/// acceleration -20.48 to 20.479375 m/s2, heave below 99.995 m, roll and pitch below 99.995 degrees
+/// in magnitude. Ranges are not checked. Beyond them a field has more characters than its columns,
+/// or, just beyond those of the vertical acceleration, reads back as another value. A horizontal
+/// acceleration below 0 counts as 0; an acceleration whose count does not fit 32 bits gives the
+/// nearest count that does; one that is not a number counts as 0. A heave, roll or pitch that is no
+/// number has "0nan" for its digits, one that is infinite, or becomes so in counts, "0inf".
 class KALO_EXPORT tss1MsgBuilder_t {
 public:
     std::uint32_t validMask = 0; ///< which members are set, bits as in `tss1Msg_t`

@@ -206,9 +206,6 @@ bool decodeText(const char* data, std::size_t length, double& out) {
     return extract(data, length, out, std::ios_base::dec);
 }
 
-bool isClassicLocale() {
-    static const std::locale& classic = std::locale::classic(); // asking for it has its price
-    return std::locale() == classic;
-}
+bool isClassicLocale() { return std::locale() == std::locale::classic(); }
 
 } // namespace kalo

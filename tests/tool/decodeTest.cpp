@@ -431,6 +431,10 @@ TEST(program, wrongUsage) {
         EXPECT_EQ(result.out, "") << arguments;
         EXPECT_NE(result.err, "") << arguments;
     }
+}
+
+TEST(program, helpsOnATerminal) {
+    SKIP_WITHOUT_TERMINALS();
     link_t terminal = makeTerminal();
     tool_t tool({"decode"}, std::move(terminal.theirs));
     const result_t result = tool.wait();
@@ -485,21 +489,28 @@ bool showsField(const std::string& line, const std::string& value) {
     return !line.empty() && line.back() == '\n' && line.find("\"" + value + "\"") != line.npos;
 }
 
-TEST(program, liveInput) {
-    for (const bool isTerminal : {false, true}) {
-        link_t link = isTerminal ? makeTerminal() : makePipe();
-        tool_t tool({"decode", "--quiet", "-"}, std::move(link.theirs));
-        for (const char* value : {"first", "second", "third"}) {
-            ASSERT_TRUE(writeAll(link.ours, withChecksums("<$GPXYZ,"s + value + ">\n")));
-            const std::string line = tool.readLine();
-            EXPECT_TRUE(showsField(line, value)) << isTerminal << line;
-        }
-        ASSERT_TRUE(writeAll(link.ours, isTerminal ? "\x04" : "$GPXYZ,rest"));
-        link.ours = isTerminal ? std::move(link.ours) : descriptor_t();
-        const result_t result = tool.wait();
-        EXPECT_EQ(result.status, 0);
-        EXPECT_EQ(result.out.find("rest") == std::string::npos, isTerminal) << result.out;
+// Each record comes out before the next goes in; then comes `last`.
+void feedSlowly(link_t link, const std::string& last, bool closes) {
+    tool_t tool({"decode", "--quiet", "-"}, std::move(link.theirs));
+    for (const char* value : {"first", "second", "third"}) {
+        ASSERT_TRUE(writeAll(link.ours, withChecksums("<$GPXYZ,"s + value + ">\n")));
+        const std::string line = tool.readLine();
+        EXPECT_TRUE(showsField(line, value)) << line;
     }
+    ASSERT_TRUE(writeAll(link.ours, last));
+    link.ours = closes ? descriptor_t() : std::move(link.ours);
+    const result_t result = tool.wait();
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.out.find("rest") != std::string::npos, closes) << result.out;
+}
+
+TEST(program, liveTerminal) {
+    SKIP_WITHOUT_TERMINALS();
+    feedSlowly(makeTerminal(), "\x04", false);
+}
+
+TEST(program, liveInput) {
+    feedSlowly(makePipe(), "$GPXYZ,rest", true);
     // A CR ends its line at once; what follows of the line end makes no line.
     link_t link = makePipe();
     tool_t tool({"decode", "-"}, std::move(link.theirs));

@@ -164,6 +164,15 @@ link_t makeTerminal() {
             descriptor_t(checked(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC), "open"))};
 }
 
+bool hasTerminals() {
+    try {
+        makeTerminal();
+        return true;
+    } catch (const std::exception&) {
+        return false;
+    }
+}
+
 bool writeAll(const descriptor_t& to, std::string_view bytes) {
     while (!bytes.empty()) {
         const ssize_t count = write(to.number(), bytes.data(), bytes.size());

@@ -60,6 +60,11 @@ struct link_t {
 /// A pipe, or a pseudo-terminal, as standard input.
 link_t makePipe();
 link_t makeTerminal();
+/// A bare root has none; a test that wants one says so and is skipped.
+bool hasTerminals();
+#define SKIP_WITHOUT_TERMINALS()                                                                   \
+    if (!hasTerminals())                                                                           \
+    GTEST_SKIP() << "SKIPPED: this system has no pseudo-terminals"
 
 /// False when the reader is gone.
 bool writeAll(const descriptor_t& to, std::string_view bytes);

@@ -137,7 +137,8 @@ TEST(time, whatCannotBeRead) {
     EXPECT_EQ(result.err.find("kalo: -: line 3: yesterday: "), 0U) << result.err;
 }
 
-TEST(time, peopleAndPipes) {
+TEST(time, people) {
+    SKIP_WITHOUT_TERMINALS();
     link_t screen = makeTerminal();
     tool_t people({"time", "1930:18.5"}, makePipe().theirs, std::move(screen.theirs));
     EXPECT_EQ(people.wait().status, 0);
@@ -148,15 +149,17 @@ TEST(time, peopleAndPipes) {
     }
     EXPECT_EQ(std::string(text).find('{'), std::string::npos) << text;
 
+    link_t keyboard = makeTerminal();
+    EXPECT_EQ(tool_t({"time"}, std::move(keyboard.theirs)).wait().status, 2);
+}
+
+TEST(time, pipes) {
     link_t pipe = makePipe(); // each line is answered while the next is still to come
     tool_t tool({"time"}, std::move(pipe.theirs));
     writeAll(pipe.ours, "@1483228800\n");
     EXPECT_EQ(json_t::parse(tool.readLine())["week"], 1930);
     pipe.ours = descriptor_t();
     EXPECT_EQ(tool.wait().status, 0);
-
-    link_t keyboard = makeTerminal();
-    EXPECT_EQ(tool_t({"time"}, std::move(keyboard.theirs)).wait().status, 2);
 }
 
 } // namespace
