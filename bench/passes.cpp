@@ -1,7 +1,9 @@
 #include "bench/passes.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
+#include <stdexcept>
 
 #include "kalo/kalo.h"
 
@@ -182,13 +184,22 @@ constexpr row_t rows[] = {
 
 const row_t* rowOf(nmeaMsgType_t type) {
     static const auto byType = [] {
-        std::vector<const row_t*> table(msgTypePtpsr + 1);
+        std::vector<const row_t*> table;
         for (const row_t& row : rows) {
+            table.resize(std::max<std::size_t>(table.size(), row.type + 1));
             table[row.type] = &row;
         }
         return table;
     }();
-    return byType[type];
+    return static_cast<std::size_t>(type) < byType.size() ? byType[type] : nullptr;
+}
+
+unsigned long valuesOf(const nmeaMsg_t& view) {
+    const row_t* row = rowOf(view.type());
+    if (row == nullptr) {
+        throw std::logic_error("a type with a view has no row");
+    }
+    return row->ofView(view);
 }
 
 unsigned long framingReused(const sentences_t& sentences) {
@@ -226,7 +237,7 @@ unsigned long valuesByCreate(const sentences_t& sentences) {
     for (const std::string_view text : sentences) {
         format.init(text.data(), text.size());
         const std::unique_ptr<nmeaMsg_t> view(nmeaMsg_t::create(format));
-        sum += view == nullptr ? 1 : rowOf(view->type())->ofView(*view);
+        sum += view == nullptr ? 1 : valuesOf(*view);
     }
     return sum;
 }

@@ -39,7 +39,7 @@ const recordType_t* typeOfName(const std::string& name) {
 kalo::date_t dateOfText(const std::string& text) {
     kalo::date_t date;
     if (!parseDate(text, date)) {
-        throw CLI::ValidationError("--date", text + " is no date of the form YYYY-MM-DD");
+        throw CLI::ValidationError("--date", text + " is no date of the calendar, YYYY-MM-DD");
     }
     return date;
 }
@@ -52,10 +52,17 @@ kalo::gps2utc_t leapOfText(const std::string& text) {
     return leap;
 }
 
-const std::map<std::string, recordKind_t> kinds = {{"nmea", recordKind_t::sentence},
-                                                   {"tss1", recordKind_t::motion},
-                                                   {"ats", recordKind_t::tracking},
-                                                   {"ntrip", recordKind_t::table}};
+recordKind_t kindOfText(const std::string& text) {
+    static const std::map<std::string, recordKind_t> kinds = {{"nmea", recordKind_t::sentence},
+                                                              {"tss1", recordKind_t::motion},
+                                                              {"ats", recordKind_t::tracking},
+                                                              {"ntrip", recordKind_t::table}};
+    const auto found = kinds.find(text);
+    if (found == kinds.end()) {
+        throw CLI::ValidationError("--kind", text + " is none of nmea, tss1, ats, ntrip");
+    }
+    return found->second;
+}
 
 int run(int argc, char** argv) {
     CLI::App app{"Decodes the text records of navigation and survey sensors."};
@@ -76,9 +83,10 @@ int run(int argc, char** argv) {
                         "A sentence without a checksum is malformed");
     decodeApp->add_flag("--strict", decode.record.strict,
                         "Each line as it is: CR LF must end it, nothing stands in front of it");
-    decodeApp->add_option("--kind", decode.record.only, "Take every line for this kind of record")
-        ->transform(CLI::CheckedTransformer(kinds).description(""))
-        ->type_name("nmea|tss1|ats|ntrip");
+    std::string kind;
+    const CLI::Option* kindOption =
+        decodeApp->add_option("--kind", kind, "Take every line for this kind of record")
+            ->type_name("nmea|tss1|ats|ntrip");
     const CLI::Option* dateOption =
         decodeApp->add_option("--date", date, "The day on which the inputs begin")
             ->type_name("YYYY-MM-DD");
@@ -111,6 +119,9 @@ int run(int argc, char** argv) {
         app.parse(argc, argv);
         for (const std::string& name : types) {
             decode.types.push_back(typeOfName(name));
+        }
+        if (kindOption->count() > 0) {
+            decode.record.only = kindOfText(kind);
         }
         if (dateOption->count() > 0) {
             decode.date = dateOfText(date);

@@ -141,12 +141,12 @@ void recordSplitter_t::start(const line_t& line) {
     const std::size_t size = line.text.size();
     if (line.tooLong) {
         m_pieces.push_back({size, 0, recordKind_t::none, fault_t::lineTooLong});
+    } else if (m_options.only != recordKind_t::none && m_options.only != recordKind_t::sentence) {
+        m_pieces.push_back({size, begin, m_options.only, fault_t::none});
     } else if (m_options.strict) {
         const recordKind_t kind = kindOf(line.text);
         m_pieces.push_back(
             {size, 0, kind == recordKind_t::none ? recordKind_t::sentence : kind, fault_t::none});
-    } else if (m_options.only != recordKind_t::none && m_options.only != recordKind_t::sentence) {
-        m_pieces.push_back({size, begin, m_options.only, fault_t::none});
     } else {
         findPieces(begin);
     }

@@ -690,7 +690,35 @@ const recordType_t& tableType(ntripRecordType_t line) {
 }
 
 const recordType_t* sentenceType(nmeaMsgType_t type) {
-    return type == msgTypeUnknown ? nullptr : &types[type - 1];
+    switch (type) { // without a default, so that the compiler names a type that is missing
+    case msgTypeUnknown: return nullptr;
+    case msgTypeAlm:
+    case msgTypeDbt:
+    case msgTypeDpt:
+    case msgTypeDtm:
+    case msgTypeGbs:
+    case msgTypeGga:
+    case msgTypeGll:
+    case msgTypeGsa:
+    case msgTypeGst:
+    case msgTypeGsv:
+    case msgTypeHdt:
+    case msgTypeMwd:
+    case msgTypeMwv:
+    case msgTypeRmc:
+    case msgTypeRot:
+    case msgTypeThs:
+    case msgTypeVdm:
+    case msgTypeVtg:
+    case msgTypeZda:
+    case msgTypePzwbGga:
+    case msgTypePzwbGst:
+    case msgTypePzwbMde:
+    case msgTypePsimLbp:
+    case msgTypePsimSsb:
+    case msgTypePtpsr: return &types[type - 1];
+    }
+    return nullptr;
 }
 
 namespace {
@@ -734,9 +762,12 @@ bool readTimeOfDay(const nmeaMsg_t& view, sentTime_t& out) {
     if (!view.decodeTimeOfDay(out.time)) {
         return false;
     }
-    // It stands in field 1 of all sentences but two.
-    const unsigned index = view.type() == msgTypeGll ? 5 : view.type() == msgTypePtpsr ? 2 : 1;
-    out.seconds = view.field(index)->toString().substr(4);
+    for (const valueRow_t& row : *sentenceType(view.type())) {
+        if (row.read == timeOfDay) {
+            const auto index = static_cast<unsigned>(__builtin_ctzll(row.fields));
+            out.seconds = view.field(index)->toString().substr(4);
+        }
+    }
     return true;
 }
 

@@ -145,12 +145,13 @@ struct nmeaFormat_t::state_t {
     std::vector<nmeaField_t> fields;
     std::size_t fieldCount = 0;
 
-    // Not in use yet: an allocation that fails leaves no fields behind.
-    nmeaField_t& fieldToFill(std::size_t index) {
-        if (index == fields.size()) {
-            fields.emplace_back();
+    // One more field, which is not in use yet.
+    void addField() {
+        constexpr std::size_t usualCount = 24; // what nearly all sentences keep to
+        if (fields.empty()) {
+            fields.reserve(usualCount);
         }
-        return fields[index];
+        fields.emplace_back();
     }
 };
 
@@ -170,7 +171,10 @@ nmeaFormat_t& nmeaFormat_t::operator=(const nmeaFormat_t& other) {
     m_state->type = msgTypeUnknown;
     m_state->fieldCount = 0;
     for (unsigned i = 0; i < other.fieldCount(); ++i) {
-        m_state->fieldToFill(i) = *other.field(i);
+        if (i == m_state->fields.size()) {
+            m_state->addField();
+        }
+        m_state->fields[i] = *other.field(i);
     }
     m_state->fieldCount = other.fieldCount();
     m_state->formatError = other.m_state->formatError;
@@ -236,9 +240,16 @@ void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
     char tail[2 * shortLength] = {};
     const std::size_t tailLength = std::min(length, shortLength);
     std::memcpy(tail, end - tailLength, tailLength);
-    std::size_t count = 0;
+    std::vector<nmeaField_t>& fields = m_state->fields;
+    nmeaField_t* next = fields.data();
+    nmeaField_t* last = next + fields.size();
     const auto addField = [&](const char* from, const char* to) {
-        std::string& text = m_state->fieldToFill(count++).m_text;
+        if (next == last) {
+            m_state->addField();
+            last = fields.data() + fields.size();
+            next = last - 1;
+        }
+        std::string& text = (next++)->m_text;
         const auto size = static_cast<std::size_t>(to - from);
         if (size > shortLength) {
             text.assign(from, size);
@@ -265,7 +276,8 @@ void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
         }
     }
     addField(start, end);
-    m_state->fieldCount = count;
+    // Only now: an allocation that fails leaves no fields behind.
+    m_state->fieldCount = static_cast<std::size_t>(next - fields.data());
 }
 
 } // namespace kalo

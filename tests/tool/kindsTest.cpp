@@ -63,14 +63,10 @@ void runRow(const row_t& row) {
 // The checksum of a tracking record, which covers its first byte too.
 std::string trackingChecksum(const std::string& body) { return checksumOf("-" + body); }
 
-std::string withTrackingChecksum(const std::string& body) {
-    return body + "*" + trackingChecksum(body);
-}
-
 const std::string stamp = "2014-08-01T00:00:00.316000Z";
 const std::string motion = ":0A01C3 -0059U 0228 -0106";
 const std::string moment = "16 NOV 2026 21:41:01:250";
-const std::string tracking = withTrackingChecksum(moment + " B:12 X:105.2");
+const std::string tracking = moment + " B:12 X:105.2*" + trackingChecksum(moment + " B:12 X:105.2");
 const std::string isMotion = "'type':'TSS1','error':null,'heave':-0.59,'raw':null";
 const std::string isTracking = "'type':'ATS','error':null,'beaconX':105.2,'raw':null";
 const std::string isNothing = "'type':null,'error':'nothing decodes'";
@@ -91,7 +87,8 @@ TEST(kinds, motion) {
          "'verticalAcceleration':null,'status':'U','raw':':0A01CX -0059U 0228 -0106' | "
          "'heave':null,'pitch':-1.06,'raw':':0A01C3 +0059U 0228 -0106' | "
          "'status':null,'heave':-0.59,'raw':':0A01C3 -0059X 0228 -0106' | "
-         "'roll':null,'pitch':-1.06,'raw':':0A01C3 -0059U 02x8.-0106' | 'pitch':null,'roll':2.28,'raw':':0A01C3 -0059U 0228 -106 '"},
+         "'roll':null,'pitch':-1.06,'raw':':0A01C3 -0059U 02x8.-0106' | "
+         "'pitch':null,'roll':2.28,'raw':':0A01C3 -0059U 0228 -106 '"},
         {"nothing decodes", "--raw", ":\n:0A01C3 -0059U 0228 -010\n:xxxxxx xxxxxxxxxxx xxxxx",
          isNothing + ",'raw':':' | " + isNothing + " | " + isNothing},
         {"each line end", "--raw", motion + "\n" + motion + "\r" + motion + "\r\r\n" + motion,
@@ -154,7 +151,7 @@ TEST(kinds, tracking) {
              "','beaconX':105.2,'error':null | 'line':2,'beaconX':105.2 | "
              "'line':3,'error':null,'beaconX':105.2 | 'line':3,'prefix':null,'fields':['1']"},
         {"strict", "--strict", tracking + "\n" + tracking, isTracking + " | " + isTracking},
-        {"it dates the input", "", withTrackingChecksum(late) + behind,
+        {"it dates the input", "", late + "*" + trackingChecksum(late) + behind,
          "'time':'2026-11-16T23:59:59.900Z' | 'type':'GLL','time':'2026-11-17T00:00:01Z'"},
         {"a wrong one does not", "", late + "*00" + behind,
          wrong + "'checksum mismatch','stated':'00','computed':'" + trackingChecksum(late) +
