@@ -1,5 +1,6 @@
 #include "kalo/nmea/nmeaMsg.h"
 
+#include <array>
 #include <limits>
 
 #include "kalo/nmea/dbtMsg.h"
@@ -56,6 +57,15 @@ constexpr viewClass_t viewClasses[] = {
     {msgTypePtpsr, createView<ptpsrMsg_t>},
 };
 
+// The same by the value of the type.
+constexpr auto creators = [] {
+    std::array<nmeaMsg_t* (*)(const nmeaFormat_t&), msgTypePtpsr + 1> table{};
+    for (const viewClass_t& row : viewClasses) {
+        table[row.type] = row.create;
+    }
+    return table;
+}();
+
 } // namespace
 
 nmeaMsg_t::nmeaMsg_t(nmeaMsgType_t type, const nmeaFormat_t& format)
@@ -104,12 +114,8 @@ nmeaMsg_t* nmeaMsg_t::create(const nmeaFormat_t& format) {
     if (!format.isValid()) {
         return nullptr;
     }
-    for (const viewClass_t& row : viewClasses) {
-        if (row.type == format.type()) {
-            return row.create(format);
-        }
-    }
-    return nullptr;
+    const auto type = static_cast<std::size_t>(format.type());
+    return type < creators.size() && creators[type] != nullptr ? creators[type](format) : nullptr;
 }
 
 } // namespace kalo
