@@ -1,7 +1,10 @@
 #include "tools/jsonRecord.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <iterator>
+#include <limits>
 
 #include <fmt/compile.h>
 
@@ -202,7 +205,12 @@ private:
         if (m_radians) {
             fmt::format_to(fmt::appender(out), FMT_COMPILE("{}"), radians);
         } else {
-            fmt::format_to(fmt::appender(out), FMT_COMPILE("{:.15g}"), radians * degreesPerRadian);
+            // What "{:.15g}" would write, at a fraction of its price.
+            char text[32];
+            const std::to_chars_result end =
+                std::to_chars(std::begin(text), std::end(text), radians * degreesPerRadian,
+                              std::chars_format::general, std::numeric_limits<double>::digits10);
+            out.append(std::begin(text), end.ptr);
         }
     }
 

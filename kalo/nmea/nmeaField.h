@@ -65,7 +65,7 @@ public:
     /// Caveat: the century depends on the system clock.
     bool decodeDDMMYY(date_t& out, unsigned cutoff) const;
     /// a.b.c.d, the first number in the most significant byte. Text behind the fourth number is not
-    /// looked at, white space around the parts is accepted. False leaves `out` untouched.
+    /// looked at, white space around the numbers is accepted. False leaves `out` untouched.
     bool decodeIpv4Address(unsigned& out) const;
 
 private:
