@@ -93,6 +93,12 @@ std::string build(const members_t& members, bool radians, std::string& record) {
     return {};
 }
 
+// Whether the record is, or may be, one of motion.
+bool isMotion(const members_t& members) {
+    const auto type = members.find("type");
+    return type == members.end() || type->second.empty() || type->second == "TSS1";
+}
+
 // One line of RFC 4180; false when a quote does not close.
 bool splitCsv(std::string_view line, std::vector<std::string>& cells) {
     cells.assign(1, "");
@@ -115,42 +121,47 @@ bool splitCsv(std::string_view line, std::vector<std::string>& cells) {
 // Reads the lines of one input, JSON or CSV by the first of them.
 class reader_t {
 public:
-    // What is wrong with a line; empty when it is a record, whose members `out` then has, or has
-    // none: the head of a table.
-    std::string read(const std::string& line, members_t& out) {
-        out.clear();
+    // What is wrong with a line; empty when it is a record, whose members `out` then has, or the
+    // head of a table, with nothing in `out`.
+    std::string read(const std::string& line, std::optional<members_t>& out) {
+        out.reset();
         if (!m_isJson) {
-            m_isJson = line[line.find_first_not_of(" \t")] == '{';
+            const char first = line[line.find_first_not_of(" \t")];
+            m_isJson = first == '{' || first == '[';
         }
         return *m_isJson ? readJson(line, out) : readCsv(line, out);
     }
 
 private:
-    static std::string readJson(const std::string& line, members_t& out) {
+    static std::string readJson(const std::string& line, std::optional<members_t>& out) {
         const nlohmann::json json = nlohmann::json::parse(line, nullptr, false);
         if (!json.is_object()) {
             return "no JSON object";
         }
+        out.emplace();
         for (const auto& [key, value] : json.items()) {
-            out[key] = value.is_string() ? value.get<std::string>() : value.dump();
+            (*out)[key] = value.is_string() ? value.get<std::string>() : value.dump();
         }
         return {};
     }
 
-    std::string readCsv(const std::string& line, members_t& out) {
+    std::string readCsv(const std::string& line, std::optional<members_t>& out) {
         std::vector<std::string> cells;
-        if (!splitCsv(line, cells)) {
+        const bool isClosed = splitCsv(line, cells);
+        const bool isHead = m_head.empty();
+        m_head = isHead ? cells : m_head;
+        if (!isClosed) {
             return "a quote does not close";
         }
-        if (m_head.empty()) {
-            m_head = cells;
+        if (isHead) {
             return {};
         }
         if (cells.size() != m_head.size()) {
             return fmt::format("{} cells, not {} as in the head", cells.size(), m_head.size());
         }
+        out.emplace();
         for (std::size_t i = 0; i < cells.size(); ++i) {
-            out[m_head[i]] = cells[i];
+            (*out)[m_head[i]] = cells[i];
         }
         return {};
     }
@@ -178,15 +189,12 @@ private:
         input_t input(name);
         reader_t reader;
         const bool isRead = readLines(input, m_output, [&](const line_t& line) {
-            members_t members;
+            std::optional<members_t> members;
             std::string record;
             std::string fault = line.tooLong ? "the line is too long"
                                              : reader.read(std::string(line.text), members);
-            const auto type = members.find("type");
-            const bool isOther =
-                type != members.end() && !type->second.empty() && type->second != "TSS1";
-            if (fault.empty() && !members.empty() && !isOther) {
-                fault = build(members, m_options.radians, record);
+            if (fault.empty() && members && isMotion(*members)) {
+                fault = build(*members, m_options.radians, record);
             }
             if (!fault.empty()) {
                 complain(fmt::format("{}: line {}", name, line.number), fault);

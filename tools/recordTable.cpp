@@ -777,13 +777,15 @@ bool readTimeOfDay(const atsAsciiMsg_t& tracking, sentTime_t& out) {
     if (!tracking.decodeTimeOfDay(out.time) || !tracking.decodeField(timeSlot, text)) {
         return false;
     }
-    // The milliseconds, behind the third colon, are a number and not the digits of a fraction.
+    // The milliseconds are a part of their own and a number, not the digits of a fraction.
+    constexpr int partsWithFraction = 4;
+    int parts = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        parts += text[i] != ':' && (i == 0 || text[i - 1] == ':') ? 1 : 0;
+    }
     const double whole = std::trunc(out.time.second);
-    const bool hasFraction =
-        std::count(text.begin() + static_cast<std::ptrdiff_t>(text.find_first_not_of(':')),
-                   text.end(), ':') > 2;
     out.seconds = fmt::format("{:02.0f}", whole);
-    if (hasFraction) {
+    if (parts >= partsWithFraction) {
         out.seconds += fmt::format(".{:03.0f}", (out.time.second - whole) * 1000);
     }
     return true;
