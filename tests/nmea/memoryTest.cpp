@@ -88,7 +88,6 @@ TEST(memory, framingAgainAllocatesNothing) {
         EXPECT_GT(allocationsOf(frameAll), 0);
         EXPECT_EQ(allocationsOf(frameAll), 0);
         const nmeaFormat_t copy = format;
-        EXPECT_GT(allocationsOf([&] { static_cast<void>(nmeaFormat_t(copy)); }), 0);
         EXPECT_EQ(allocationsOf([&] { format = copy; }), 0);
     }
     EXPECT_EQ(live, before);
@@ -126,123 +125,82 @@ TEST(memory, decodingAllocatesTheViewAlone) {
 
 TEST(memory, listsAllocateForTheirEntriesAlone) {
     const nmeaFormat_t gsa = framed("$GPGSA,A,3,02,05,07,12,15,25,29,30,31,32,33,34,1,2,3,1");
+    const nmeaFormat_t gsv = framed("$GPGSV,1,1,03,02,65,211,47,05,43,142,44,07,14,077,,1");
     std::vector<unsigned> ids;
     ids.reserve(12);
-    EXPECT_EQ(allocationsOf([&] { kalo::gsaMsg_t(gsa).decodeSatIds(ids); }), 0);
-    EXPECT_EQ(ids.size(), 12U);
-    const nmeaFormat_t gsv = framed("$GPGSV,1,1,03,02,65,211,47,05,43,142,44,07,14,077,,1");
     kalo::gsvSet_t set;
-    EXPECT_EQ(allocationsOf([&] { set.decode(gsvMsg_t(gsv)); }), 3); // an entry a satellite
-    EXPECT_TRUE(set.isComplete());
+    EXPECT_EQ(allocationsOf([&] { kalo::gsaMsg_t(gsa).decodeSatIds(ids); }), 0);
+    EXPECT_EQ(allocationsOf([&] { set.decode(gsvMsg_t(gsv)); }), 3);
+    EXPECT_TRUE(ids.size() == 12 && set.isComplete());
 }
 
-/// Runs `action` with its allocation number `number` failing; whether it came to that.
-template <typename Action>
-bool failing(long number, Action action) {
-    untilFailure = number;
-    try {
-        action();
-    } catch (const std::bad_alloc&) {
-    } // anything else ends the test
-    const bool failed = untilFailure == 0;
-    untilFailure = 0;
-    return failed;
+/// Runs `use(fail)` again and again, with the next allocation of what it hands to `fail` failing
+/// each time, until none is left to fail; `fail` gives whether it came to that.
+template <typename Use>
+void failEach(long least, Use use) {
+    bool failed = true;
+    long number = 0;
+    while (failed) {
+        const long before = live;
+        ++number;
+        use([&](auto action) {
+            untilFailure = number;
+            try {
+                action();
+            } catch (const std::bad_alloc&) {
+            } // anything else ends the test
+            failed = untilFailure == 0;
+            untilFailure = 0;
+            return failed;
+        });
+        EXPECT_EQ(live, before) << least << ' ' << number;
+    }
+    EXPECT_GT(number, least);
 }
 
-const std::string longTexts =
+const std::string texts =
     sentence("$PSIMSSB,123519.00,a beacon with a long name 12345,a status of many letters,E,C,N,M,"
              "10.5,-3.0,2.0,0.5,N,,,and,more,fields,than,most,others,have");
 
-void expectUsable(nmeaFormat_t& format) {
-    EXPECT_TRUE(format.init(longTexts.data(), longTexts.size()));
-    EXPECT_EQ(format.type(), kalo::msgTypePsimSsb);
-    EXPECT_EQ(format.fieldCount(), 22U);
+/// So many fields, none being what a failure leaves, and that the object can be used again.
+void expectFields(nmeaFormat_t& format, unsigned count) {
+    EXPECT_EQ(format.fieldCount(), count);
+    EXPECT_EQ(format.isValid(), count > 0);
+    EXPECT_TRUE(count > 0 || format.type() == kalo::msgTypeUnknown);
+    EXPECT_TRUE(format.init(texts.data(), texts.size()) && format.fieldCount() == 22);
     EXPECT_TRUE(*format.field(3) == "a status of many letters" && *format.field(21) == "have");
 }
 
-// Each action says whether its allocation `number` failed; what it makes is gone afterwards.
-const struct {
-    const char* name;
-    long allocations; // at least
-    bool (*action)(long number);
-} failures[] = {
-    {"framing", 4,
-     [](long number) {
-         return failing(number, [] { nmeaFormat_t(longTexts.data(), longTexts.size()); });
-     }},
-    {"framing again", 2,
-     [](long number) {
-         const std::string before = sentence("$GPHDT,1,T");
-         nmeaFormat_t format(before.data(), before.size());
-         const bool failed =
-             failing(number, [&] { format.init(longTexts.data(), longTexts.size()); });
-         EXPECT_EQ(format.isValid(), !failed) << number;
-         EXPECT_EQ(format.type(), failed ? kalo::msgTypeUnknown : kalo::msgTypePsimSsb) << number;
-         EXPECT_EQ(format.fieldCount(), failed ? 0U : 22U) << number;
-         expectUsable(format);
-         return failed;
-     }},
-    {"more fields than are reserved", 2,
-     [](long number) {
-         const std::string many = sentence("$GPXYZ" + std::string(60, ','));
-         nmeaFormat_t format;
-         const bool failed = failing(number, [&] { format.init(many.data(), many.size()); });
-         EXPECT_EQ(format.fieldCount(), failed ? 0U : 61U) << number;
-         expectUsable(format);
-         return failed;
-     }},
-    {"copy", 4,
-     [](long number) {
-         nmeaFormat_t format(longTexts.data(), longTexts.size());
-         const bool failed = failing(number, [&] { static_cast<void>(nmeaFormat_t(format)); });
-         EXPECT_TRUE(format.isValid() && *format.field(21) == "have");
-         return failed;
-     }},
-    {"assignment", 2,
-     [](long number) {
-         const nmeaFormat_t format(longTexts.data(), longTexts.size());
-         nmeaFormat_t target = framed("$GPHDT,1,T");
-         const bool failed = failing(number, [&] { target = format; });
-         EXPECT_EQ(target.isValid(), !failed) << number;
-         EXPECT_EQ(target.fieldCount(), failed ? 0U : 22U) << number;
-         target = format;
-         EXPECT_TRUE(target.isValid() && *target.field(21) == "have");
-         expectUsable(target);
-         return failed;
-     }},
-    {"create", 1,
-     [](long number) {
-         const nmeaFormat_t format(longTexts.data(), longTexts.size());
-         return failing(number, [&] { delete nmeaMsg_t::create(format); });
-     }},
-    {"set", 1, [](long number) { return failing(number, [] { kalo::gsvSet_t(); }); }},
-    {"set filled", 2,
-     [](long number) {
-         const nmeaFormat_t one = framed("$GPGSV,2,1,4,1,10,20,30,2,10,20,30");
-         const nmeaFormat_t two = framed("$GPGSV,2,2,4,3,10,20,30,4,10,20,30");
-         kalo::gsvSet_t set;
-         set.decode(gsvMsg_t(one));
-         const bool failed = failing(number, [&] { set.decode(gsvMsg_t(two)); });
-         EXPECT_NE(set.isComplete(), failed) << number;
-         EXPECT_EQ(set.decode(gsvMsg_t(two)), failed) << number; // the sentence once more
-         EXPECT_TRUE(set.isComplete()) << number;
-         EXPECT_EQ(set.sats().size(), 4U) << number;
-         return failed;
-     }},
-    {"context", 1, [](long number) { return failing(number, [] { kalo::timeContext_t(); }); }},
-};
-
 TEST(memory, everyAllocationMayFail) {
-    for (const auto& row : failures) {
-        long number = 0;
-        bool failed = true;
-        while (failed) {
-            const long before = live;
-            failed = row.action(++number);
-            EXPECT_EQ(live, before) << row.name << ' ' << number;
-        }
-        EXPECT_GT(number, row.allocations) << row.name;
-    }
+    const std::string many = sentence("$GPXYZ" + std::string(60, ','));
+    nmeaFormat_t format(texts.data(), texts.size());
+    failEach(4, [](auto fail) { fail([] { nmeaFormat_t(texts.data(), texts.size()); }); });
+    failEach(2, [](auto fail) {
+        nmeaFormat_t target = framed("$GPHDT,1,T");
+        expectFields(target, fail([&] { target.init(texts.data(), texts.size()); }) ? 0 : 22);
+    });
+    failEach(2, [&](auto fail) { // more fields than are reserved
+        nmeaFormat_t target;
+        expectFields(target, fail([&] { target.init(many.data(), many.size()); }) ? 0 : 61);
+    });
+    failEach(4, [&](auto fail) { fail([&] { static_cast<void>(nmeaFormat_t(format)); }); });
+    failEach(2, [&](auto fail) {
+        nmeaFormat_t target = framed("$GPHDT,1,T");
+        expectFields(target, fail([&] { target = format; }) ? 0 : 22);
+    });
+    failEach(1, [&](auto fail) { fail([&] { delete nmeaMsg_t::create(format); }); });
+    failEach(1, [](auto fail) { fail([] { kalo::gsvSet_t(); }); });
+    failEach(1, [](auto fail) { fail([] { kalo::timeContext_t(); }); });
+    const nmeaFormat_t one = framed("$GPGSV,2,1,4,1,10,20,30,2,10,20,30");
+    const nmeaFormat_t two = framed("$GPGSV,2,2,4,3,10,20,30,4,10,20,30");
+    failEach(2, [&](auto fail) {
+        kalo::gsvSet_t set;
+        set.decode(gsvMsg_t(one));
+        const bool failed = fail([&] { set.decode(gsvMsg_t(two)); });
+        EXPECT_NE(set.isComplete(), failed);
+        EXPECT_EQ(set.decode(gsvMsg_t(two)), failed); // the sentence once more
+        EXPECT_TRUE(set.isComplete() && set.sats().size() == 4);
+    });
 }
 
 } // namespace

@@ -1,202 +1,174 @@
-#include "kalo/nmea/nmeaField.h"
+#include "kalo/nmea/nmeaFormat.h"
 
 #include <gtest/gtest.h>
 
-#include "kalo/time/dateTime.h"
 #include "kalo/time/timeUtil.h"
+#include "tests/sentence.h"
 
 namespace {
 
 using kalo::nmeaField_t;
 
-constexpr double pi = 3.141592653589793;
-constexpr double untouched = 77;
-
-struct realCase_t {
-    const char* text;
-    bool good;
-    double value;
-};
-
-template <std::size_t count>
-void check(bool (nmeaField_t::*decoder)(double&) const, const realCase_t (&cases)[count]) {
-    for (const auto& row : cases) {
-        double out = untouched;
-        EXPECT_EQ((nmeaField_t(row.text).*decoder)(out), row.good) << '"' << row.text << '"';
-        EXPECT_EQ(out, row.good ? row.value : untouched) << '"' << row.text << '"';
-    }
+template <typename T, typename... Cases>
+void check(bool (nmeaField_t::*decoder)(T&) const, Cases... cases) {
+    checkTexts<T>(
+        [&](const std::string& text, T& out) { return (nmeaField_t(text).*decoder)(out); },
+        cases...);
 }
 
 TEST(nmeaField, holdsItsBytes) {
     const char bytes[] = {'$', 'G', '\0', 'A'};
     nmeaField_t field(bytes, sizeof bytes);
     EXPECT_EQ(field.toString(), std::string(bytes, sizeof bytes));
-    EXPECT_EQ(field.size(), sizeof bytes);
-    EXPECT_NE(field.data(), bytes);
     const nmeaField_t copy = field;
     field.init(bytes, 1);
-    EXPECT_TRUE(field == "$" && field != "" && field != "$G");
-    EXPECT_EQ(copy.size(), sizeof bytes);
-    field = std::string("GP");
-    EXPECT_EQ(field.toString(), "GP");
+    EXPECT_TRUE(field == "$" && field != "" && field != "$G" && copy.size() == sizeof bytes);
+    field = std::string("$GP");
+    EXPECT_TRUE(field.startsWith("") && field.startsWith("$G") && field.startsWith("$GP"));
+    EXPECT_TRUE(field.endsWith("") && field.endsWith("GP") && field.endsWith("$GP"));
+    EXPECT_FALSE(field.startsWith("$g") || field.startsWith("GP") || field.startsWith("$GPG"));
+    EXPECT_FALSE(field.endsWith("gp") || field.endsWith("$G") || field.endsWith("G$GP"));
     EXPECT_TRUE(nmeaField_t().isEmpty() && nmeaField_t(nullptr, 0).isEmpty());
 }
 
-TEST(nmeaField, comparesItsEnds) {
-    const nmeaField_t address(std::string("$GPGGA"));
-    EXPECT_TRUE(address.startsWith("") && address.startsWith("$GP") &&
-                address.startsWith("$GPGGA"));
-    EXPECT_TRUE(address.endsWith("") && address.endsWith("GGA") && address.endsWith("$GPGGA"));
-    EXPECT_FALSE(address.startsWith("$gp") || address.startsWith("GP"));
-    EXPECT_FALSE(address.startsWith("$GPGGA1") || nmeaField_t(std::string("$G")).startsWith("$GP"));
-    EXPECT_FALSE(address.endsWith("gga") || nmeaField_t(std::string("GA")).endsWith("GGA"));
-}
-
-TEST(nmeaField, decodesTextAndCharacters) {
-    std::string text = "before";
-    EXPECT_TRUE(nmeaField_t().decode(text));
-    EXPECT_EQ(text, "");
-    char letter = '?';
-    EXPECT_FALSE(nmeaField_t().decode(letter) || nmeaField_t(std::string("NS")).decode(letter));
-    EXPECT_EQ(letter, '?');
-    EXPECT_TRUE(nmeaField_t(std::string("N")).decode(letter));
-    EXPECT_EQ(letter, 'N');
-}
-
-TEST(nmeaField, decodesNumbersOfEveryWidth) {
-    const nmeaField_t field(std::string("17"));
-    short s = 0;
-    unsigned short us = 0;
-    int i = 0;
-    unsigned u = 0;
-    long long ll = 0;
-    unsigned long long ull = 0;
-    float f = 0;
-    double d = 0;
-    EXPECT_TRUE(field.decode(s, 10) && field.decode(us, 16) && field.decode(i, 8));
-    EXPECT_TRUE(field.decode(u, 10) && field.decode(ll, 16) && field.decode(ull, 8));
-    EXPECT_TRUE(field.decode(f) && field.decode(d));
-    EXPECT_TRUE(s == 17 && us == 23 && i == 15 && u == 17 && ll == 23 && ull == 15);
-    EXPECT_TRUE(f == 17 && d == 17);
+TEST(nmeaField, decodesTextAndNumbersOfEveryWidth) {
+    check<std::string>(&nmeaField_t::decode, "", "", "N ", "N ");
+    check<char>(&nmeaField_t::decode, 'N', "N", none, "|NS");
+    const nmeaField_t field("17");
+    const auto number = [&](auto out, auto... base) {
+        return field.decode(out, base...) ? out : decltype(out){};
+    };
+    EXPECT_TRUE(number(short{}, 10) == 17 && number(std::uint16_t{}, 16) == 23);
+    EXPECT_TRUE(number(0, 8) == 15 && number(0U, 10) == 17 && number(0LL, 16) == 23);
+    EXPECT_TRUE(number(0ULL, 8) == 15 && number(0.0F) == 17 && number(0.0) == 17);
 }
 
 TEST(nmeaField, decodesCoordinates) {
-    check(&nmeaField_t::decodeLatitude, {{"4807.038", true, (48 + 7.038 / 60) * pi / 180},
-                                         {"4807", true, (48 + 7.0 / 60) * pi / 180},
-                                         {"4860.0", true, 49 * pi / 180},
-                                         {"999", true, (99 + 9.0 / 60) * pi / 180},
-                                         {" 1 2", true, (1 + 2.0 / 60) * pi / 180},
-                                         {"48-0", true, 48 * pi / 180},
-                                         {"48-1.5", false, 0},
-                                         {"48", false, 0},
-                                         {"", false, 0},
-                                         {"-407.0", false, 0},
-                                         {"4.07.0", false, 0},
-                                         {"4807.038 ", false, 0}});
-    check(&nmeaField_t::decodeLongitude, {{"01131.000", true, (11 + 31.0 / 60) * pi / 180},
-                                          {"99900", true, 999 * pi / 180},
-                                          {"1131", true, (113 + 1.0 / 60) * pi / 180},
-                                          {"113", false, 0},
-                                          {"01131.000E", false, 0}});
-    check(&nmeaField_t::decodeNS, {{"N", true, 1},
-                                   {"S", true, -1},
-                                   {"n", false, 0},
-                                   {"NS", false, 0},
-                                   {"E", false, 0},
-                                   {"", false, 0}});
-    check(&nmeaField_t::decodeEW,
-          {{"E", true, 1}, {"W", true, -1}, {"w", false, 0}, {"N", false, 0}, {"", false, 0}});
-    check(&nmeaField_t::decodeAsRadians, {{"180", true, pi},
-                                          {"-90", true, -pi * 90 / 180},
-                                          {"359.99", true, pi * 359.99 / 180},
-                                          {"", false, 0},
-                                          {"1x", false, 0}});
+    check<double>(&nmeaField_t::decodeLatitude, rad(48 + 7.038 / 60), "4807.038", rad(49), "4860.0",
+                  rad(99 + 9.0 / 60), "999", rad(1 + 2.0 / 60), " 1 2", rad(48), "48-0", none,
+                  "48-1.5|48||-407.0|4.07.0|4807.038 ");
+    check<double>(&nmeaField_t::decodeLongitude, rad(11 + 31.0 / 60), "01131.000",
+                  rad(113 + 1.0 / 60), "1131", none, "113|01131.000E");
+    check<double>(&nmeaField_t::decodeNS, 1, "N", -1, "S", none, "n|NS|E|");
+    check<double>(&nmeaField_t::decodeEW, 1, "E", -1, "W", none, "w|N|");
+    check<double>(&nmeaField_t::decodeAsRadians, rad(-359.99), "-359.99", none, "|1x");
 }
 
+// Whether it is one, and what is in the output then; what stands before a fault is stored.
 TEST(nmeaField, decodesTimes) {
-    const struct {
-        const char* text;
-        bool good;
-        kalo::timeOfDay_t time;
-    } cases[] = {
-        {"123519", true, {12, 35, 19}},
-        {"123519.25", true, {12, 35, 19.25}},
-        {"123519.", true, {12, 35, 19}},
-        {"12351", true, {12, 35, 1}},
-        {"996099.5", true, {99, 60, 99.5}},
-        {"1235 7", true, {12, 35, 7}},
-        {"1235-7", true, {12, 35, -7}},
-        // what stands before the fault has been stored
-        {"1235x9", false, {12, 35, 0}},
-        {"12a519", false, {12, 0, 77}},
-        {"1235", false, {77, 77, 77}},
-        {"-12519", false, {77, 77, 77}},
-        {"", false, {77, 77, 77}},
+    const auto read = [](const std::string& text, std::string& out) {
+        kalo::timeOfDay_t time{77, 77, 77};
+        std::ostringstream stream;
+        stream << nmeaField_t(text).decodeHHMMSS(time);
+        stream << ' ' << time.hour << ' ' << time.minute << ' ' << time.second;
+        out = stream.str();
+        return true;
     };
-    for (const auto& row : cases) {
-        kalo::timeOfDay_t out{77, 77, 77};
-        EXPECT_EQ(nmeaField_t(row.text).decodeHHMMSS(out), row.good) << row.text;
-        EXPECT_EQ(out.hour, row.time.hour) << row.text;
-        if (row.good || row.time.hour == 77) {
-            EXPECT_EQ(out.minute, row.time.minute) << row.text;
-            EXPECT_EQ(out.second, row.time.second) << row.text;
-        }
-    }
+    checkTexts<std::string>(read, "1 12 35 19.25", "123519.25", "1 12 35 19", "123519.|123519",
+                            "1 12 35 1", "12351", "1 99 60 99.5", "996099.5", "1 12 35 7", "1235 7",
+                            "1 12 35 -7", "1235-7", "0 12 35 0", "1235x9", "0 12 0 77", "12a519",
+                            "0 77 77 77", "1235|-12519|");
 }
 
 TEST(nmeaField, decodesDates) {
-    const unsigned century = kalo::currentCentury();
-    const struct {
-        const char* text;
-        unsigned cutoff;
-        bool good;
-        kalo::date_t date;
-    } cases[] = {
-        {"230394", 70, true, {century - 6, 3, 23}}, {"230394", 95, true, {century + 94, 3, 23}},
-        {"010126", 70, true, {century + 26, 1, 1}}, {"310299", 70, true, {century - 1, 2, 31}},
-        {" 1 2 3", 70, true, {century + 3, 2, 1}},  {"23039", 70, false, {77, 77, 77}},
-        {"2303941", 70, false, {77, 77, 77}},       {"", 70, false, {77, 77, 77}},
-        {"2303-4", 70, false, {77, 3, 23}},
+    unsigned cutoff = 70;
+    const auto read = [&](const std::string& text, std::string& out) {
+        kalo::date_t date{77, 77, 77};
+        const bool good = nmeaField_t(text).decodeDDMMYY(date, cutoff);
+        out = shown(good, date);
+        return true;
     };
-    for (const auto& row : cases) {
-        kalo::date_t out{77, 77, 77};
-        EXPECT_EQ(nmeaField_t(row.text).decodeDDMMYY(out, row.cutoff), row.good) << row.text;
-        EXPECT_EQ(out.year, row.date.year) << row.text;
-        EXPECT_EQ(out.month, row.date.month) << row.text;
-        EXPECT_EQ(out.day, row.date.day) << row.text;
-    }
+    checkTexts<std::string>(read, "good 23 3 c-6", "230394", "good 31 2 c26", "310226",
+                            "good 1 2 c3", " 1 2 3", "bad 77 77 77", "23039|2303941|",
+                            "bad 23 3 77", "2303-4");
+    cutoff = 95;
+    checkTexts<std::string>(read, "good 23 3 c94", "230394");
 }
 
 TEST(nmeaField, decodesAddresses) {
-    const struct {
-        const char* text;
-        bool good;
-        unsigned address;
-    } cases[] = {
-        {"192.168.1.20", true, 0xC0A80114},
-        {"255.255.255.255", true, 0xFFFFFFFF},
-        {"010.000.000.001", true, 0x0A000001},
-        {" 10 . 0 .\t0 . 1", true, 0x0A000001},
-        {"10.0.0.1:2101", true, 0x0A000001},
-        {"1.2.3.4.5", true, 0x01020304},
-        {"+1.2.3.4", true, 0x01020304},
-        {"256.1.1.1", false, 0},
-        {"1.2.3", false, 0},
-        {"1.2.3.", false, 0},
-        {"1,2,3,4", false, 0},
-        {"1.2.3.-4", false, 0},
-        {"-1.2.3.4", false, 0},
-        {"1.2. -4294967293.4", false, 0},
-        {"1.2.3.4294967300", false, 0},
-        {"1..2.3", false, 0},
-        {"", false, 0},
-        {"a.b.c.d", false, 0},
-    };
-    for (const auto& row : cases) {
-        unsigned out = 77;
-        EXPECT_EQ(nmeaField_t(row.text).decodeIpv4Address(out), row.good) << row.text;
-        EXPECT_EQ(out, row.good ? row.address : 77) << row.text;
+    check<unsigned>(&nmeaField_t::decodeIpv4Address, 0xC0A80114, "192.168.1.20", 0xFFFFFFFF,
+                    "255.255.255.255", 0x0A000001,
+                    "010.000.000.001| 10 . 0 .\t0 . 1|+10.0.0.1:2101|10.0.0.1.5", none,
+                    "256.1.1.1|1.1.1.256|1.2.3|1.2.3.|1,2,3,4|1.2.3.-4|-1.2.3.4|"
+                    "1.2. -4294967293.4|1.2.3.4294967300|1..2.3||a.b.c.d");
+}
+
+using kalo::nmeaFormat_t;
+
+nmeaFormat_t frame(const std::string& text) { return {text.data(), text.size()}; }
+
+std::string fieldsOf(const nmeaFormat_t& format) {
+    std::string fields;
+    for (unsigned i = 0; i < format.fieldCount(); ++i) {
+        fields += (i == 0 ? "" : "|") + format.field(i)->toString();
     }
+    EXPECT_EQ(format.field(format.fieldCount()), nullptr);
+    return fields;
+}
+
+TEST(nmeaFormat, framesAndSplits) {
+    const auto read = [](const std::string& text, std::string& out) {
+        const nmeaFormat_t format = frame(text);
+        out = fieldsOf(format);
+        return format.isValid();
+    };
+    const std::string one = sentence("$GPGGA,1,,a text of more than fifteen,M,,");
+    checkTexts<std::string>(read, "$GPGGA|1||a text of more than fifteen|M||", one.c_str());
+    checkTexts<std::string>(read, "$A|1|", "$A,1,\r\n", "$|", "$,\r\n", "!", "!\r\n");
+    // digits of either case, an empty body, and what the rules for numbers let pass
+    checkTexts<std::string>(read, "$GPHDT", "$GPHDT*4f\r\n|$GPHDT*4F\r\n", "$", "$*00\r\n|$\r\n",
+                            "$AB", "$AB* 3\r\n");
+    // one digit, or a star elsewhere, is no checksum; any byte is field content
+    checkTexts<std::string>(read, "$GPHDT|1*2", "$GPHDT,1*2\r\n", "$A*1234", "$A*1234\r\n",
+                            "$A*12\r", "$A*12\r\r\n", "$A|\r\n$B", "$A,\r\n$B\r\n");
+    EXPECT_EQ(fieldsOf(frame(std::string("$A,\0\r\n", 6))), std::string("$A|\0", 4));
+}
+
+TEST(nmeaFormat, saysWhatIsWrong) {
+    const auto read = [](const std::string& text, int& out) {
+        const nmeaFormat_t format = frame(text);
+        out = format.formatError();
+        EXPECT_TRUE(format.type() == kalo::msgTypeUnknown && format.fieldCount() == 0) << text;
+        return !format.isValid();
+    };
+    checkTexts<int>(read, 0, "| $GPHDT\r\n|GPHDT\r\n|\r\n", 1,
+                    "$|$GPHDT|$GPHDT\n|$GPHDT\r|$GPHDT\n\r|"
+                    "$GPHDT*G1\r\n|$GPHDT*4 \r\n|$GPHDT*-1\r\n|$GPHDT*0x\r\n",
+                    2, "$GPHDT*4E\r\n|$GPHDT\r\n$GPGGA*56\r\n");
+}
+
+// Only the end of the address counts, and the start character decides which table.
+TEST(nmeaFormat, recognisesTypes) {
+    const auto read = [](const std::string& text, int& out) {
+        out = framed(text + ",1").type();
+        return true;
+    };
+    checkTexts<int>(read, kalo::msgTypeGga, "$GGA|$INGGA|$PXYZGGA|$PZWBGGAGGA", kalo::msgTypeVdm,
+                    "!VDM", kalo::msgTypeUnknown,
+                    "!AIVDO|$GPVDM|!GPGGA|$gpgga|$PTPSRX|$XPTPSR|"
+                    "$GPGGAX|$GPXYZ|$|!PTPSR|$GA");
+}
+
+TEST(nmeaFormat, isFramedAgainAndCopied) {
+    nmeaFormat_t format;
+    EXPECT_TRUE(!format.isValid() && format.formatError() == 0);
+    const std::string wrong = "$GPGGA,1*00\r\n", shorter = sentence("$GPHDT,4");
+    const std::string longer = sentence("$GPGGA,1,2,3,a text that no short string holds");
+    EXPECT_FALSE(format.init(wrong.data(), wrong.size()));
+    EXPECT_TRUE(format.init(longer.data(), longer.size()));
+    const nmeaFormat_t copy = format;
+    EXPECT_TRUE(format.init(shorter.data(), shorter.size()));
+    EXPECT_EQ(fieldsOf(format), "$GPHDT|4");
+    EXPECT_EQ(format.type(), kalo::msgTypeHdt);
+    EXPECT_TRUE(copy.fieldCount() == 5 && copy.type() == kalo::msgTypeGga && copy.isValid());
+    EXPECT_EQ(copy.formatError(), 2); // success leaves the code
+    format = copy;
+    format = *&format; // to itself
+    EXPECT_EQ(fieldsOf(format), fieldsOf(copy));
+    EXPECT_FALSE(format.init(nullptr, 0));
+    EXPECT_EQ(fieldsOf(format), "");
+    format = nmeaFormat_t();
+    EXPECT_EQ(fieldsOf(copy), "$GPGGA|1|2|3|a text that no short string holds");
 }
 
 } // namespace

@@ -7,6 +7,7 @@
 
 #include "kalo/ntrip/ntripRecordType.h"
 #include "kalo/ntrip/ntripStreamDecoder.h"
+#include "tests/sentence.h"
 
 namespace {
 
@@ -14,19 +15,17 @@ using kalo::ntripRecordDecoder_t;
 using kalo::ntripStreamDecoder_t;
 using texts_t = std::vector<std::string>;
 
-const std::string sourcetable = "SOURCETABLE 200 OK\r\nServer: a caster\r\n"
-                                "Content-Type: text/plain\r\nContent-Length: 99\r\n\r\n"
-                                "STR;M;I;F;D;2;G;N;DEU;1;2;1;0;g;n;B;N;96;\r\n"
-                                "CAS;h;2101\r\nNET;n;o\nENDSOURCETABLE\r\n";
-const texts_t tableLines = {"7:SOURCETABLE 200 OK\r\n",
-                            "1:Server: a caster\r\n",
-                            "6:Content-Type: text/plain\r\n",
-                            "6:Content-Length: 99\r\n",
-                            "6:\r\n",
-                            "2:STR;M;I;F;D;2;G;N;DEU;1;2;1;0;g;n;B;N;96;\r\n",
-                            "3:CAS;h;2101\r\n",
-                            "4:NET;n;o\n",
-                            "5:ENDSOURCETABLE\r\n"};
+const auto tableLines =
+    split("7:SOURCETABLE 200 OK\r\n|1:Server: a caster\r\n|6:Content-Type: text/plain\r\n|"
+          "6:Content-Length: 99\r\n|6:\r\n|2:STR;M;I;F;D;2;G;N;DEU;1;2;1;0;g;n;B;N;96;\r\n|"
+          "3:CAS;h;2101\r\n|4:NET;n;o\n|5:ENDSOURCETABLE\r\n");
+const std::string sourcetable = [] {
+    std::string table;
+    for (const std::string& line : tableLines) {
+        table += line.substr(2);
+    }
+    return table;
+}();
 
 // The type and length of the first line, from memory of exactly that size.
 std::string typeOf(const std::string& text, unsigned& length) {
@@ -62,26 +61,20 @@ TEST(ntripRecordType, cutsDoNotMatter) {
 
 TEST(ntripRecordType, tellsLinesApart) {
     const std::string x512(512, 'x');
-    const auto check = [](const std::string& bytes, const char* expected) {
+    const auto result = [](const std::string& bytes) {
         unsigned length = 0;
         const std::string type = typeOf(bytes, length);
-        EXPECT_EQ(type + std::to_string(length), expected) << bytes;
+        return type + std::to_string(length) + ' ';
     };
-    check("STR;X;Y\r\nmore\n", "2:9");
-    check(std::string("CAS;\0\n", 6), "3:6");
-    check("ENDSOURCETABLES\n", "5:16");
-    check("\r\nSTR;\n", "6:2");
-    for (const char* line : {"STR\n;;", " STR;\n;", "str;\nSTR", "\r\r\n\r", "ENDSOURCETABL\nE",
-                             "Server:\n ;", "server: x\n", "Content-Type:\n", "\n\r\n"}) {
-        const auto length = std::to_string(std::string(line).find('\n') + 1);
-        check(line, ("7:" + length).c_str());
+    EXPECT_EQ(result("STR;X;Y\r\nmore\n") + result(std::string("CAS;\0\n", 6)), "2:9 3:6 ");
+    EXPECT_EQ(result("ENDSOURCETABLES\n") + result("\r\nSTR;\n"), "5:16 6:2 ");
+    for (const std::string& line : split("STR\n;;| STR;\n;|str;\nSTR|\r\r\n\r|ENDSOURCETABL\nE|"
+                                         "Server:\n ;|server: x\n|Content-Type:\n|\n\r\n")) {
+        EXPECT_EQ(result(line), "7:" + std::to_string(line.find('\n') + 1) + ' ') << line;
     }
-    for (const std::string& incomplete : {std::string(), std::string("NET;x\r"), x512}) {
-        check(incomplete, "7:0");
-    }
-    check(x512 + "x", "7:513");
-    check("CAS;" + x512, "7:516");
-    check("CAS;" + x512 + "\n", "3:517");
+    EXPECT_EQ(result("") + result("NET;x\r") + result(x512), "7:0 7:0 7:0 ");
+    EXPECT_EQ(result(x512 + "x") + result("CAS;" + x512), "7:513 7:516 ");
+    EXPECT_EQ(result("CAS;" + x512 + "\n"), "3:517 ");
 }
 
 ntripStreamDecoder_t recordOf(const std::string& line) {
@@ -101,128 +94,89 @@ std::string joined(const ntripRecordDecoder_t& record) {
 }
 
 TEST(ntripRecordDecoder, splitsRecords) {
+    const auto split = [](const std::string& line) { return joined(recordOf(line)); };
     for (const char* line : {"CAS;a;;2101\r\n", "CAS;a;;2101\n;b\n", "CAS;a;;2101\rx;"}) {
-        EXPECT_EQ(joined(recordOf(line)), "CAS|a|null|2101|") << line;
+        EXPECT_EQ(split(line), "CAS|a|null|2101|") << line;
     }
-    EXPECT_EQ(joined(recordOf("CAS;a;2101")), "CAS|a|");
-    EXPECT_EQ(joined(recordOf("CAS")) + joined(recordOf("")), "");
-    EXPECT_EQ(joined(recordOf(";\r\n")), "null|null|");
-    EXPECT_EQ(joined(recordOf("\r\n")), "null|");
-    EXPECT_EQ(joined(recordOf(" a ;\"b;c\"\n")), " a |\"b|c\"|");
-    EXPECT_EQ(joined(ntripRecordDecoder_t()), "");
-    ntripRecordDecoder_t record = recordOf("a;b\n");
+    EXPECT_EQ(split("CAS;a;2101") + split("CAS") + split(""), "CAS|a|");
+    EXPECT_EQ(split(";\r\n") + split("\r\n"), "null|null|null|");
+    EXPECT_EQ(split(" a ;\"b;c\"\n") + joined(ntripRecordDecoder_t()), " a |\"b|c\"|");
+    ntripRecordDecoder_t record = recordOf("a;b\n"), assigned = recordOf("x;y;z\n");
     const ntripRecordDecoder_t copy(record);
-    ntripRecordDecoder_t assigned = recordOf("x;y;z\n");
     assigned = record;
-    const ntripRecordDecoder_t& self = record;
-    record = self;
+    record = *&record; // to itself
     EXPECT_EQ(joined(record), "a|b|");
     record.init(nullptr, 0);
     EXPECT_EQ(joined(record) + joined(copy) + joined(assigned), "a|b|a|b|");
 }
 
-TEST(ntripRecordDecoder, decodesFields) {
-    const auto record = recordOf("CAS;;N;Y;0;1;2;y;Yes;01;4294967297;1 ;0x1;0.5;1e39\n");
-    std::string flags;
-    std::string numbers;
-    for (unsigned index = 0; index < 17; ++index) {
-        for (const bool before : {false, true}) {
-            bool yes = before;
-            bool one = before;
-            flags += record.decodeYN(index, yes) ? yes ? "Y" : "N" : ".";
-            flags += record.decodeOneZero(index, one) ? one ? "1 " : "0 " : ". ";
-            EXPECT_TRUE(flags[flags.size() - 3] != '.' || yes == before) << index;
-            EXPECT_TRUE(flags[flags.size() - 2] != '.' || one == before) << index;
+/// What a decoder reads at `place`, with a text there that no other field has.
+template <typename T, typename Decoder, typename... Cases>
+void checkPlace(unsigned place, Decoder decoder, Cases... cases) {
+    const auto read = [&](const std::string& text, T& out) {
+        std::string line = "STR";
+        for (unsigned i = 1; i < 17; ++i) {
+            line += ";" + (i == place ? text : "?");
         }
-        unsigned number = 77;
-        float real = 77;
-        numbers += record.decodeField(index, number) ? std::to_string(number) : "-";
-        numbers += record.decodeField(index, real) ? "/" + std::to_string(real) + " " : "/- ";
-        EXPECT_TRUE(record.fieldAt(index) != nullptr || (number == 77 && real == 77)) << index;
-    }
-    EXPECT_EQ(flags, ".. .. .. .. N. N. Y. Y. .0 .0 .1 .1 .. .. .. .. .. .. .1 .1 "
-                     ".. .. .. .. .. .. .. .. .. .. .. .. .. .. ");
-    EXPECT_EQ(numbers, "-/- -/- -/- -/- 0/0.000000 1/1.000000 2/2.000000 -/- -/- 1/1.000000 "
-                       "-/4294967296.000000 -/- -/- -/0.500000 -/- -/- -/- ");
+        return decoder(recordOf(line + "\n"), out);
+    };
+    checkTexts<T>(read, cases...);
 }
 
-// The decoders of a stream, and where the field of each stands.
-template <typename Value>
-void checkStream(bool (ntripStreamDecoder_t::*decode)(Value&) const, unsigned place,
-                 const texts_t& accepted, const texts_t& refused) {
-    ntripStreamDecoder_t stream; // filled again and again
-    const auto fill = [&](const std::string& text, unsigned at) {
-        std::string line = "STR";
-        for (unsigned i = 1; i <= at; ++i) {
-            line += ";" + (i == at ? text : i == place ? "" : accepted[0]);
-        }
-        line += "\n";
-        stream.init(line.data(), static_cast<unsigned>(line.size()));
+TEST(ntripRecordDecoder, decodesFields) {
+    const auto number = [](const auto& record, auto& out) { return record.decodeField(2, out); };
+    checkPlace<unsigned>(2, number, 1, "1|01", unset, "4294967297|1 |0x1|0.5", none, "");
+    checkPlace<float>(2, number, 0.5F, "0.5", unset, "1 |0x1|1e39", none, "");
+    const auto letter = [](const auto& record, bool& out) { return record.decodeYN(2, out); };
+    checkPlace<bool>(2, letter, true, "Y", false, "N", none, "|0|1|y|Yes");
+    const auto digit = [](const auto& record, bool& out) { return record.decodeOneZero(2, out); };
+    checkPlace<bool>(2, digit, true, "1|01", false, "0", none, "|2|Y|4294967297|1 ");
+    unsigned out = 0;
+    EXPECT_FALSE(recordOf("CAS;1\n").decodeField(2, out));
+}
+
+template <typename Value, typename... Cases>
+void checkStream(unsigned place, bool (ntripStreamDecoder_t::*decoder)(Value&) const,
+                 Cases... cases) {
+    const auto read = [&](const ntripStreamDecoder_t& stream, int& out) {
+        auto value = static_cast<Value>(out);
+        const bool good = (stream.*decoder)(value);
+        out = value;
+        return good;
     };
-    auto out = static_cast<Value>(1);
-    for (std::size_t i = 0; i < accepted.size(); ++i) {
-        fill(accepted[i], place);
-        EXPECT_TRUE((stream.*decode)(out)) << accepted[i];
-        EXPECT_EQ(out, static_cast<Value>(i)) << accepted[i];
-    }
-    for (const std::string& text : refused) {
-        fill(text, place);
-        EXPECT_FALSE((stream.*decode)(out)) << text;
-        fill(accepted[0], place + 1);
-        EXPECT_FALSE((stream.*decode)(out)) << place;
-        fill(accepted[0], place - 1);
-        EXPECT_FALSE((stream.*decode)(out)) << place;
-        EXPECT_EQ(out, static_cast<Value>(accepted.size() - 1)) << text;
-    }
+    checkPlace<int>(place, read, cases...);
 }
 
 TEST(ntripStreamDecoder, decodesThreeFields) {
-    checkStream(&ntripStreamDecoder_t::decodeCarrierType, 5, {"0", "1", "02"},
-                {"3", "-1", "1.", "4294967296", "", "N"});
-    checkStream(&ntripStreamDecoder_t::decodeSolutionType, 12, {"0", "1"}, {"2", "x", ""});
-    checkStream(&ntripStreamDecoder_t::decodeAuthType, 15, {"N", "B", "D"},
-                {"n", "b", "BD", "None", "0", ""});
-}
-
-template <typename Value>
-std::string printed(int value) {
-    std::ostringstream stream;
-    stream << std::setfill('.') << std::setw(8) << static_cast<Value>(value);
-    return stream.str();
-}
-
-TEST(ntripEnumerations, print) {
-    const struct {
-        int value;
-        const char* carrier;
-        const char* solution;
-        const char* auth;
-    } cases[] = {{0, "....None", "..Single", "....None"},
-                 {1, "......L1", ".Network", "...Basic"},
-                 {2, "....L1L2", ".Unknown", "..Digest"},
-                 {3, ".Unknown", ".Unknown", ".Unknown"},
-                 {7, ".Unknown", ".Unknown", ".Unknown"}};
-    for (const auto& row : cases) {
-        EXPECT_EQ(printed<kalo::ntripCarrierType_t>(row.value), row.carrier);
-        EXPECT_EQ(printed<kalo::ntripSolutionType_t>(row.value), row.solution);
-        EXPECT_EQ(printed<kalo::ntripAuthType_t>(row.value), row.auth);
-    }
+    checkStream(5, &ntripStreamDecoder_t::decodeCarrierType, 0, "0", 1, "1", 2, "2|02", none,
+                "3|-1|1.|4294967296||N");
+    checkStream(12, &ntripStreamDecoder_t::decodeSolutionType, 0, "0", 1, "1", none, "2|x|");
+    checkStream(15, &ntripStreamDecoder_t::decodeAuthType, 0, "N", 1, "B", 2, "D", none,
+                "n|b|BD|None|0|");
 }
 
 // A namespace with an output operator of its own, which would hide those outside.
 namespace naming {
 using ::operator<<;
 struct own_t {};
-std::ostream& operator<<(std::ostream& stream, const own_t& /*own*/) { return stream << "own "; }
-void print(std::ostream& stream) {
-    stream << own_t() << kalo::carrierL1L2 << kalo::solutionNetwork << kalo::authDigest;
+std::ostream& operator<<(std::ostream& stream, const own_t& /*own*/) { return stream << '|'; }
+template <typename Value>
+std::string printed() {
+    std::ostringstream stream;
+    for (const int value : {0, 1, 2, 3, 7}) {
+        stream << own_t() << std::setfill('.') << std::setw(8) << static_cast<Value>(value);
+    }
+    return stream.str();
 }
 } // namespace naming
 
-TEST(ntripEnumerations, printInsideANamespace) {
-    std::ostringstream stream;
-    naming::print(stream);
-    EXPECT_EQ(stream.str(), "own L1L2NetworkDigest");
+TEST(ntripEnumerations, print) {
+    EXPECT_EQ(naming::printed<kalo::ntripCarrierType_t>(),
+              "|....None|......L1|....L1L2|.Unknown|.Unknown");
+    EXPECT_EQ(naming::printed<kalo::ntripSolutionType_t>(),
+              "|..Single|.Network|.Unknown|.Unknown|.Unknown");
+    EXPECT_EQ(naming::printed<kalo::ntripAuthType_t>(),
+              "|....None|...Basic|..Digest|.Unknown|.Unknown");
 }
 
 } // namespace

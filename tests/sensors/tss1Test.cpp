@@ -1,17 +1,17 @@
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cmath>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <limits>
 #include <set>
 #include <string>
-#include <utility>
 
 #include <gtest/gtest.h>
 
 #include "kalo/sensors/tss1MsgBuilder.h"
+#include "tests/sentence.h"
 
 namespace {
 
@@ -20,10 +20,6 @@ using kalo::tss1Msg_t;
 
 constexpr double untouched = 77;
 constexpr double angle = 0x1.6e05a695f8191p-13; // a hundredth of a degree
-constexpr double nan = std::numeric_limits<double>::quiet_NaN();
-constexpr double inf = std::numeric_limits<double>::infinity();
-constexpr double huge = std::numeric_limits<double>::max();
-
 const struct {
     std::size_t column;
     std::size_t width;
@@ -56,46 +52,35 @@ tss1Msg_t decoded(const std::string& record) {
     return message;
 }
 
-// The example with a text in the place of one field; a count that is no number means absent.
-void checkField(field_t field, const char* text, double expected) {
-    std::string record = example;
-    record.replace(fields[field].column, fields[field].width, text);
-    const tss1Msg_t message = decoded(record);
-    for (unsigned i = 0; i < fieldCount; ++i) {
-        const double counts = i == field ? expected : exampleCounts[i];
-        const bool good = !std::isnan(counts);
-        double out = untouched;
-        EXPECT_EQ((message.*fields[i].get)(out), good) << record << ' ' << i;
-        EXPECT_EQ(out, good ? counts * fields[i].scale : untouched) << record << ' ' << i;
-        EXPECT_EQ((message.validMask >> i & 1) != 0, good) << record << ' ' << i;
+// The example with each text in the place of one field, and the count behind its ":", if any.
+void checkField(field_t field, const char* cases) {
+    for (const std::string& text : split(cases)) {
+        const std::size_t width = fields[field].width;
+        std::string record = example;
+        record.replace(fields[field].column, width, text, 0, width);
+        const tss1Msg_t message = decoded(record);
+        for (unsigned i = 0; i < fieldCount; ++i) {
+            const bool good = i != field || text.size() > width;
+            const double counts =
+                i == field && good ? std::stod(text.substr(width + 1)) : exampleCounts[i];
+            double out = untouched;
+            EXPECT_EQ((message.*fields[i].get)(out), good) << record << ' ' << i;
+            EXPECT_EQ(out, good ? counts * fields[i].scale : untouched) << record << ' ' << i;
+            EXPECT_EQ((message.validMask >> i & 1) != 0, good) << record << ' ' << i;
+        }
+        EXPECT_EQ(message.validMask >> fieldCount, 1U) << record;
     }
-    EXPECT_EQ(message.validMask >> fieldCount, 1U) << record;
 }
-
-using case_t = std::pair<const char*, double>;
 
 TEST(tss1Msg, decodesEachColumnOnItsOwn) {
     for (const field_t field : {roll, pitch, heave}) {
-        for (const auto& [text, counts] :
-             {case_t("-9999", -9999), case_t("  105", 105), case_t(" -105", -105),
-              case_t(" \t+12", 12), case_t("-1.25", -1.25), case_t(" 1e99", 1e99)}) {
-            checkField(field, text, counts);
-        }
-        for (const char* text : {"+0105", "00105", "\t0105", " 105 ", "     ", "- 105", "--105",
-                                 " 0x10", "  nan", "  inf", " 1.2.", "-012x", "u0120"}) {
-            checkField(field, text, nan);
-        }
+        checkField(
+            field,
+            "-9999:-9999|  105:105| \t+12:12|-1.25:-1.25| 1e99:1e99|"
+            "+0105|00105|\t0105| 105 |     |- 105|--105| 0x10|  nan|  inf| 1.2.|-012x|u0120");
     }
-    for (const auto& [text, counts] :
-         {case_t("FF", 255), case_t("aB", 171), case_t(" b", 11), case_t("b ", nan),
-          case_t("-1", nan), case_t("0x", nan), case_t("G0", nan), case_t("  ", nan)}) {
-        checkField(hAccel, text, counts);
-    }
-    for (const auto& [text, counts] :
-         {case_t("7FFF", 32767), case_t("8000", -32768), case_t("ffff", -1), case_t("0xfF", 255),
-          case_t("    ", nan), case_t("-001", nan), case_t("00 1", nan), case_t("FFFG", nan)}) {
-        checkField(vAccel, text, counts);
-    }
+    checkField(hAccel, "FF:255|aB:171| b:11|b |-1|0x|G0|  ");
+    checkField(vAccel, "7FFF:32767|8000:-32768|ffff:-1|0xfF:255|    |-001|00 1|FFFG");
 }
 
 TEST(tss1Msg, knowsEightLetters) {
@@ -143,38 +128,33 @@ builder_t zeros(unsigned mask) {
 
 const std::string zeroRecord = ":000000  0000G 0000  0000\r\n";
 
-void checkBuilt(field_t field, double value, const char* text) {
-    builder_t builder = zeros(63);
-    (builder.*fields[field].set)(value);
-    std::string record = zeroRecord;
-    record.replace(fields[field].column, fields[field].width, text);
-    EXPECT_EQ(builder.build(), record) << value;
+// Texts of a column, and the value behind the ":" that gives each.
+void checkBuilt(field_t field, double unit, const char* cases) {
+    for (const std::string& text : split(cases)) {
+        const std::size_t colon = text.find(':');
+        builder_t builder = zeros(63);
+        (builder.*fields[field].set)(std::stod(text.substr(colon + 1)) * unit);
+        std::string record = zeroRecord;
+        record.replace(fields[field].column, fields[field].width, text, 0, colon);
+        EXPECT_EQ(builder.build(), record) << text;
+    }
 }
 
 TEST(tss1MsgBuilder, writesColumns) {
-    for (const auto& [text, value] :
-         {case_t("00", 0.03), case_t("1A", 1), case_t("FF", 9.8047), case_t("100", 9.8048),
-          case_t("00", -0.5), case_t("00", -huge), case_t("00", -inf), case_t("00", nan),
-          case_t("FFFFFFFF", huge), case_t("FFFFFFFF", inf)}) {
-        checkBuilt(hAccel, value, text);
-    }
-    for (const auto& [text, value] :
-         {case_t("0000", -0.0006), case_t("8000", -20.48), case_t("8000", 20.48),
-          case_t("10040", 41), case_t("FFFFFFC0", -41), case_t("0000", nan),
-          case_t("7FFFFFFF", inf), case_t("80010000", -huge)}) {
-        checkBuilt(vAccel, value, text);
-    }
-    checkBuilt(heave, 0.125, " 0012");
+    checkBuilt(hAccel, 1,
+               "00:0.03|1A:1|FF:9.8047|100:9.8048|00:-0.5|00:-1e308|00:-inf|00:nan|"
+               "FFFFFFFF:1e308|FFFFFFFF:inf");
+    checkBuilt(vAccel, 1,
+               "0000:-0.0006|8000:-20.48|8000:20.48|10040:41|FFFFFFC0:-41|0000:nan|"
+               "7FFFFFFF:inf|80010000:-1e308");
+    checkBuilt(heave, 1, " 0012:0.125");
     for (const field_t field : {roll, pitch, heave}) { // in counts
-        for (const auto& [text, counts] :
-             {case_t(" 0000", -0.0), case_t(" 0000", 0.5), case_t("-0000", -0.4),
-              case_t("-0002", -1.5), case_t("-9999", -9999.4), case_t(" 10000", 9999.6),
-              case_t(" 0nan", -nan), case_t("-0inf", -inf)}) {
-            checkBuilt(field, counts * fields[field].scale, text);
-        }
+        checkBuilt(field, fields[field].scale,
+                   " 0000:-0| 0000:0.5|-0000:-0.4|-0002:-1.5|-9999:-9999.4| 10000:9999.6| "
+                   "0nan:-nan|-0inf:-inf");
     }
     builder_t builder = zeros(63);
-    builder.setRoll(huge * angle); // the longest number that is not infinite
+    builder.setRoll(std::numeric_limits<double>::max() * angle); // the longest finite number
     EXPECT_EQ(builder.build().size(), zeroRecord.size() - 4 + 309);
 }
 
@@ -193,12 +173,6 @@ TEST(tss1MsgBuilder, wantsExactlySixValues) {
     EXPECT_EQ(builder.build(), "");
 }
 
-// "%c%04d" of a count.
-std::string signedText(int count) {
-    const std::string digits = std::to_string(std::abs(count));
-    return (count < 0 ? "-" : " ") + std::string(4 - digits.size(), '0') + digits;
-}
-
 // Heave, roll and pitch come back as they were. The accelerations lose one count in magnitude where
 // the quotient falls just short of it.
 TEST(tss1, everyCountSurvives) {
@@ -206,17 +180,16 @@ TEST(tss1, everyCountSurvives) {
     unsigned shortVertical = 0;
     for (int count = -32768; count < 32768; ++count) {
         const int horizontal = count & 0xFF;
-        char accelerations[8];
-        std::snprintf(accelerations, sizeof accelerations, "%02X%04X", count & 0xFF,
-                      count & 0xFFFF);
-        const int small = (count + 32768) % 19999 - 9999;
-        const std::string text = std::string(":") + accelerations + " " + signedText(small) +
-                                 letters[count & 7] + signedText(-small) + " " + signedText(small) +
-                                 "\r\n";
+        const int small = (count + 32768) % 19999 - 9999, size = std::abs(small);
+        char text[28];
+        std::snprintf(text, sizeof text, ":%02X%04X %c%04d%c%c%04d %c%04d\r\n", count & 0xFF,
+                      count & 0xFFFF, small < 0 ? '-' : ' ', size,
+                      letters[static_cast<std::size_t>(count & 7)], small > 0 ? '-' : ' ', size,
+                      small < 0 ? '-' : ' ', size);
         const tss1Msg_t message = decoded(text);
-        ASSERT_EQ(message.validMask, 0x3FU) << text;
-        ASSERT_EQ(message.hAccel, horizontal * 0.0383) << text;
-        ASSERT_EQ(message.vAccel, count * 0.000625) << text;
+        ASSERT_TRUE(message.validMask == 0x3F && message.hAccel == horizontal * 0.0383 &&
+                    message.vAccel == count * 0.000625)
+            << text;
         builder_t builder;
         for (const auto& field : fields) {
             double value = 0;
@@ -224,7 +197,7 @@ TEST(tss1, everyCountSurvives) {
             (builder.*field.set)(value);
         }
         builder.setStatus(message.status);
-        ASSERT_EQ(builder.build().substr(7), text.substr(7));
+        ASSERT_EQ(builder.build().substr(7), text + 7);
         const tss1Msg_t again = decoded(builder.build());
         const int lost = shortOnes.count(horizontal) != 0 ? 1 : 0;
         ASSERT_EQ(again.hAccel, (horizontal - lost) * 0.0383) << text;

@@ -5,7 +5,6 @@
 
 #include <gtest/gtest.h>
 
-#include "kalo/nmea/nmeaField.h"
 #include "kalo/util/bufferStream.h"
 #include "kalo/util/ipAddress.h"
 #include "kalo/util/portability.h"
@@ -38,68 +37,48 @@ TEST(bufferStream, fillsItsBytesAndNoOthers) {
             std::string expected(memory.size(), '#');
             expected.replace(guard, fitting, text, 0, fitting);
             EXPECT_EQ(memory, expected) << size;
-            EXPECT_EQ(stream.written(), fitting) << size;
+            EXPECT_TRUE(stream.written() == fitting && stream.good()) << size;
             EXPECT_EQ(stream.dropped(), text.size() - fitting) << size;
-            EXPECT_TRUE(stream.good()) << size;
         }
     }
 }
 
 TEST(bufferStream, countsOnWhenFull) {
-    char byte = '#';
-    bufferStream_t stream(&byte, 1);
+    char bytes[] = "##";
+    bufferStream_t stream(bytes, 1);
     stream << '\xFF' << '\xFF' << std::setw(1000) << 7 << std::endl;
-    EXPECT_TRUE(byte == '\xFF' && stream.good());
-    EXPECT_EQ(stream.written(), 1U);
-    EXPECT_EQ(stream.dropped(), 1002U);
+    EXPECT_TRUE(bytes[0] == '\xFF' && bytes[1] == '#' && stream.good());
+    EXPECT_TRUE(stream.written() == 1 && stream.dropped() == 1002);
 }
 
 TEST(bufferStream, neitherSeeksNorReads) {
     char bytes[] = "########";
-    bufferStream_t stream(bytes, 8);
+    kalo::bufferStreambuf_t buffer(bytes, 3);
+    std::ostream stream(&buffer);
     stream << "ab";
-    EXPECT_EQ(stream.rdbuf()->sgetc(), std::char_traits<char>::eof());
-    EXPECT_EQ(stream.tellp(), std::streampos(-1));
-    EXPECT_TRUE(stream.good());
+    EXPECT_EQ(buffer.sgetc(), std::char_traits<char>::eof());
+    EXPECT_TRUE(stream.tellp() == std::streampos(-1) && stream.good());
     EXPECT_TRUE(stream.seekp(0).fail());
     stream.clear();
     stream << "cd";
-    EXPECT_STREQ(bytes, "abcd####");
-    kalo::bufferStreambuf_t buffer(bytes, 3);
-    std::ostream(&buffer) << "wxyz";
-    EXPECT_STREQ(bytes, "wxyd####");
+    EXPECT_STREQ(bytes, "abc#####");
     EXPECT_TRUE(buffer.written() == 3 && buffer.dropped() == 1);
 }
 
 TEST(ipAddress, printsAsTheStreamFormatsNumbers) {
-    const struct {
-        std::uint32_t address;
-        const char* dotted;
-        const char* hex;
-    } cases[] = {{0x0A000001, "10.0.0.1", "a.0.0.1"},
-                 {0xC0A80A64, "192.168.10.100", "c0.a8.a.64"},
-                 {0, "0.0.0.0", "0.0.0.0"},
-                 {0xFFFFFFFF, "255.255.255.255", "ff.ff.ff.ff"},
-                 {0x80FF017F, "128.255.1.127", "80.ff.1.7f"}};
-    for (const auto& row : cases) {
-        const kalo::ipAddress_t address(row.address);
+    const auto printed = [](std::uint32_t address) {
         std::ostringstream stream;
-        stream << address << ' ' << std::hex << address;
-        EXPECT_EQ(stream.str(), std::string(row.dotted) + ' ' + row.hex);
-        EXPECT_EQ(address.address(), row.address);
-        unsigned decoded = 0;
-        EXPECT_TRUE(kalo::nmeaField_t(std::string(row.dotted)).decodeIpv4Address(decoded));
-        EXPECT_EQ(decoded, row.address);
-    }
-    std::ostringstream stream;
-    stream << std::showbase << std::oct << std::setw(4) << std::setfill('*')
-           << kalo::ipAddress_t(0x08090A0B);
-    EXPECT_EQ(stream.str(), "*010.011.012.013");
+        const kalo::ipAddress_t value(address);
+        EXPECT_EQ(value.address(), address);
+        stream << value << ' ' << std::showbase << std::oct << std::setw(4) << std::setfill('*')
+               << value;
+        return stream.str();
+    };
+    EXPECT_EQ(printed(0x08090A0B), "8.9.10.11 *010.011.012.013");
+    EXPECT_EQ(printed(0x80FF017F), "128.255.1.127 0200.0377.01.0177");
+    EXPECT_EQ(printed(0), "0.0.0.0 ***0.0.0.0");
 }
 
-TEST(portability, standardInputStaysUsable) {
-    EXPECT_EQ(kalo::portability::set_stdin_binary(), 0);
-    EXPECT_EQ(kalo::portability::set_stdin_binary(), 0);
-}
+TEST(portability, standardInputStaysUsable) { EXPECT_EQ(kalo::portability::set_stdin_binary(), 0); }
 
 } // namespace
