@@ -1,15 +1,15 @@
 #include "tests/tool/runTool.h"
 
-#include <cerrno>
+#include <chrono>
 #include <csignal>
 #include <cstdlib>
+#include <iterator>
+#include <sstream>
 #include <stdexcept>
-#include <thread>
 #include <utility>
 
 #include <fcntl.h>
 #include <poll.h>
-#include <spawn.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -17,84 +17,84 @@
 
 namespace {
 
-using ticks_t = std::chrono::steady_clock;
-
-int checked(int result, const char* what) {
-    if (result < 0) {
-        throw std::runtime_error(what);
-    }
-    return result;
-}
-
-descriptor_t memoryFile(std::string_view content = {}) {
-    descriptor_t file(checked(memfd_create("kalo-test", MFD_CLOEXEC), "memfd_create"));
-    writeAll(file, content);
-    lseek(file.number(), 0, SEEK_SET);
-    return file;
-}
+descriptor_t memoryFile() { return descriptor_t(memfd_create("kalo-test", MFD_CLOEXEC)); }
 
 std::string contentOf(const descriptor_t& file) {
-    std::string content;
-    char block[65536];
-    ssize_t count = 0;
-    while ((count = pread(file.number(), block, sizeof block, static_cast<off_t>(content.size()))) >
-           0) {
-        content.append(block, static_cast<std::size_t>(count));
-    }
-    return content;
+    const off_t size = lseek(file.number(), 0, SEEK_END);
+    std::string content(static_cast<std::size_t>(size), '\0');
+    return pread(file.number(), content.data(), content.size(), 0) == size ? content : "unread";
 }
 
 } // namespace
 
-descriptor_t::descriptor_t(descriptor_t&& other) noexcept
-    : m_number(std::exchange(other.m_number, -1)) {}
-
-descriptor_t& descriptor_t::operator=(descriptor_t&& other) noexcept {
-    const descriptor_t old(std::exchange(m_number, std::exchange(other.m_number, -1)));
-    return *this;
+texts_t words(const std::string& text) {
+    std::istringstream stream(text);
+    return {std::istream_iterator<std::string>(stream), {}};
 }
 
-descriptor_t::~descriptor_t() {
-    if (m_number >= 0) {
-        close(m_number);
+descriptor_t::descriptor_t(int number)
+    : m_number(new int(number), [](const int* held) {
+          close(*held);
+          delete held;
+      }) {}
+
+bool descriptor_t::write(std::string_view bytes) const {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(number(), bytes.data(), bytes.size());
+        if (count < 0) {
+            return false;
+        }
+        bytes.remove_prefix(static_cast<std::size_t>(count));
     }
+    return true;
 }
 
-tool_t::tool_t(const std::vector<std::string>& arguments, descriptor_t input, descriptor_t output)
+link_t makePipe() {
+    int ends[2] = {-1, -1};
+    if (pipe2(ends, O_CLOEXEC) != 0) {
+        throw std::runtime_error("pipe2");
+    }
+    return {descriptor_t(ends[1]), descriptor_t(ends[0])};
+}
+
+link_t makeTerminal() {
+    descriptor_t master(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC));
+    char name[128];
+    if (grantpt(master.number()) != 0 || unlockpt(master.number()) != 0 ||
+        ptsname_r(master.number(), name, sizeof name) != 0) {
+        return {descriptor_t(), descriptor_t()};
+    }
+    return {master, descriptor_t(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC))};
+}
+
+tool_t::tool_t(const texts_t& arguments, descriptor_t input, descriptor_t output)
     : m_errors(memoryFile()) {
     if (output.number() < 0) {
-        link_t link = makePipe();
-        m_output = std::move(link.theirs); // the ends are named for an input
-        output = std::move(link.ours);
+        const link_t link = makePipe(); // the ends are named for an input
+        m_output = link.theirs;
+        output = link.ours;
     }
-    posix_spawn_file_actions_t actions;
-    posix_spawn_file_actions_init(&actions);
-    posix_spawn_file_actions_adddup2(&actions, input.number(), STDIN_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, output.number(), STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, m_errors.number(), STDERR_FILENO);
-    // This process ignores SIGPIPE; whether the tool does is its own affair.
-    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
-    sigset_t pipeSignal;
-    sigemptyset(&pipeSignal);
-    sigaddset(&pipeSignal, SIGPIPE);
-    posix_spawnattr_t attributes;
-    posix_spawnattr_init(&attributes);
-    posix_spawnattr_setsigdefault(&attributes, &pipeSignal);
-    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETSIGDEF);
-
-    std::vector<std::string> words = arguments;
-    words.insert(words.begin(), KALO_TOOL);
-    std::vector<char*> argv;
-    argv.reserve(words.size() + 1);
-    for (std::string& word : words) {
-        argv.push_back(word.data());
+    texts_t texts = arguments;
+    std::vector<char*> argv = {const_cast<char*>(KALO_TOOL)};
+    for (std::string& text : texts) {
+        argv.push_back(text.data());
     }
     argv.push_back(nullptr);
-    const int error =
-        posix_spawn(&m_process, KALO_TOOL, &actions, &attributes, argv.data(), environ);
-    posix_spawnattr_destroy(&attributes);
-    posix_spawn_file_actions_destroy(&actions);
-    checked(-error, "the tool does not start: " KALO_TOOL);
+    // This process ignores SIGPIPE; whether the tool does is its own affair.
+    static_cast<void>(std::signal(SIGPIPE, SIG_IGN));
+    m_process = fork();
+    if (m_process == 0) {
+        dup2(input.number(), STDIN_FILENO);
+        dup2(output.number(), STDOUT_FILENO);
+        dup2(m_errors.number(), STDERR_FILENO);
+        static_cast<void>(std::signal(SIGPIPE, SIG_DFL));
+        setenv("TZ", "XXX-14", 1); // no zone of the machine enters
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    if (m_process < 0) {
+        throw std::runtime_error("the tool does not start: " KALO_TOOL);
+    }
 }
 
 tool_t::~tool_t() {
@@ -104,109 +104,58 @@ tool_t::~tool_t() {
     }
 }
 
-std::string tool_t::readLine(std::chrono::milliseconds limit) {
-    const auto end = ticks_t::now() + limit;
-    std::size_t length = 0;
-    while ((length = m_pending.find('\n')) == std::string::npos) {
-        const auto left =
-            std::chrono::duration_cast<std::chrono::milliseconds>(end - ticks_t::now());
+std::string tool_t::readLine(int milliseconds) {
+    std::size_t end = 0;
+    while ((end = m_pending.find('\n')) == std::string::npos) {
         pollfd output = {m_output.number(), POLLIN, 0};
         char block[4096];
         ssize_t count = 0;
-        if (left.count() < 0 || poll(&output, 1, static_cast<int>(left.count())) <= 0 ||
+        if (poll(&output, 1, milliseconds) <= 0 ||
             (count = read(m_output.number(), block, sizeof block)) <= 0) {
             return std::exchange(m_pending, {});
         }
         m_pending.append(block, static_cast<std::size_t>(count));
     }
-    std::string line = m_pending.substr(0, length + 1);
-    m_pending.erase(0, length + 1);
+    std::string line = m_pending.substr(0, end + 1);
+    m_pending.erase(0, end + 1);
     return line;
 }
 
 void tool_t::send(int signal) const { kill(m_process, signal); }
 
 result_t tool_t::wait() {
-    const auto end = ticks_t::now() + std::chrono::minutes(1);
     result_t result;
     int status = 0;
+    const auto end = std::chrono::steady_clock::now() + std::chrono::minutes(1);
     while (waitpid(m_process, &status, WNOHANG) == 0) {
-        if (ticks_t::now() > end) {
+        if (std::chrono::steady_clock::now() > end) {
             kill(m_process, SIGKILL);
         }
-        if (m_output.number() >= 0) {
-            result.out += readLine(std::chrono::milliseconds(1));
-        }
-        std::this_thread::sleep_for(std::chrono::microseconds(100));
+        result.out += readLine(0);
+        usleep(100);
     }
     m_process = -1;
     result.status = WIFEXITED(status) ? WEXITSTATUS(status) : -WTERMSIG(status);
-    for (std::string line; m_output.number() >= 0 && !(line = readLine()).empty();) {
+    for (std::string line; !(line = readLine(0)).empty();) {
         result.out += line;
     }
     result.err = contentOf(m_errors);
     return result;
 }
 
-link_t makePipe() {
-    int ends[2];
-    checked(pipe2(ends, O_CLOEXEC), "pipe2");
-    return {descriptor_t(ends[1]), descriptor_t(ends[0])};
-}
-
-link_t makeTerminal() {
-    descriptor_t master(checked(posix_openpt(O_RDWR | O_NOCTTY | O_CLOEXEC), "posix_openpt"));
-    char name[128];
-    checked(grantpt(master.number()), "grantpt");
-    checked(unlockpt(master.number()), "unlockpt");
-    checked(-ptsname_r(master.number(), name, sizeof name), "ptsname_r");
-    return {std::move(master),
-            descriptor_t(checked(open(name, O_RDWR | O_NOCTTY | O_CLOEXEC), "open"))};
-}
-
-bool hasTerminals() {
-    try {
-        makeTerminal();
-        return true;
-    } catch (const std::exception&) {
-        return false;
+result_t runTool(const texts_t& arguments, std::string_view input, std::size_t chunk) {
+    int ends[2] = {-1, -1}; // of a socket that keeps the bounds of what is written to it
+    if (socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends) != 0) {
+        throw std::runtime_error("socketpair");
     }
-}
-
-bool writeAll(const descriptor_t& to, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t count = write(to.number(), bytes.data(), bytes.size());
-        if (count < 0) {
-            return false;
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(count));
-    }
-    return true;
-}
-
-result_t runTool(const std::vector<std::string>& arguments, std::string_view input,
-                 std::size_t chunk) {
-    descriptor_t output = memoryFile();
-    descriptor_t ours;
-    descriptor_t theirs;
-    if (chunk == 0) {
-        theirs = memoryFile(input);
-    } else { // a socket that keeps the bounds of what is written to it
-        int ends[2];
-        checked(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), "socketpair");
-        ours = descriptor_t(ends[0]);
-        theirs = descriptor_t(ends[1]);
-    }
-    const descriptor_t result(fcntl(output.number(), F_DUPFD_CLOEXEC, 0));
-    tool_t tool(arguments, std::move(theirs), std::move(output));
-    for (; ours.number() >= 0 && !input.empty();
+    descriptor_t ours(ends[0]);
+    const descriptor_t output = memoryFile();
+    tool_t tool(arguments, descriptor_t(ends[1]), output);
+    for (; !input.empty() && ours.write(input.substr(0, chunk));
          input.remove_prefix(std::min(chunk, input.size()))) {
-        if (!writeAll(ours, input.substr(0, chunk))) {
-            break;
-        }
     }
     ours = descriptor_t();
     result_t ended = tool.wait();
-    ended.out = contentOf(result);
+    ended.out = contentOf(output);
     return ended;
 }

@@ -1,12 +1,17 @@
 // Runs the kalo program as its users do: with arguments, descriptors and signals.
 #pragma once
 
-#include <chrono>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include <sys/types.h>
+
+using texts_t = std::vector<std::string>;
+
+/// The words of a text with blanks between.
+texts_t words(const std::string& text);
 
 /// What a run left behind. `status` is the exit status, or minus the signal that ended the run.
 struct result_t {
@@ -15,32 +20,41 @@ struct result_t {
     std::string err;
 };
 
-/// Owns a file descriptor; a child inherits it only where it is handed over.
+/// A file descriptor, closed with its last copy; a child inherits it only where it is handed over.
 class descriptor_t {
 public:
-    explicit descriptor_t(int number = -1) : m_number(number) {}
-    descriptor_t(descriptor_t&& other) noexcept;
-    descriptor_t& operator=(descriptor_t&& other) noexcept;
-    ~descriptor_t();
-
-    int number() const { return m_number; }
+    explicit descriptor_t(int number = -1);
+    int number() const { return *m_number; }
+    /// False when the reader is gone.
+    bool write(std::string_view bytes) const;
 
 private:
-    int m_number;
+    std::shared_ptr<const int> m_number;
 };
 
-/// A program that runs. What it writes to standard output goes to `output`, or where that is not
-/// given to a pipe that `readLine` reads.
+struct link_t {
+    descriptor_t ours;
+    descriptor_t theirs;
+};
+/// A pipe, or a pseudo-terminal, as standard input.
+link_t makePipe();
+link_t makeTerminal();
+/// A bare root has none; a test that wants one says so and is skipped.
+#define SKIP_WITHOUT_TERMINALS()                                                                   \
+    if (makeTerminal().ours.number() < 0)                                                          \
+    GTEST_SKIP() << "SKIPPED: this system has no pseudo-terminals"
+
+/// A program that runs. Without an `output` it writes to a pipe that `readLine` reads.
 class tool_t {
 public:
-    explicit tool_t(const std::vector<std::string>& arguments, descriptor_t input,
+    explicit tool_t(const texts_t& arguments, descriptor_t input,
                     descriptor_t output = descriptor_t());
     tool_t(const tool_t&) = delete;
     tool_t& operator=(const tool_t&) = delete;
     ~tool_t();
 
-    /// The next line of the output; without a line end what came until `limit` was over.
-    std::string readLine(std::chrono::milliseconds limit = std::chrono::seconds(1));
+    /// The next line of the output; without a line end what came until the limit was over.
+    std::string readLine(int milliseconds = 5000);
     void closeOutput() { m_output = descriptor_t(); }
     void send(int signal) const;
     /// Waits for the end; `out` is what was left of the pipe. A run that hangs is killed.
@@ -53,22 +67,5 @@ private:
     std::string m_pending; // read and not yet handed out
 };
 
-struct link_t {
-    descriptor_t ours;
-    descriptor_t theirs;
-};
-/// A pipe, or a pseudo-terminal, as standard input.
-link_t makePipe();
-link_t makeTerminal();
-/// A bare root has none; a test that wants one says so and is skipped.
-bool hasTerminals();
-#define SKIP_WITHOUT_TERMINALS()                                                                   \
-    if (!hasTerminals())                                                                           \
-    GTEST_SKIP() << "SKIPPED: this system has no pseudo-terminals"
-
-/// False when the reader is gone.
-bool writeAll(const descriptor_t& to, std::string_view bytes);
-
-/// Runs the tool to its end. With a `chunk` each read of the tool returns at most so many bytes.
-result_t runTool(const std::vector<std::string>& arguments, std::string_view input = {},
-                 std::size_t chunk = 0);
+/// Runs the tool to its end; each of its reads returns at most `chunk` bytes of the input.
+result_t runTool(const texts_t& arguments, std::string_view input = {}, std::size_t chunk = 32768);

@@ -1,34 +1,30 @@
 #include "tests/tool/toolOutput.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
+#include <fstream>
+#include <regex>
 #include <stdexcept>
 
 #include <gtest/gtest.h>
 
+#include "tests/tool/runTool.h"
+
 namespace {
 
-constexpr std::array head{"source", "line", "offset", "received",
-                          "prefix", "type", "talker", "time"};
-constexpr std::array tail{"checksum", "address", "fields", "error", "stated", "computed", "raw"};
-constexpr int values = head.size(); // the rank of the values, which stand between the two lists
-
-// Where a key stands in a record.
-int rankOf(const std::string& key) {
-    const auto inHead = std::find(head.begin(), head.end(), key);
-    const auto inTail = std::find(tail.begin(), tail.end(), key);
-    return static_cast<int>(inTail == tail.end() ? inHead - head.begin()
-                                                 : inTail - tail.begin() + values + 1);
-}
+// The order of the keys; what is not listed is a value and stands at the empty one.
+const texts_t order = {"source", "line",   "offset",   "received", "prefix",  "type",
+                       "talker", "time",   "",         "checksum", "address", "fields",
+                       "error",  "stated", "computed", "raw"};
 
 void checkRecord(const json_t& record, std::string_view input) {
-    int last = -1;
+    const auto values = std::find(order.begin(), order.end(), "");
+    auto next = order.begin(); // where the next key may stand
     for (const auto& member : record.items()) {
-        const int rank = rankOf(member.key());
-        EXPECT_TRUE(rank > last || (rank == last && rank == values))
-            << member.key() << " is out of order in " << record;
-        last = rank;
+        const auto known = std::find(order.begin(), order.end(), member.key());
+        const auto place = known == order.end() ? values : known;
+        EXPECT_TRUE(place >= next) << member.key() << " is out of order in " << record;
+        next = place == values ? place : place + 1;
     }
     EXPECT_TRUE(record.contains("type")) << record;
     EXPECT_TRUE(record.contains("raw") || !record.contains("error")) << record;
@@ -40,22 +36,58 @@ void checkRecord(const json_t& record, std::string_view input) {
     }
 }
 
-bool isLineEnd(char c) { return c == '\r' || c == '\n'; }
-
-// LF, CR, and a run of CR followed by LF are one line end each.
-std::size_t countLineEnds(std::string_view text) {
-    std::size_t count = 0;
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const std::size_t behind = std::min(text.find_first_not_of('\r', i), text.size());
-        if (behind > i && behind < text.size() && text[behind] == '\n') {
-            i = behind;
-        }
-        count += isLineEnd(text[i]) ? 1 : 0;
+std::string textOf(const json_t& record, const std::string& key) {
+    if (key == "sats") {
+        return std::to_string(record.at("satellites").size());
     }
-    return count;
+    const json_t value = record.value(key, json_t(""));
+    std::string text = value.is_string() ? std::string(value) : value.dump();
+    if (value.is_array()) {
+        text.erase(std::remove(text.begin(), text.end(), '"'), text.end());
+    }
+    return text;
+}
+
+// What `pattern` leaves of a text.
+texts_t split(const std::string& text, const char* pattern) {
+    const std::regex between(pattern);
+    return {std::sregex_token_iterator(text.begin(), text.end(), between, -1), {}};
 }
 
 } // namespace
+
+void expectParts(const std::string& text, const std::string& parts) {
+    for (const std::string& part : split(parts, "; ")) {
+        EXPECT_NE(text.find(part), text.npos) << part << " is not in " << text;
+    }
+}
+
+void expectRecords(const std::vector<row_t>& rows) {
+    for (const row_t& row : rows) {
+        const std::string input = withChecksums(row.input);
+        SCOPED_TRACE(row.options + ": " + input.substr(0, 300));
+        const bool quiet = *row.closing == '\0';
+        const texts_t arguments = words("decode " + row.options + (quiet ? " --quiet" : ""));
+        const result_t result = runTool(arguments, input);
+        EXPECT_EQ(result.status, 0);
+        EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), quiet ? 0 : 1);
+        expectParts(result.err, row.closing);
+        const std::vector<json_t> records = readRecords(result.out, input);
+        const texts_t expected = split(withChecksums(row.records), " \\| ");
+        EXPECT_EQ(records.size(), row.records.empty() ? 0 : expected.size()) << result.out;
+        for (std::size_t i = 0; i < std::min(records.size(), expected.size()); ++i) {
+            for (const std::string& word : split(expected[i], " (?=[A-Za-z]+=)")) {
+                const std::string key = word.substr(0, word.find('='));
+                EXPECT_EQ(key + "=" + textOf(records[i], key), word) << records[i];
+            }
+        }
+        if (row.options.find("--raw") != std::string::npos) {
+            expectTiling(records, input);
+        }
+        // What a read returns is decoded at once; where the input is cut does not matter.
+        EXPECT_EQ(runTool(arguments, input, 1).out, result.out);
+    }
+}
 
 std::string checksumOf(std::string_view body) {
     unsigned sum = 0;
@@ -106,26 +138,28 @@ std::string unescape(const std::string& text) {
 
 std::vector<json_t> readRecords(const std::string& output, std::string_view input) {
     std::vector<json_t> records;
-    for (std::size_t begin = 0, end = 0; begin < output.size(); begin = end + 1) {
-        end = std::min(output.find('\n', begin), output.size());
-        EXPECT_LT(end, output.size()) << "the last line has no end";
-        records.push_back(json_t::parse(output.substr(begin, end - begin)));
+    EXPECT_TRUE(output.empty() || output.back() == '\n') << "the last line has no end";
+    std::istringstream lines(output);
+    for (std::string line; std::getline(lines, line);) {
+        records.push_back(json_t::parse(line));
         checkRecord(records.back(), input);
     }
     return records;
 }
 
 void expectTiling(const std::vector<json_t>& records, std::string_view input) {
+    static const std::regex lineEnd("\r*\n|\r");
     std::size_t done = 0;
     std::size_t line = 1;
     // What no record covers begins and ends with a line end, or at an end of the input.
     const auto passGap = [&](std::size_t end) {
-        const std::string_view gap = input.substr(done, end - done);
-        const bool begun = done == 0 || gap.empty() || isLineEnd(gap.front());
-        const bool ended = end == input.size() || gap.empty() || isLineEnd(gap.back());
+        const std::string gap(input.substr(done, end - done));
+        const bool begun = done == 0 || gap.empty() || gap.find_first_of("\r\n") == 0;
+        const bool ended = end == input.size() || gap.find_last_of("\r\n") + 1 == gap.size();
         EXPECT_TRUE(begun && ended && gap.find_first_not_of(" \t\r\n") == gap.npos)
             << "no record has \"" << gap << "\" at " << done;
-        line += countLineEnds(gap);
+        line += static_cast<std::size_t>(
+            std::distance(std::sregex_iterator(gap.begin(), gap.end(), lineEnd), {}));
     };
     for (const json_t& record : records) {
         if (!record.contains("offset")) {
@@ -141,4 +175,9 @@ void expectTiling(const std::vector<json_t>& records, std::string_view input) {
         done = offset + raw.size();
     }
     passGap(input.size());
+}
+
+std::string contentOf(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(file), {}};
 }

@@ -9,10 +9,26 @@
 
 using json_t = nlohmann::ordered_json;
 
+/// A run of `kalo decode`. In inputs and expectations "<body>" is a sentence with its checksum and
+/// "<body~>" one with a wrong checksum.
+struct row_t {
+    std::string options; // --quiet too, unless `closing` is given
+    std::string input;
+    /// Words key=value, " | " between records. Nothing stands for a key that is not there; `sats`
+    /// is the number of satellites.
+    std::string records;
+    const char* closing = ""; // parts of the closing line, "; " between
+};
+
+/// Expects for each row the records, that they tile the input where --raw stands in the options,
+/// and the same from single bytes.
+void expectRecords(const std::vector<row_t>& rows);
+
+/// Expects that each part, "; " between them, stands in the text.
+void expectParts(const std::string& text, const std::string& parts);
+
 /// The checksum of a sentence without its "*hh", in two digits.
 std::string checksumOf(std::string_view body);
-
-/// `text` with each "<body>" replaced by the body and its checksum; "<body~>" gets a wrong one.
 std::string withChecksums(std::string_view text);
 
 /// The input's bytes that a string of the output stands for.
@@ -25,3 +41,5 @@ std::vector<json_t> readRecords(const std::string& output, std::string_view inpu
 /// Expects that the records, written with --raw, cover each byte of the input once, but for line
 /// ends and blank lines.
 void expectTiling(const std::vector<json_t>& records, std::string_view input);
+
+std::string contentOf(const std::string& path);
