@@ -59,7 +59,7 @@ void addPass(const std::string& group, const std::string& name,
              unsigned long (*run)(const sentences_t&), const sentences_t& sentences) {
     passNames.push_back(group + "/" + name);
     benchmark::RegisterBenchmark(passNames.back().c_str(),
-                                 [=, &sentences](auto& state) {
+                                 [=, &sentences](benchmark::State& state) {
                                      const unsigned long before = allocations;
                                      for (auto _ : state) {
                                          benchmark::DoNotOptimize(run(sentences));
@@ -73,7 +73,7 @@ void addPass(const std::string& group, const std::string& name,
 void addTool(const std::string& group, const std::string& command, const sentences_t& sentences) {
     passNames.push_back(group + "/the tool, to JSON lines");
     benchmark::RegisterBenchmark(passNames.back().c_str(),
-                                 [=, &sentences](auto& state) {
+                                 [=, &sentences](benchmark::State& state) {
                                      for (auto _ : state) {
                                          if (std::system(command.c_str()) != 0) {
                                              state.SkipWithError("the tool failed");

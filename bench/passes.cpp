@@ -186,12 +186,14 @@ const row_t* rowOf(nmeaMsgType_t type) {
     static const auto byType = [] {
         std::vector<const row_t*> table;
         for (const row_t& row : rows) {
-            table.resize(std::max<std::size_t>(table.size(), row.type + 1));
-            table[row.type] = &row;
+            const auto index = static_cast<std::size_t>(row.type);
+            table.resize(std::max(table.size(), index + 1));
+            table[index] = &row;
         }
         return table;
     }();
-    return static_cast<std::size_t>(type) < byType.size() ? byType[type] : nullptr;
+    const auto index = static_cast<std::size_t>(type);
+    return index < byType.size() ? byType[index] : nullptr;
 }
 
 unsigned long valuesOf(const nmeaMsg_t& view) {
@@ -297,7 +299,7 @@ unsigned long tableValues(const sentences_t& records) {
     unsigned long sum = 0;
     for (const std::string_view text : records) {
         auto length = static_cast<unsigned>(text.size());
-        sum += decodeNtripRecordType(text.data(), length);
+        sum += decodeNtripRecordType(text.data(), length) == ntripRecordStream ? 1U : 0U;
         stream.init(text.data(), length);
         ntripCarrierType_t carrier{};
         float latitude = 0;

@@ -61,7 +61,7 @@ constexpr viewClass_t viewClasses[] = {
 constexpr auto creators = [] {
     std::array<nmeaMsg_t* (*)(const nmeaFormat_t&), msgTypePtpsr + 1> table{};
     for (const viewClass_t& row : viewClasses) {
-        table[row.type] = row.create;
+        table[static_cast<std::size_t>(row.type)] = row.create;
     }
     return table;
 }();
