@@ -99,7 +99,7 @@ public:
         double median() const {
             std::vector<double> sorted = seconds;
             std::sort(sorted.begin(), sorted.end());
-            return sorted[sorted.size() / 2];
+            return sorted.empty() ? 0 : sorted[sorted.size() / 2];
         }
     };
 
