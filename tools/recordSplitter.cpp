@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "kalo/util/stringUtil.h"
+#include "tools/recordTable.h"
 #include "tools/stamp.h"
 
 namespace {
@@ -73,12 +74,11 @@ bool hasTaggedToken(std::string_view text) {
 // Date, time, or the value of a tag.
 bool holdsAnything(const kalo::atsAsciiMsg_t& tracking) {
     constexpr unsigned firstTag = 4;
-    constexpr unsigned slotCount = 20;
     kalo::date_t date;
     kalo::timeOfDay_t time;
     std::string text;
     bool found = tracking.decodeDate(date) || tracking.decodeTimeOfDay(time);
-    for (unsigned slot = firstTag; slot < slotCount && !found; ++slot) {
+    for (unsigned slot = firstTag; slot < trackingSlotCount && !found; ++slot) {
         found = tracking.decodeField(slot, text);
     }
     return found;
@@ -365,12 +365,11 @@ void recordSplitter_t::judgeTracking(record_t& record) {
     }
     const std::size_t star = record.text.find('*');
     const std::string_view behind = record.text.substr(star + 1);
-    const std::size_t digits =
-        std::min(behind.find_first_not_of("0123456789ABCDEFabcdef"), behind.size());
+    const auto digits = std::find_if_not(behind.begin(), behind.end(), isHexDigit) - behind.begin();
     record.fault = fault_t::badChecksumDigits;
     if (digits == 2) {
         record.fault = fault_t::checksumMismatch;
-        record.stated = hexValue(behind.substr(0, digits));
+        record.stated = hexValue(behind.substr(0, 2));
         record.computed = exclusiveOr(record.text.substr(0, star));
     }
 }

@@ -736,10 +736,9 @@ bool isFilled(const source_t& source, unsigned index) {
 }
 
 unsigned fieldCountOf(const source_t& source) {
-    constexpr unsigned trackingSlots = 20;
     return source.sentence != nullptr ? source.sentence->fieldCount()
            : source.table != nullptr  ? source.table->fieldCount()
-                                      : trackingSlots;
+                                      : trackingSlotCount;
 }
 
 } // namespace

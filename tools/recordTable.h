@@ -110,6 +110,9 @@ bool isSent(const source_t& source, fieldSet_t fields);
 /// The time of day that a sentence's view answers with.
 bool readTimeOfDay(const kalo::nmeaMsg_t& view, sentTime_t& out);
 
+/// How many slots a tracking record has, of which the first four hold no tagged value.
+constexpr unsigned trackingSlotCount = 20;
+
 /// The time of day of a tracking record.
 bool readTimeOfDay(const kalo::atsAsciiMsg_t& tracking, sentTime_t& out);
 

@@ -14,7 +14,7 @@ bool isDigit(char c) { return c >= '0' && c <= '9'; }
 // Walks over a text; every step says whether it went.
 class cursor_t {
 public:
-    explicit cursor_t(std::string_view text) : m_text(text) {}
+    cursor_t(std::string_view text, std::size_t position) : m_text(text), m_position(position) {}
 
     std::size_t position() const { return m_position; }
 
@@ -57,20 +57,17 @@ private:
     }
 
     std::string_view m_text;
-    std::size_t m_position = 0;
+    std::size_t m_position;
 };
 
 // 2014-08-01T00:00:00.316000Z; the separator is T, t or a blank, the fraction and the zone may be
 // missing, the zone may be an offset.
 std::size_t isoLength(std::string_view line) {
-    cursor_t at(line);
+    constexpr std::size_t dateLength = 10;
     kalo::date_t date;
-    if (!parseDate(line.substr(0, 10), date)) {
-        return 0;
-    }
-    if (!(at.number(4, 0, 9999) && at.oneOf("-") && at.number(2, 1, 12) && at.oneOf("-") &&
-          at.number(2, 1, 31) && at.oneOf("Tt ") && at.number(2, 0, 23) && at.oneOf(":") &&
-          at.number(2, 0, 59) && at.oneOf(":") && at.number(2, 0, 60))) {
+    cursor_t at(line, dateLength);
+    if (!(parseDate(line.substr(0, dateLength), date) && at.oneOf("Tt ") && at.number(2, 0, 23) &&
+          at.oneOf(":") && at.number(2, 0, 59) && at.oneOf(":") && at.number(2, 0, 60))) {
         return 0;
     }
     if (at.oneOf(".") && !at.digits()) {

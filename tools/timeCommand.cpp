@@ -1,7 +1,6 @@
 #include "tools/timeCommand.h"
 
 #include <cmath>
-#include <cstdlib>
 
 #include <unistd.h>
 
