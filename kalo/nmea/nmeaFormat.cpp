@@ -1,11 +1,13 @@
 #include "kalo/nmea/nmeaFormat.h"
 
 #include <algorithm>
+#include <array>
 #include <cstdint>
 #include <cstring>
 #include <string_view>
 #include <vector>
 
+#include "kalo/nmea/sentences.h"
 #include "kalo/util/numberText.h"
 
 namespace kalo {
@@ -14,57 +16,80 @@ namespace {
 
 constexpr std::ptrdiff_t blockSize = 8;
 
-struct typeName_t {
+// What recognition needs of the list of sentences.
+struct name_t {
+    addressRule_t rule;
     std::string_view text;
     nmeaMsgType_t type;
 };
 
-// Compared with the whole address field, before the suffixes.
-constexpr typeName_t wholeNames[] = {
-    {"$PZWBGST", msgTypePzwbGst}, {"$PZWBMDE", msgTypePzwbMde}, {"$PZWBGGA", msgTypePzwbGga},
-    {"$PSIMLBP", msgTypePsimLbp}, {"$PSIMSSB", msgTypePsimSsb}, {"$PTPSR", msgTypePtpsr},
-};
+constexpr auto names = arrayOfSentences([](auto sentence) {
+    return name_t{sentence.rule, sentence.name, sentence.type};
+});
 
-constexpr std::size_t suffixLength = 3;
+template <addressRule_t rule>
+constexpr std::size_t countOf() {
+    std::size_t count = 0;
+    for (const name_t& name : names) {
+        count += name.rule == rule ? 1 : 0;
+    }
+    return count;
+}
+
+// The names that follow one rule, as a table that is made at compile time.
+template <addressRule_t rule, typename Row>
+constexpr auto tableOf() {
+    std::array<Row, countOf<rule>()> table{};
+    std::size_t next = 0;
+    for (const name_t& name : names) {
+        if (name.rule == rule) {
+            table[next++] = Row(name);
+        }
+    }
+    return table;
+}
+
+constexpr std::size_t endLength = 3;
+
+constexpr bool endsHaveOneLength() {
+    for (const name_t& name : names) {
+        if (name.rule != addressRule_t::whole && name.text.size() != endLength) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(endsHaveOneLength(), "the end of an address is compared as three letters");
 
 // Three letters as one number, which is compared at once.
 constexpr std::uint32_t lettersOf(const char* text) {
     std::uint32_t letters = 0;
-    for (std::size_t i = 0; i < suffixLength; ++i) {
+    for (std::size_t i = 0; i < endLength; ++i) {
         letters = letters << 8 | static_cast<unsigned char>(text[i]);
     }
     return letters;
 }
 
-struct suffix_t {
-    std::uint32_t letters;
-    nmeaMsgType_t type;
+struct end_t {
+    std::uint32_t letters = 0;
+    nmeaMsgType_t type = msgTypeUnknown;
 
-    constexpr suffix_t(const char (&text)[suffixLength + 1], nmeaMsgType_t sentence)
-        : letters(lettersOf(text)), type(sentence) {}
+    constexpr end_t() = default;
+    explicit constexpr end_t(const name_t& name)
+        : letters(lettersOf(name.text.data())), type(name.type) {}
 };
 
-// Compared with the end of an address field that starts with "$".
-constexpr suffix_t suffixes[] = {
-    {"ALM", msgTypeAlm}, {"DBT", msgTypeDbt}, {"DPT", msgTypeDpt}, {"DTM", msgTypeDtm},
-    {"GGA", msgTypeGga}, {"GLL", msgTypeGll}, {"GSA", msgTypeGsa}, {"GST", msgTypeGst},
-    {"GSV", msgTypeGsv}, {"MWD", msgTypeMwd}, {"MWV", msgTypeMwv}, {"RMC", msgTypeRmc},
-    {"VTG", msgTypeVtg}, {"ZDA", msgTypeZda}, {"HDT", msgTypeHdt}, {"GBS", msgTypeGbs},
-    {"ROT", msgTypeRot}, {"THS", msgTypeThs},
-};
+constexpr auto wholeNames = tableOf<addressRule_t::whole, name_t>();
+constexpr auto ends = tableOf<addressRule_t::end, end_t>();
+constexpr auto encapsulatedEnds = tableOf<addressRule_t::encapsulatedEnd, end_t>();
 
-// Compared with the end of an address field that starts with "!".
-constexpr suffix_t encapSuffixes[] = {
-    {"VDM", msgTypeVdm},
-};
-
-template <std::size_t count>
-nmeaMsgType_t recogniseSuffix(std::string_view address, const suffix_t (&table)[count]) {
-    if (address.size() < suffixLength) {
+template <typename Table>
+nmeaMsgType_t recogniseEnd(std::string_view address, const Table& table) {
+    if (address.size() < endLength) {
         return msgTypeUnknown;
     }
-    const std::uint32_t letters = lettersOf(address.data() + address.size() - suffixLength);
-    for (const suffix_t& row : table) {
+    const std::uint32_t letters = lettersOf(address.data() + address.size() - endLength);
+    for (const end_t& row : table) {
         if (row.letters == letters) {
             return row.type;
         }
@@ -74,14 +99,14 @@ nmeaMsgType_t recogniseSuffix(std::string_view address, const suffix_t (&table)[
 
 nmeaMsgType_t recognise(std::string_view address) {
     if (address[0] == '!') {
-        return recogniseSuffix(address, encapSuffixes);
+        return recogniseEnd(address, encapsulatedEnds);
     }
-    for (const typeName_t& row : wholeNames) {
-        if (address == row.text) {
+    for (const name_t& row : wholeNames) {
+        if (address.substr(1) == row.text) {
             return row.type;
         }
     }
-    return recogniseSuffix(address, suffixes);
+    return recogniseEnd(address, ends);
 }
 
 // Eight bytes as one number, the first the lowest.
