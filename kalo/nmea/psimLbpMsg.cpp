@@ -1,6 +1,7 @@
 #include "kalo/nmea/psimLbpMsg.h"
 
 #include "kalo/nmea/fieldAccess.h"
+#include "kalo/nmea/psimAxes.h"
 
 namespace kalo {
 
@@ -67,23 +68,19 @@ psimLbpMsg_t::coords_t::layout_t psimLbpMsg_t::coords_t::layoutOf(const psimLbpM
 }
 
 bool psimLbpMsg_t::coords_t::decodeNorthOffset(double& out) const {
-    return (m_layout == layoutCartesianNE && m_msg->decodeRawX(out)) ||
-           (m_layout == layoutCartesianEN && m_msg->decodeRawY(out));
+    return decodeAxis(*m_msg, m_layout, layoutCartesianNE, layoutCartesianEN, out);
 }
 
 bool psimLbpMsg_t::coords_t::decodeEastOffset(double& out) const {
-    return (m_layout == layoutCartesianNE && m_msg->decodeRawY(out)) ||
-           (m_layout == layoutCartesianEN && m_msg->decodeRawX(out));
+    return decodeAxis(*m_msg, m_layout, layoutCartesianEN, layoutCartesianNE, out);
 }
 
 bool psimLbpMsg_t::coords_t::decodeUtmNorthing(double& out) const {
-    return (m_layout == layoutUtmNE && m_msg->decodeRawX(out)) ||
-           (m_layout == layoutUtmEN && m_msg->decodeRawY(out));
+    return decodeAxis(*m_msg, m_layout, layoutUtmNE, layoutUtmEN, out);
 }
 
 bool psimLbpMsg_t::coords_t::decodeUtmEasting(double& out) const {
-    return (m_layout == layoutUtmNE && m_msg->decodeRawY(out)) ||
-           (m_layout == layoutUtmEN && m_msg->decodeRawX(out));
+    return decodeAxis(*m_msg, m_layout, layoutUtmEN, layoutUtmNE, out);
 }
 
 bool psimLbpMsg_t::coords_t::decodeLatitude(double& out) const {

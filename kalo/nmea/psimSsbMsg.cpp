@@ -1,6 +1,7 @@
 #include "kalo/nmea/psimSsbMsg.h"
 
 #include "kalo/nmea/fieldAccess.h"
+#include "kalo/nmea/psimAxes.h"
 #include "kalo/util/stringUtil.h"
 #include "kalo/util/units.h"
 
@@ -116,23 +117,19 @@ bool psimSsbMsg_t::coords_t::decodeForwardOffset(double& out) const {
 }
 
 bool psimSsbMsg_t::coords_t::decodeNorthOffset(double& out) const {
-    return (m_layout == layoutNorthEast && m_msg->decodeRawX(out)) ||
-           (m_layout == layoutEastNorth && m_msg->decodeRawY(out));
+    return decodeAxis(*m_msg, m_layout, layoutNorthEast, layoutEastNorth, out);
 }
 
 bool psimSsbMsg_t::coords_t::decodeEastOffset(double& out) const {
-    return (m_layout == layoutNorthEast && m_msg->decodeRawY(out)) ||
-           (m_layout == layoutEastNorth && m_msg->decodeRawX(out));
+    return decodeAxis(*m_msg, m_layout, layoutEastNorth, layoutNorthEast, out);
 }
 
 bool psimSsbMsg_t::coords_t::decodeUtmNorthing(double& out) const {
-    return (m_layout == layoutUtmNorthEast && m_msg->decodeRawX(out)) ||
-           (m_layout == layoutUtmEastNorth && m_msg->decodeRawY(out));
+    return decodeAxis(*m_msg, m_layout, layoutUtmNorthEast, layoutUtmEastNorth, out);
 }
 
 bool psimSsbMsg_t::coords_t::decodeUtmEasting(double& out) const {
-    return (m_layout == layoutUtmNorthEast && m_msg->decodeRawY(out)) ||
-           (m_layout == layoutUtmEastNorth && m_msg->decodeRawX(out));
+    return decodeAxis(*m_msg, m_layout, layoutUtmEastNorth, layoutUtmNorthEast, out);
 }
 
 bool psimSsbMsg_t::coords_t::decodeLatitude(double& out) const {
