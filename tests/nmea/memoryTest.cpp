@@ -12,7 +12,7 @@
 
 #include "kalo/kalo.h"
 #include "tests/sentence.h"
-#include "tools/recordTable.h"
+#include "tools/record/registry.h"
 
 namespace {
 
@@ -93,10 +93,20 @@ TEST(memory, framingAgainAllocatesNothing) {
     EXPECT_EQ(live, before);
 }
 
+/// A sink that keeps nothing.
+struct nowhere_t {
+    template <typename Column, typename T>
+    void value(Column /*column*/, const T& /*value*/) {}
+    template <typename Column>
+    void none(Column /*column*/) {}
+};
+
 TEST(memory, decodingAllocatesTheViewAlone) {
     const long before = live;
     {
         std::set<int> types;
+        scratch_t scratch;
+        nowhere_t nowhere;
         for (const std::string& text : recordedSentences()) {
             const nmeaFormat_t format(text.data(), text.size());
             std::unique_ptr<nmeaMsg_t> view;
@@ -106,17 +116,14 @@ TEST(memory, decodingAllocatesTheViewAlone) {
                 continue;
             }
             types.insert(view->type());
-            source_t source;
-            source.sentence = view.get();
-            for (const valueRow_t& row : *sentenceType(view->type())) {
-                bool isList = false; // every text of the recording is short
-                const long count = allocationsOf([&] {
-                    const value_t value = row.read(source);
-                    isList = std::holds_alternative<std::vector<unsigned>>(value) ||
-                             std::holds_alternative<std::vector<satellite_t>>(value);
-                });
-                EXPECT_TRUE(count == 0 || isList) << row.name << ": " << text;
-            }
+            record_t record;
+            record.type = typeOfSentence(format.type());
+            record.content = &format;
+            visitRecord(record, scratch, [&](auto kind, const auto& source) {
+                const auto readAll = [&] { readValues<decltype(kind)>(source, nowhere); };
+                readAll(); // every text of the recording is short
+                EXPECT_EQ(allocationsOf(readAll), 0) << text;
+            });
         }
         EXPECT_EQ(types.size(), 23U); // all that have a view
     }

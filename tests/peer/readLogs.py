@@ -4,7 +4,7 @@
     readLogs.py TOOL FOLDER...
 
 Of every file below the folders: the sentences, their instants, positions, headings, depths, winds
-and speeds, and which groups of GSV sentences are complete. The status is 1 for any difference.
+and speeds, and which groups of GSV sentences end. The status is 1 for any difference.
 """
 import calendar
 import itertools
@@ -19,7 +19,7 @@ STAMP = re.compile(r"(\d{4})-(0[1-9]|1[0-2])-([0-3]\d)[Tt ](\d\d):(\d\d):(\d\d(?
                    r"(?:[Zz]|([+-])(\d\d):?(\d\d)?)?[ \t,]")
 SUMMED = re.compile(r"[$!]([^$!*]+)\*([0-9A-Fa-f]{2})")
 START = re.compile(r"[$!](?=[A-Z][A-Z0-9]{3,},)")
-TIME = re.compile(r"(\d\d)(\d\d)(\d+(?:\.\d*)?)")
+TIME = re.compile(r"(\d\d)(\d\d)(\d\d(?:\.\d*)?)")
 NUMBER = re.compile(r" *[+-]?(\d+\.?\d*|\.\d+)([eE][+-]?\d+)?")
 KNOT, FOOT, KMH = 1852 / 3600, 1200 / 3937, 1 / 3.6  # the knot itself; survey feet
 TIMES = {"GGA": 1, "GLL": 5, "RMC": 1, "ZDA": 1}
@@ -39,18 +39,19 @@ KEYS = {"time", "latitude", "longitude"} | {row[1] for row in VALUES}
 
 
 def sentences(line):
-    """The fields of each sentence in a line."""
+    """The fields of each sentence in a line, the text in front of the first behind them."""
     found = []
-    for body, digits in SUMMED.findall(line):
+    for match in SUMMED.finditer(line):
         total = 0
-        for character in body:
+        for character in match[1]:
             total ^= ord(character)
-        if total == int(digits, 16):
-            found.append(body.split(","))
+        if total == int(match[2], 16):
+            found.append((match[1], "" if found else line[:match.start()]))
     starts = START.findall(line)
-    if not found and len(starts) == 1 and line[-3:-2] != "*":
-        found.append(line[START.search(line).end():].split(","))
-    return [fields + [""] * 20 for fields in found]
+    if not found and len(starts) == 1 and "*" not in line:
+        start = START.search(line)
+        found.append((line[start.end():], line[:start.start()]))
+    return [body.split(",") + [""] * 19 + [prefix] for body, prefix in found]
 
 
 def values(kind, fields):
@@ -58,11 +59,14 @@ def values(kind, fields):
     for row, key, index, unit, factor in VALUES:
         if row == kind and NUMBER.fullmatch(fields[index]) and unit in ("", fields[index + 1]):
             out.setdefault(key, float(fields[index]) * factor)
-    for key, shift, digits, letters in ("latitude", 0, 2, "NS"), ("longitude", 2, 3, "EW"):
+    for key, shift, digits, letters, most in (("latitude", 0, 2, "NS", 90),
+                                              ("longitude", 2, 3, "EW", 180)):
         text, letter = fields[POSITIONS.get(kind, 17) + shift:][:2]
-        if NUMBER.fullmatch(text[digits:]) and letter and letter in letters:
-            size = int(text[:digits]) + float(text[digits:]) / 60
-            out[key] = size if letter == letters[0] else -size
+        if re.fullmatch(r"\d{%d}(\.\d*)?" % (digits + 2), text) and letter and letter in letters:
+            minutes = float(text[digits:])
+            size = int(text[:digits]) + minutes / 60
+            if minutes < 60 and size <= most:
+                out[key] = size if letter == letters[0] else -size
     return out
 
 
@@ -89,16 +93,20 @@ class Days:
 
     def instant(self, kind, fields, stamp):
         match = TIME.fullmatch(fields[TIMES[kind]]) if kind in TIMES else None
+        day = day_of(kind, fields)
+        void = kind == "RMC" and fields[2] == "V"
         if not match or int(match[1]) > 23 or int(match[2]) > 59 or float(match[3]) >= 61:
+            if day is not None and not void and (self.last or -1) // 86400 * 86400 != day:
+                self.last, self.last_stamp = day + 43200, stamp
+            self.dated = self.dated or (day is not None and not void)
             return None
         time = int(match[1]) * 3600 + int(match[2]) * 60 + float(match[3])
-        day = day_of(kind, fields)
-        if day is not None and not (kind == "RMC" and fields[2] == "V"):
+        if day is not None and not void:
             self.dated = True
         else:
             if not self.dated and stamp is not None:
                 self.last = stamp
-            elif not self.dated and day is not None:
+            elif self.last is None and day is not None:
                 self.last = day + 43200
             elif self.last is None:
                 return None
@@ -110,22 +118,29 @@ class Days:
 
 
 def completed(fields, groups):
-    """The satellites of the group that this GSV sentence completes; what is out of turn is lost."""
+    """The satellites of the group that this GSV sentence ends; what is out of turn is lost."""
     count = len(fields) - 20
-    name = fields[0], fields[count - 1] if count % 4 == 1 else ""
+    sender, signal = (fields[0], fields[-1]), fields[count - 1] if count % 4 == 1 else ""
     head, place = (fields[1], fields[3]), fields[2]
-    group = groups[name] = [] if place == "1" else groups.get(name, [])
-    if count % 4 > 1 or place != str(len(group) + 1) or group and group[0][0] != head:
+    if place == "1":
+        groups[sender, signal] = []
+    for name in {(sender, signal): 0, (sender, ""): 0}:  # some name the signal last
+        group = groups.get(name, [])
+        if count % 4 < 2 and place == str(len(group) + 1) and (not group or group[0][0] == head):
+            break
+    else:
         return None
+    if place == fields[1]:
+        groups.pop(name, None)
     group.append((head, [fields[at] for at in range(4, count // 4 * 4, 4)
                          if fields[at] and 0 <= float(fields[at + 1] or -1) <= 90
                          and 0 <= float(fields[at + 2] or -1) <= 360]))
     prns = sorted({int(prn) for _, sats in group for prn in sats})
-    return prns if place == fields[1] and len(prns) == int(fields[3] or -1) else None
+    return prns if place == fields[1] else None
 
 
 def read(data):
-    """What the file says: [line, type, values] of each sentence, and the complete groups."""
+    """What the file says: [line, type, values] of each sentence, and the groups that end."""
     days, groups, records = Days(), {}, []
     for place, line in enumerate(re.split(r"\r*\n|\r", data.decode("latin-1")), 1):
         match = STAMP.match(line)

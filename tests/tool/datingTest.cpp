@@ -75,7 +75,7 @@ TEST(dating, partsAndDigits) {
         {"", zda("120000.000", "01,08,2014") + at("120000.1234567890"),
          "2014-08-01T12:00:00.000Z 2014-08-01T12:00:00.1234567890Z"},
     });
-    const std::string lacking = "2 records have a time and no date, --date tells it";
+    const std::string lacking = "2 records have a time but no date; give --date YYYY-MM-DD";
     expectRecords({
         {"", at("996099.5") + zda("120000", "31,02,2014") + rmc("120001", "V", "060180"),
          "timeOfDay=99:60:99.5 | timeOfDay=12:00:00 date=2014-02-31 time= | date=1980-01-06"},
@@ -136,9 +136,10 @@ TEST(satellites, sets) {
     const std::string sat = ",1,45,90,40";
     const std::string gp = part("1", "GP", ",1") + part("2", "GP", ",1");
     const std::string gl = part("1", "GL", ",1") + part("2", "GL", ",1");
-    const char* complete = "sets: 1 complete, 0 incomplete";
-    const char* open = "sets: 0 complete, 1 incomplete";
-    const char* both = "sets: 1 complete, 1 incomplete";
+    const char* complete = "groups: 1 complete";
+    const char* open = "groups: 1 incomplete";
+    const char* partial = "groups: 1 partial";
+    const char* both = "groups: 1 complete, 1 incomplete";
     std::vector<row_t> rows = {
         {"", a + b + c, "line=3 talker=GP signalId= sats=3", complete},
         {"", "<$GPGSV,1,1,00>", "sats=0", complete},
@@ -150,10 +151,10 @@ TEST(satellites, sets) {
         {"", a + "<$GPGSV,3,2,03,2,45,90,40~>\n" + c, "", open},
         {"", gp + gl + part("1", "GP", ",8") + part("3", "GP", ",1") + part("3", "GL", ",1"),
          "line=6 talker=GP signalId=1 | line=7 talker=GL sats=3", "2 complete, 1 incomplete"},
-        {"", "<$GPGSV,1,1,02" + sat + ">", "", open},
-        {"", "<$GPGSV,1,1,01" + sat + ",2,45,90,40>", "", open},
-        {"", "<$GPGSV,1,1,01,1,-01,090,40>", "", open}, // below the horizon
-        {"", a + "<$GPGSV,3,1,03" + sat + ",2,45>\n" + b + c, "", "0 complete, 2 incomplete"},
+        {"", "<$GPGSV,1,1,02" + sat + ">", "inView=2 sats=1", partial},
+        {"", "<$GPGSV,1,1,01" + sat + ",2,45,90,40>", "inView=1 sats=2", partial},
+        {"", "<$GPGSV,1,1,01,1,-01,090,40>", "inView=1 sats=0", partial}, // below the horizon
+        {"", a + "<$GPGSV,3,1,03" + sat + ",2,45>\n" + b + c, "", "groups: 2 incomplete"},
     };
     for (row_t& row : rows) {
         row.options = "--type SATELLITES";
@@ -164,8 +165,8 @@ TEST(satellites, sets) {
 TEST(satellites, records) {
     const std::string input =
         "2014-08-01T00:00:00Z noise<$GPGSV,1,1,02,12,84.4,090,40,01,30,180,,1>\n" + at("120000");
-    const std::string set = "source=- line=1 offset= received=2014-08-01T00:00:00Z prefix= "
-                            "type=SATELLITES talker=GP signalId=1 raw= satellites=";
+    const std::string set = "source=- line=1 offset= received=2014-08-01T00:00:00Z prefix=noise "
+                            "type=SATELLITES talker=GP signalId=1 inView=2 raw= satellites=";
     const std::string list =
         "[{prn:1,elevation:30,azimuth:180},{prn:12,elevation:84.4,azimuth:90,snr:40}]";
     expectRecords({
@@ -191,7 +192,7 @@ TEST(dating, inputs) {
     const std::vector<json_t> records = readRecords(result.out, input);
     ASSERT_EQ(records.size(), 1U) << result.out;
     EXPECT_FALSE(records[0].contains("time")) << records[0];
-    expectParts(result.err, "0 complete, 2 incomplete; 1 records");
+    expectParts(result.err, "groups: 2 incomplete; 1 record has a time");
 }
 
 } // namespace

@@ -30,12 +30,12 @@ TEST(decode, lines) {
         {"--raw", one + "\r\r\r<$GPXYZ,2>\n\r<$GPXYZ,3>", "line=1 | line=4 | line=6 offset=27"},
         {"--raw", "\n \t\n\r\n<$GPXYZ,1>\r \r\n" + one + "\n\t", "line=4 offset=6 | line=6"},
         {"", one + "\n<$GPXYZ,2~>\n$GPXYZ,2*",
-         "raw= | raw=<$GPXYZ,2~> | checksum=false fields=[2*]"},
+         "raw= | raw=<$GPXYZ,2~> | error=bad checksum digits raw=$GPXYZ,2*"},
         {"--strict --raw", one + "\r\n\n<$GPXYZ,2>\n<$GPXYZ,3>\r<$GPXYZ,4>",
          "line=1 fields=[1] error= | line=3 type=null error=no line end raw=<$GPXYZ,2> | "
          "line=4 error=no line end | line=5 error=no line end"},
         {"--strict --raw", one + "\r\r\n<$GPXYZ,2>\r\n",
-         "checksum=false raw=<$GPXYZ,1> | line=2 checksum="},
+         "error=bad checksum digits raw=<$GPXYZ,1> | line=2 checksum="},
         {"--strict --raw", stamp + " " + one + "\r\nx" + one + "\r\n" + one + one + "\r\n",
          "received= prefix= error=no start character | prefix= error=no start character | "
          "error=checksum mismatch raw=<$GPXYZ,1><$GPXYZ,1>"},
@@ -103,8 +103,8 @@ TEST(decode, joinedAndCut) {
         {"", "<$GPXYZ,0~>" + one, cut + "<$GPXYZ,0~> | fields=[1]"},
         {"", one + "<$GPXYZ,2~>", "fields=[1] | " + cut + "<$GPXYZ,2~>"},
         {"", one + "$GPXYZ,2", "fields=[1] checksum= | " + cut + "$GPXYZ,2"},
-        {"", "$" + one, cut + "$ | fields=[1]"},
-        {"", one + " ", "fields=[1] | " + cut + " "},
+        {"", "$" + one, "prefix=$ fields=[1] raw="},
+        {"--raw", one + " \t", "fields=[1] raw=<$GPXYZ,1> \t"},
         {"", one + "*ZZ\n" + one + "*00", "error= | " + cut + "*ZZ | error= | " + cut + "*00"},
         {"", "ab" + one + "c$d" + one, "prefix=ab | " + cut + "c$d | prefix= fields=[1]"},
         // The first *hh that matches, but as it stands before its parts.
@@ -115,7 +115,7 @@ TEST(decode, joinedAndCut) {
         {"", "$GPXYZ,1$GPXYZ,2*00", cut + "$GPXYZ,1 | " + cut + "$GPXYZ,2*00"},
         {"", "ab" + inner + "cd", "prefix=ab fields=[$GPXYZ,1] | " + cut + "cd"},
         {"", "$GPTXT," + one + "*" + sum, cut + "$GPTXT, | fields=[1] | " + cut + "*" + sum},
-        {"", "$GPXYZ,1*00,2", "checksum=false fields=[1*00,2]"},
+        {"", "$GPXYZ,1*00,2", "error=bad checksum digits"},
         {"", "$GPXYZ,K*2bx", "fields=[K] error= | " + cut + "x"},
     });
 }
@@ -150,7 +150,7 @@ TEST(decode, recordsAndErrors) {
         {"--only-valid", "<$GPGGA,1>\n<$GPXYZ,1~>\nnoise\n<$GPXYZ,2>x", "type=GGA | fields=[2]"},
     });
     const std::string input = "<$GPGGA,1>\r\r<$GPXYZ,1>x\n$GPXYZ,1*00\n \n<$GPXYZ,2>y";
-    const char* counts = "6 records; 1 decoded; 2 untyped; 3 malformed; 2 cut; "
+    const char* counts = "6 records: 1 decoded, 2 untyped, 3 malformed; 2 cut; "
                          "1 checksum mismatch; 2 blank lines";
     expectRecords({
         {"--type GGA", input, "type=GGA", counts},
@@ -193,8 +193,6 @@ TEST(decode, numbers) {
         {"001043.", "timeOfDay:00:10:43"},
         {"001043.000", "timeOfDay:00:10:43.000"},
         {"996199.9", "timeOfDay:99:61:99.9"},
-        {"12345.5", "timeOfDay:12:34:05.5"},
-        {"12341e1", "timeOfDay:12:34:10"},
     };
     for (const texts_t& row : rows) {
         std::string out = runTool({"decode"}, withChecksums("<$GPGGA," + row[0] + ">")).out;
@@ -243,7 +241,7 @@ TEST(decode, severalInputs) {
 
 TEST(decode, compressedInput) {
     const texts_t rows[] = {
-        {"gzip", "\x1F\x8B"},        {"bzip2", "BZh"},
+        {"gzip", "\x1F\x8B\x08"},    {"bzip2", "BZh9\x31\x41\x59\x26\x53\x59"},
         {"xz", "\xFD\x37zXZ\0"s},    {"zstd", "\x28\xB5\x2F\xFD"},
         {"lz4", "\x04\x22\x4D\x18"}, {"zip", "PK\x03\x04"},
     };
@@ -251,7 +249,7 @@ TEST(decode, compressedInput) {
         for (const std::size_t chunk : {1U, 4096U}) {
             const result_t result = runTool({"decode", "--quiet"}, row[1] + "9 $GPXYZ,2\n", chunk);
             EXPECT_EQ(result.status, 1) << row[0];
-            EXPECT_EQ(result.err.rfind("kalo: -: looks like " + row[0], 0), 0) << result.err;
+            EXPECT_EQ(result.err.rfind("kalo: -: is compressed (" + row[0], 0), 0) << result.err;
             EXPECT_EQ(result.out, "");
         }
         // Less than its mark is text.
@@ -270,11 +268,11 @@ TEST(program, wrongUsage) {
         EXPECT_NE(result.err, "") << arguments;
     }
     SKIP_WITHOUT_TERMINALS(); // where the input is one: help
-    for (const char* verb : {"decode", "encode tss1", "time"}) {
+    for (const std::string verb : {"decode", "encode tss1", "time"}) {
         const result_t result = tool_t(words(verb), makeTerminal().theirs).wait();
         EXPECT_EQ(result.status, 2) << verb;
         EXPECT_EQ(result.out, "");
-        expectParts(result.err, "kalo "s + verb);
+        expectParts(result.err, "usage: kalo " + words(verb)[0]);
     }
 }
 
@@ -351,7 +349,7 @@ TEST(program, stopSignals) {
         const result_t result = tool.wait();
         EXPECT_EQ(result.status, 128 + signal);
         EXPECT_EQ(result.out, "") << "half a record is none";
-        expectParts(result.err, "kalo: 1 records");
+        expectParts(result.err, "kalo: 1 record: 1 untyped");
     }
     // In full flight: whole lines, and the count is that of the lines.
     const link_t link = makePipe();

@@ -140,7 +140,7 @@ TEST(encode, jsonLines) {
                   std::string(1000, '[') + "\n" + json,
               record + record, "2:JSON | 3:JSON | 4:JSON | 5:JSON | 6:JSON | 7:JSON | 8:JSON");
     expectRun(json + replaced(json, "{", "{" + std::string(65536, ' ')) + json, record + record,
-              "2:long | 2:long");
+              "2:longer than 64 KiB");
     for (const std::string letter : {"U", "u", "G", "g", "H", "h", "F", "f"}) {
         expectRun(replaced(json, "U", letter), replaced(record, "U", letter), "");
     }

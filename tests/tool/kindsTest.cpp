@@ -113,7 +113,7 @@ TEST(kinds, sourcetables) {
         {"", "Server: S\nHTTP/1.1 200 OK\n\nnoise\nbad name: x\nDate: x\n" + stream + "\nDate: y",
          isUnknown + " | " + table + "HTTP/1.1 200 OK | " + isUnknown + " | " + isUnknown + " | " +
              table + "Date: x | type=STR | " + isUnknown,
-         "1 blank lines"},
+         "1 blank line"},
         {"", "SOURCETABLE 200 OK\nDate: z\nENDSOURCETABLE\nDate: y",
          table + "SOURCETABLE 200 OK | " + table + "Date: z | " + table + "ENDSOURCETABLE | " +
              isUnknown},

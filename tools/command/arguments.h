@@ -1,0 +1,50 @@
+// The arguments of a verb: which options it has, what each does, and how they are read. Help is
+// made from the same table.
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+/// What is wrong with the arguments, for people.
+class usageError_t : public std::runtime_error {
+public:
+    using std::runtime_error::runtime_error;
+};
+
+/// How often an option may be given.
+enum class times_t {
+    once,
+    again, ///< several times, one value each
+    list   ///< several times, several values each with commas between
+};
+
+struct option_t {
+    const char* names;   ///< "--quiet", or "-q,--quiet"
+    const char* operand; ///< what its value is called; null for a flag
+    const char* help;
+    /// Takes the value, which is empty for a flag; throws `usageError_t` with what is wrong with
+    /// it.
+    std::function<void(const std::string& value)> take;
+    times_t times = times_t::once;
+};
+
+struct verb_t {
+    const char* name;
+    const char* operands; ///< "[FILE...]"
+    const char* summary;  ///< one line
+    const char* details;  ///< more of it, for its own help
+    std::vector<option_t> options;
+};
+
+/// Calls `take` for each option of `arguments`, and returns the arguments that are none. `-h` and
+/// `--help` are left to the caller. Throws `usageError_t`.
+std::vector<std::string> parseArguments(const verb_t& verb,
+                                        const std::vector<std::string>& arguments);
+
+/// An option that sets a flag, and one whose value is taken as it is.
+option_t flag(const char* names, bool& out, const char* help);
+
+/// The help of a verb.
+std::string helpOf(const verb_t& verb);

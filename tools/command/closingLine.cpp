@@ -1,0 +1,89 @@
+#include "tools/command/closingLine.h"
+
+#include <numeric>
+
+#include <fmt/format.h>
+
+#include "tools/record/registry.h"
+
+namespace {
+
+// Parts of a list, those that are zero left out.
+class partList_t {
+public:
+    explicit partList_t(const char* start, const char* separator)
+        : m_start(start), m_separator(separator) {}
+
+    void add(std::uint64_t count, std::string_view name) {
+        if (count > 0) {
+            append(fmt::format("{} {}", count, name));
+        }
+    }
+    void append(const std::string& part) {
+        if (!part.empty()) {
+            m_text += (m_text.empty() ? m_start : m_separator) + part;
+        }
+    }
+    const std::string& text() const { return m_text; }
+
+private:
+    const char* m_start;
+    const char* m_separator;
+    std::string m_text;
+};
+
+std::string counted(std::uint64_t count, const char* one, const char* many) {
+    return count == 0 ? "" : fmt::format("{} {}", count, count == 1 ? one : many);
+}
+
+} // namespace
+
+void counts_t::add(const record_t& record) {
+    if (record.type == typeOf<satellitesRecord_t>) {
+        return; // its sentences count, and its group
+    }
+    if (record.fault != fault_t::none) {
+        ++m_malformed[static_cast<std::size_t>(record.fault)];
+    } else if (record.type != noType && recordTypes[record.type].rowCount > 0) {
+        ++m_decoded;
+    } else {
+        ++m_untyped;
+    }
+}
+
+void counts_t::add(const recordReader_t& reader) {
+    m_blankLines += reader.blankLines();
+    m_complete += reader.groups().complete();
+    m_partial += reader.groups().partial();
+    m_incomplete += reader.groups().incomplete();
+    m_undated += reader.undated();
+}
+
+std::string counts_t::text() const {
+    const std::uint64_t malformed =
+        std::accumulate(m_malformed.begin(), m_malformed.end(), std::uint64_t{0});
+    partList_t reasons(" (", ", ");
+    for (std::size_t i = 0; i < m_malformed.size(); ++i) {
+        reasons.add(m_malformed[i], faultText(static_cast<fault_t>(i)));
+    }
+    partList_t kinds(": ", ", ");
+    kinds.add(m_decoded, "decoded");
+    kinds.add(m_untyped, "untyped");
+    if (malformed > 0) {
+        kinds.append(fmt::format("{} malformed{})", malformed, reasons.text()));
+    }
+    partList_t groups("satellite groups: ", ", ");
+    groups.add(m_complete, "complete");
+    groups.add(m_partial, "partial");
+    groups.add(m_incomplete, "incomplete");
+    const std::uint64_t records = m_decoded + m_untyped + malformed;
+    partList_t all("", "; ");
+    all.append((records == 0 ? "0 records" : counted(records, "record", "records")) + kinds.text());
+    all.append(counted(m_blankLines, "blank line", "blank lines"));
+    all.append(groups.text());
+    if (m_undated > 0) {
+        all.append(counted(m_undated, "record has", "records have") +
+                   " a time but no date; give --date YYYY-MM-DD");
+    }
+    return all.text();
+}

@@ -1,0 +1,279 @@
+#include "tools/command/commandLine.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include <fmt/format.h>
+#include <unistd.h>
+
+#include "tools/command/arguments.h"
+#include "tools/command/decodeCommand.h"
+#include "tools/command/encodeCommand.h"
+#include "tools/command/fieldsCommand.h"
+#include "tools/command/nearest.h"
+#include "tools/command/readInput.h"
+#include "tools/command/timeCommand.h"
+#include "tools/record/registry.h"
+#include "tools/terminal/message.h"
+#include "tools/terminal/stopSignal.h"
+#include "tools/time/calendarDate.h"
+
+namespace {
+
+using texts_t = std::vector<std::string>;
+
+typeIndex_t typeOfArgument(const std::string& name) {
+    const typeIndex_t type = typeOfName(name);
+    if (type == noType) {
+        std::vector<std::string_view> names;
+        for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
+            names.push_back(recordTypes[i].name);
+        }
+        throw usageError_t("no such record type: " + printable(name) + suggestion(name, names));
+    }
+    return type;
+}
+
+kalo::date_t dateOfArgument(const std::string& text) {
+    kalo::date_t date;
+    if (!parseDate(text, date)) {
+        throw usageError_t("no such date: " + printable(text) + " (expected YYYY-MM-DD)");
+    }
+    return date;
+}
+
+kalo::gps2utc_t leapOfArgument(const std::string& text) {
+    kalo::gps2utc_t leap;
+    if (!parseLeap(text, leap)) {
+        throw usageError_t(printable(text) +
+                           " (expected deltaTls,deltaTlsf,wnLsf,dn; the first two up to 127, "
+                           "wnLsf up to 255, dn 1 to 7)");
+    }
+    return leap;
+}
+
+kind_t kindOfArgument(const std::string& text) {
+    constexpr struct {
+        std::string_view name;
+        kind_t kind;
+    } kinds[] = {{"nmea", kind_t::sentence},
+                 {"tss1", kind_t::motion},
+                 {"ats", kind_t::tracking},
+                 {"ntrip", kind_t::table}};
+    for (const auto& row : kinds) {
+        if (row.name == text) {
+            return row.kind;
+        }
+    }
+    throw usageError_t("no such kind: " + printable(text) + " (expected nmea, tss1, ats or ntrip)");
+}
+
+std::string inCapitals(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return text;
+}
+
+// A verb, and how it runs with what is no option.
+struct command_t {
+    verb_t verb;
+    std::function<int(const texts_t& operands)> run;
+    bool readsInput = false; ///< without operands: standard input
+};
+
+command_t decodeVerb() {
+    const auto options = std::make_shared<decodeOptions_t>();
+    recordChoice_t& choice = options->choice;
+    splitOptions_t& split = options->read.split;
+    return {
+        {"decode",
+         "[FILE...]",
+         "Print the records of recordings or live input as JSON lines",
+         "Prints each record as one JSON object on a line. Reads the FILEs one after another;\n"
+         "standard input if none is given, or for -. Counts go to standard error at the end.",
+         {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
+           [&](const std::string& text) { choice.types.push_back(typeOfArgument(text)); },
+           times_t::list},
+          {"--talker", "A,B", "Print only sentences of these talkers, such as GP",
+           [&](const std::string& text) { choice.talkers.push_back(inCapitals(text)); },
+           times_t::list},
+          {"--prefix", "TEXT", "Print only records with this prefix; may be given again",
+           [&](const std::string& text) { choice.prefixes.push_back(text); }, times_t::again},
+          flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
+          flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
+          flag("--require-checksum", split.requireChecksum,
+               "Take a sentence without a checksum as malformed"),
+          flag("--strict", split.strict,
+               "Take each line as it is: it must end in CR LF, and nothing may stand in front "
+               "of the record"),
+          {"--kind", "KIND", "Take every line for this kind of record: nmea, tss1, ats or ntrip",
+           [&](const std::string& text) { split.only = kindOfArgument(text); }},
+          {"--date", "YYYY-MM-DD",
+           "The day on which each input begins, for times of day without a date",
+           [&, options](const std::string& text) { options->read.date = dateOfArgument(text); }},
+          flag("--epoch", options->json.epoch, "Print instants as Unix seconds"),
+          flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
+          flag("--raw", options->json.raw, "Add each record's original text as raw"),
+          flag("-q,--quiet", options->quiet, "Do not print the closing line with counts")}},
+        [options](const texts_t& operands) {
+            if (options->choice.onlyValid && options->choice.onlyMalformed) {
+                throw usageError_t("--only-valid and --only-malformed exclude each other");
+            }
+            options->files = operands;
+            return decodeCommand(*options);
+        },
+        true};
+}
+
+command_t fieldsVerb() {
+    return {{"fields",
+             "[TYPE...]",
+             "List the values of each record type, with units and meanings",
+             "Lists the values of the record types, or only of the TYPEs: the name of each value,\n"
+             "its unit, the fields of the record that it reads, and its meaning.",
+             {}},
+            [](const texts_t& operands) {
+                std::vector<typeIndex_t> types;
+                std::transform(operands.begin(), operands.end(), std::back_inserter(types),
+                               typeOfArgument);
+                return fieldsCommand(types);
+            }};
+}
+
+command_t timeVerb() {
+    const auto options = std::make_shared<timeOptions_t>();
+    return {{"time",
+             "[INSTANT...]",
+             "Convert between UTC, GPS week and seconds, and Unix seconds",
+             "Prints each INSTANT on all three scales. An INSTANT is 2017-01-01T00:00:00Z,\n"
+             "WEEK:SECONDS of GPS time, or @SECONDS of Unix time. Without any, the lines of\n"
+             "standard input are read.",
+             {{"--leap", "A,B,C,D",
+               "Leap seconds as a receiver broadcasts them: deltaTls,deltaTlsf,wnLsf,dn",
+               [options](const std::string& text) { options->leap = leapOfArgument(text); }}}},
+            [options](const texts_t& operands) {
+                options->texts = operands;
+                return timeCommand(*options);
+            },
+            true};
+}
+
+command_t encodeVerb() {
+    const auto options = std::make_shared<encodeOptions_t>();
+    return {{"encode",
+             "tss1 [FILE...]",
+             "Write TSS1 motion records from JSON lines or CSV",
+             "Writes TSS1 motion records from what kalo decode prints of them, or from CSV whose\n"
+             "first line names the values. Standard input if no FILE is given, or for -.",
+             {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees")}},
+            [options](const texts_t& operands) {
+                options->files = operands;
+                return encodeCommand(*options);
+            },
+            true};
+}
+
+std::vector<command_t> allCommands() {
+    return {decodeVerb(), fieldsVerb(), timeVerb(), encodeVerb()};
+}
+
+std::string helpOf(const std::vector<command_t>& commands) {
+    std::string text = "usage: kalo COMMAND [OPTION...] [FILE...]\n\n"
+                       "Decodes the text records of navigation and survey sensors.\n\n";
+    for (const command_t& command : commands) {
+        text += fmt::format("  {:8} {}\n", command.verb.name, command.verb.summary);
+    }
+    return text + "  help     Print the help of a command\n\n"
+                  "  -V, --version   Print the version\n"
+                  "  -h, --help      Print this help; kalo COMMAND --help prints a command's\n";
+}
+
+int print(const std::string& text) {
+    output_t output(STDOUT_FILENO);
+    output.buffer().append(text);
+    return finish(output, 0);
+}
+
+const command_t& commandOf(const std::string& word, const std::vector<command_t>& commands) {
+    std::vector<std::string_view> names = {"help"};
+    for (const command_t& command : commands) {
+        if (word == command.verb.name) {
+            return command;
+        }
+        names.emplace_back(command.verb.name);
+    }
+    const bool isOption = !word.empty() && word[0] == '-';
+    throw usageError_t((isOption ? "no such option: " : "no such command: ") + printable(word) +
+                       (isOption ? "" : suggestion(word, names)));
+}
+
+bool isHelp(const std::string& word) { return word == "-h" || word == "--help"; }
+
+// The format of `encode` stands in front of its files.
+void takeFormat(texts_t& operands) {
+    if (operands.empty()) {
+        throw usageError_t("no format is given (expected tss1)");
+    }
+    if (operands[0] != "tss1") {
+        throw usageError_t("no such format: " + printable(operands[0]) + " (expected tss1)");
+    }
+    operands.erase(operands.begin());
+}
+
+int runCommand(const command_t& command, const texts_t& arguments) {
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    if (std::any_of(arguments.begin(), end, isHelp)) {
+        return print(helpOf(command.verb));
+    }
+    texts_t operands = parseArguments(command.verb, arguments);
+    if (command.verb.name == std::string_view("encode")) {
+        takeFormat(operands);
+    }
+    if (command.readsInput && operands.empty()) {
+        if (isatty(STDIN_FILENO) != 0) {
+            say(fmt::format("usage: kalo {} [OPTION...] {}\nkalo: standard input is a terminal; "
+                            "name a file, or see kalo {} --help",
+                            command.verb.name, command.verb.operands, command.verb.name));
+            return exitUsage;
+        }
+        if (command.verb.name != std::string_view("time")) {
+            operands.emplace_back("-");
+        }
+    }
+    catchStopSignals();
+    return command.run(operands);
+}
+
+int run(const texts_t& arguments, std::string& place) {
+    const std::vector<command_t> commands = allCommands();
+    if (arguments.empty()) {
+        say(helpOf(commands).erase(helpOf(commands).size() - 1));
+        return exitUsage;
+    }
+    const std::string& word = arguments[0];
+    if (word == "-V" || word == "--version") {
+        return print("kalo " KALO_VERSION "\n");
+    }
+    if (isHelp(word) || word == "help") {
+        const bool isOfCommand = word == "help" && arguments.size() > 1;
+        return print(isOfCommand ? helpOf(commandOf(arguments[1], commands).verb)
+                                 : helpOf(commands));
+    }
+    const command_t& command = commandOf(word, commands);
+    place = word + ' ';
+    return runCommand(command, {arguments.begin() + 1, arguments.end()});
+}
+
+} // namespace
+
+int runCommandLine(const std::vector<std::string>& arguments) {
+    std::string place; // the command, once it is known
+    try {
+        return run(arguments, place);
+    } catch (const usageError_t& error) {
+        say(fmt::format("kalo: {}{}\nkalo: see kalo {}--help",
+                        place.empty() ? "" : place.substr(0, place.size() - 1) + ": ", error.what(),
+                        place));
+        return exitUsage;
+    }
+}

@@ -1,0 +1,62 @@
+#include "tools/command/decodeCommand.h"
+
+#include <algorithm>
+
+#include <unistd.h>
+
+#include "tools/command/closingLine.h"
+#include "tools/command/readInput.h"
+#include "tools/command/recordInputs.h"
+#include "tools/terminal/message.h"
+
+namespace {
+
+template <typename T, typename U>
+bool chooses(const std::vector<T>& list, const U& value) {
+    return list.empty() || std::find(list.begin(), list.end(), value) != list.end();
+}
+
+class jsonConsumer_t : public recordConsumer_t {
+public:
+    jsonConsumer_t(const decodeOptions_t& options, buffer_t& out)
+        : m_choice(options.choice), m_json(out, options.json) {}
+
+    void beginInput(const std::string& name) override { m_json.setSource(name); }
+
+    void take(const record_t& record) override {
+        m_counts.add(record);
+        if (isChosen(record)) {
+            m_json.write(record, m_scratch);
+        }
+    }
+
+    void endInput(const recordReader_t& reader) override { m_counts.add(reader); }
+
+    const counts_t& counts() const { return m_counts; }
+
+private:
+    bool isChosen(const record_t& record) const {
+        const bool isMalformed = record.fault != fault_t::none;
+        return !(m_choice.onlyValid && isMalformed) && !(m_choice.onlyMalformed && !isMalformed) &&
+               chooses(m_choice.types, record.type) && chooses(m_choice.talkers, record.talker) &&
+               chooses(m_choice.prefixes, record.prefix);
+    }
+
+    const recordChoice_t& m_choice;
+    jsonWriter_t m_json;
+    counts_t m_counts;
+    scratch_t m_scratch;
+};
+
+} // namespace
+
+int decodeCommand(const decodeOptions_t& options) {
+    output_t output(STDOUT_FILENO);
+    jsonConsumer_t consumer(options, output.buffer());
+    const bool areRead = readRecords(options.files, options.read, output, consumer);
+    const int status = finish(output, areRead ? 0 : exitFailure);
+    if (!options.quiet && !output.isClosed()) {
+        say("kalo: " + consumer.counts().text());
+    }
+    return status;
+}

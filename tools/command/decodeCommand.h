@@ -1,0 +1,28 @@
+// `kalo decode`: records to JSON lines.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/output/jsonWriter.h"
+#include "tools/record/recordReader.h"
+
+/// Which records are printed; an empty list chooses all.
+struct recordChoice_t {
+    std::vector<typeIndex_t> types;
+    std::vector<std::string> talkers; ///< in capital letters
+    std::vector<std::string> prefixes;
+    bool onlyValid = false;
+    bool onlyMalformed = false;
+};
+
+struct decodeOptions_t {
+    std::vector<std::string> files; ///< "-" is standard input
+    readOptions_t read;
+    recordChoice_t choice;
+    jsonOptions_t json;
+    bool quiet = false;
+};
+
+/// Returns the exit status.
+int decodeCommand(const decodeOptions_t& options);

@@ -1,0 +1,13 @@
+// `kalo encode tss1`: writes motion records from what `kalo decode` prints, or from CSV.
+#pragma once
+
+#include <string>
+#include <vector>
+
+struct encodeOptions_t {
+    std::vector<std::string> files; ///< "-" is standard input
+    bool radians = false;           ///< roll and pitch are radians, not degrees
+};
+
+/// Returns the exit status.
+int encodeCommand(const encodeOptions_t& options);

@@ -1,0 +1,132 @@
+#include "tools/input/lineSplitter.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr std::size_t npos = std::string::npos;
+
+} // namespace
+
+lineSplitter_t::lineSplitter_t(bool keepEnds) : m_keepEnds(keepEnds) {}
+
+void lineSplitter_t::append(std::string_view data) {
+    m_buffer.erase(0, m_begin);
+    m_base += m_begin;
+    m_scan = std::max(m_scan, m_begin) - m_begin;
+    m_lf = std::max(m_lf, m_begin) - m_begin;
+    m_end = m_end == npos ? npos : m_end - m_begin;
+    m_begin = 0;
+    m_buffer.append(data);
+}
+
+void lineSplitter_t::finish() { m_finished = true; }
+
+bool lineSplitter_t::next(line_t& line) {
+    for (;;) {
+        if (m_endRun > 0 && !passEnd()) {
+            return false;
+        }
+        if (m_end == npos) {
+            m_end = findEnd();
+        }
+        const std::size_t length = std::min(m_end, m_buffer.size()) - m_begin;
+        if (length > maxLength) {
+            const bool continued = m_tooLong;
+            m_tooLong = true;
+            take(line, maxLength, 0);
+            line.continued = continued;
+            m_begin += maxLength;
+            return true;
+        }
+        if (m_end == npos) {
+            if (!m_finished || length == 0) {
+                return false;
+            }
+            m_end = m_buffer.size();
+        }
+        std::size_t endLength = 0;
+        if (m_keepEnds && !measureEnd(endLength)) {
+            return false;
+        }
+        const bool taken = take(line, length, endLength);
+        m_begin = m_end;
+        if (m_begin < m_buffer.size()) {
+            if (m_buffer[m_begin] == '\n') {
+                ++m_lineEnds;
+            } else {
+                m_endRun = 1;
+            }
+            ++m_begin;
+        }
+        m_end = npos;
+        m_tooLong = false;
+        if (taken) {
+            return true;
+        }
+    }
+}
+
+// The position of the current line's end. The next LF is kept, so that a file with CR alone is not
+// searched to its end for every line.
+std::size_t lineSplitter_t::findEnd() {
+    m_scan = std::max(m_scan, m_begin);
+    m_lf = std::max(m_lf, m_begin);
+    if (m_lf < m_buffer.size() && m_buffer[m_lf] != '\n') {
+        m_lf = std::min(m_buffer.find('\n', m_lf), m_buffer.size());
+    }
+    const std::size_t cr = std::string_view(m_buffer).substr(0, m_lf).find('\r', m_scan);
+    m_scan = std::min(cr, m_lf);
+    return m_scan < m_buffer.size() ? m_scan : npos;
+}
+
+// Passes what follows of a line end that began with CR; false when more input must decide.
+bool lineSplitter_t::passEnd() {
+    while (m_begin < m_buffer.size() && m_buffer[m_begin] == '\r') {
+        ++m_begin;
+        ++m_endRun;
+    }
+    if (m_begin == m_buffer.size() && !m_finished) {
+        return false;
+    }
+    if (m_begin < m_buffer.size() && m_buffer[m_begin] == '\n') {
+        ++m_begin;
+        ++m_lineEnds;
+    } else {
+        // Without a LF behind them each CR is a line end, with a blank line between two of them.
+        m_lineEnds += m_endRun;
+        m_blankLines += m_endRun - 1;
+    }
+    m_endRun = 0;
+    return true;
+}
+
+// The length of the current line's end; false when more input must decide. A run of CR so long
+// that memory would not be bounded counts as decided.
+bool lineSplitter_t::measureEnd(std::size_t& length) {
+    std::size_t behind = std::max(m_scan, m_end);
+    while (behind < m_buffer.size() && m_buffer[behind] == '\r') {
+        ++behind;
+    }
+    m_scan = behind;
+    if (behind < m_buffer.size() && m_buffer[behind] == '\n') {
+        length = behind + 1 - m_end;
+        return true;
+    }
+    length = std::min<std::size_t>(behind - m_end, 1);
+    return behind < m_buffer.size() || m_finished || behind - m_begin > maxLength;
+}
+
+// Hands out the text at the start of the current line, unless there is none or it is blank.
+bool lineSplitter_t::take(line_t& line, std::size_t length, std::size_t endLength) {
+    const std::string_view buffer = m_buffer;
+    const std::string_view text = buffer.substr(m_begin, length);
+    if (m_tooLong ? text.empty() : text.find_first_not_of(" \t") == npos) {
+        m_blankLines += m_tooLong ? 0 : 1;
+        return false;
+    }
+    line = {text,           buffer.substr(m_begin + length, endLength),
+            m_lineEnds + 1, m_base + m_begin,
+            m_tooLong,      m_tooLong};
+    return true;
+}

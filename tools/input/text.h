@@ -1,0 +1,38 @@
+// What the sources beside it ask about bytes, in no locale.
+#pragma once
+
+#include <string_view>
+
+inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
+
+inline bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
+
+inline bool isLetter(char c) { return isCapital(static_cast<char>(c & ~0x20)); }
+
+inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+inline bool startsWith(std::string_view text, std::string_view start) {
+    return text.substr(0, start.size()) == start;
+}
+
+/// The value of a hexadecimal digit; 16 for any other character.
+inline unsigned hexDigit(char c) {
+    if (isDigit(c)) {
+        return static_cast<unsigned>(c - '0');
+    }
+    const char upper = static_cast<char>(c & ~0x20);
+    return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A' + 10) : 16;
+}
+
+inline unsigned exclusiveOr(std::string_view text) {
+    unsigned result = 0;
+    for (const char c : text) {
+        result ^= static_cast<unsigned char>(c);
+    }
+    return result;
+}
+
+/// `text` without the blanks and tabs at its end.
+inline std::string_view withoutBlanksBehind(std::string_view text) {
+    return text.substr(0, text.find_last_not_of(" \t") + 1);
+}

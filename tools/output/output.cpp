@@ -1,0 +1,60 @@
+#include "tools/output/output.h"
+
+#include <cerrno>
+#include <cstring>
+
+#include <poll.h>
+#include <unistd.h>
+
+namespace {
+
+constexpr std::size_t largeSize = 65536;
+constexpr std::chrono::milliseconds longestWait{100};
+
+} // namespace
+
+output_t::output_t(int descriptor)
+    : m_descriptor(descriptor), m_flushed(std::chrono::steady_clock::now()) {}
+
+void output_t::flush() {
+    m_flushed = std::chrono::steady_clock::now();
+    for (std::string_view left = m_buffer.text(); !left.empty() && !m_closed;) {
+        const ssize_t count = write(m_descriptor, left.data(), left.size());
+        if (count >= 0) {
+            left.remove_prefix(static_cast<std::size_t>(count));
+        } else if (errno == EAGAIN) {
+            pollfd output = {m_descriptor, POLLOUT, 0};
+            poll(&output, 1, -1);
+        } else if (errno != EINTR) {
+            fail(errno);
+        }
+    }
+    m_buffer.clear();
+}
+
+void output_t::flushIfLarge() {
+    if (m_buffer.size() >= largeSize) {
+        flush();
+    }
+}
+
+void output_t::flushIfDue() {
+    if (std::chrono::steady_clock::now() - m_flushed >= longestWait) {
+        flush();
+    }
+}
+
+void output_t::checkReader() {
+    pollfd output = {m_descriptor, 0, 0};
+    if (!m_closed && poll(&output, 1, 0) > 0 && (output.revents & (POLLERR | POLLHUP)) != 0) {
+        fail(EPIPE);
+    }
+}
+
+std::string output_t::reason() const { return std::strerror(m_error); }
+
+// A reader that goes away, as `head` does, is no error.
+void output_t::fail(int error) {
+    m_closed = true;
+    m_error = error == EPIPE ? 0 : error;
+}

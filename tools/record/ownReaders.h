@@ -1,0 +1,14 @@
+// The readers of what is decoded once for a record: its time and its date.
+#pragma once
+
+#include "tools/record/clue.h"
+
+inline bool ownTime(const clue_t& clue, sentTime_t& out) {
+    out = clue.time;
+    return clue.hasTime;
+}
+
+inline bool ownDate(const clue_t& clue, kalo::date_t& out) {
+    out = clue.date;
+    return clue.hasDate;
+}

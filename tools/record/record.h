@@ -1,0 +1,49 @@
+// One record of an input, decoded and dated.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string_view>
+#include <variant>
+
+#include "kalo/nmea/nmeaFormat.h"
+#include "kalo/ntrip/ntripStreamDecoder.h"
+#include "kalo/sensors/atsAsciiMsg.h"
+#include "kalo/sensors/tss1Msg.h"
+#include "tools/input/pieces.h"
+#include "tools/record/clue.h"
+#include "tools/record/satelliteGroups.h"
+#include "tools/time/dating.h"
+
+/// The position of a record's type in the registry (tools/record/registry.h).
+using typeIndex_t = std::size_t;
+constexpr typeIndex_t noType = static_cast<typeIndex_t>(-1);
+
+/// Nothing was decoded.
+struct nothing_t {};
+
+/// What a record holds, by its kind; owned by the reader.
+using content_t = std::variant<nothing_t, const kalo::nmeaFormat_t*, const kalo::tss1Msg_t*,
+                               const kalo::atsAsciiMsg_t*, const kalo::ntripStreamDecoder_t*,
+                               const satelliteGroup_t*>;
+
+/// A record is valid until the next one is taken from its reader.
+struct record_t {
+    std::uint64_t line = 0;
+    std::uint64_t offset = 0;  ///< of `raw` in the input
+    std::string_view raw;      ///< all its bytes, without the line end; none of SATELLITES
+    std::string_view received; ///< the stamp of its line
+    std::string_view prefix;   ///< what stands in front of a sentence
+    std::string_view text;     ///< `raw` without stamp and prefix, of a sentence up to its checksum
+    std::string_view talker;
+    typeIndex_t type = noType; ///< of a sentence also when it has no view
+    content_t content;
+    fault_t fault = fault_t::none; ///< a tracking record keeps its content with a wrong checksum
+    bool hasChecksum = false;      ///< of a sentence
+    bool hasMore = false;          ///< bytes that no value reads stand behind it
+    unsigned stated = 0;           ///< with `checksumMismatch`
+    unsigned computed = 0;         ///< with `checksumMismatch`
+    clue_t clue;
+    std::optional<instant_t> instant;
+};

@@ -1,0 +1,155 @@
+#include "tools/record/recordClue.h"
+
+#include <cmath>
+#include <cstdio>
+
+#include "kalo/time/timeUtil.h"
+#include "tools/record/plausible.h"
+#include "tools/record/registry.h"
+
+namespace {
+
+// The fields of a record's own time; none without one.
+template <typename Row>
+constexpr fieldSet_t timeFieldsOf(const Row& /*row*/) {
+    return 0;
+}
+constexpr fieldSet_t timeFieldsOf(const row_t<ownTime>& row) { return row.fields; }
+
+template <typename Record>
+constexpr fieldSet_t timeFields = std::apply(
+    [](const auto&... row) { return (timeFieldsOf(row) | ... | fieldSet_t{0}); }, Record::rows);
+
+template <typename Record>
+constexpr bool hasOwnDate = std::apply(
+    [](const auto&... row) {
+        return (std::is_same_v<std::decay_t<decltype(row)>, row_t<ownDate>> || ... || false);
+    },
+    Record::rows);
+
+unsigned digitAt(const std::string& text, std::size_t at) {
+    return static_cast<unsigned>(text[at] - '0');
+}
+
+void readTime(const kalo::nmeaMsg_t& view, unsigned field, timeClue_t& clue) {
+    constexpr std::size_t secondsAt = 4;
+    constexpr std::size_t fractionAt = 7;
+    const kalo::nmeaField_t* text = view.field(field);
+    clue.hasTime =
+        text != nullptr && isTimeOfDay(text->toString()) && view.decodeTimeOfDay(clue.time.time);
+    if (clue.hasTime) {
+        const std::string& digits = text->toString();
+        clue.time.second = digitAt(digits, secondsAt) * 10 + digitAt(digits, secondsAt + 1);
+        clue.time.fraction = std::string_view(digits).substr(std::min(fractionAt, digits.size()));
+    }
+}
+
+bool readDate(const kalo::nmeaMsg_t& view, kalo::date_t& out) { return view.decodeDate(out); }
+
+// ZDA sends four digits of the year; where it sends two, they are meant as those of RMC are.
+bool readDate(const kalo::zdaMsg_t& view, kalo::date_t& out) {
+    constexpr unsigned yearField = 4;
+    if (!view.decodeDate(out)) {
+        return false;
+    }
+    if (view.field(yearField)->size() == 2) {
+        out.year = kalo::twoDigitYearToAD(out.year, kalo::defaultTwoDigitYearCutoff);
+    }
+    return true;
+}
+
+bool isVoid(const kalo::nmeaMsg_t& /*view*/) { return false; }
+
+bool isVoid(const kalo::rmcMsg_t& view) {
+    char validity = 0;
+    return view.decodeValidity(validity) && validity == 'V';
+}
+
+// One block of a GSV sentence; false when nothing of it was sent.
+bool readSatellite(const kalo::gsvMsg_t& view, unsigned block, satellite_t& satellite, bool& lost) {
+    const unsigned first = 4 + block * 4;
+    satellite.hasPrn = view.decodeSatPrn(block, satellite.prn);
+    satellite.hasElevation =
+        view.decodeSatElevation(block, satellite.elevation) && isFinite(satellite.elevation);
+    satellite.hasAzimuth =
+        view.decodeSatAzimuth(block, satellite.azimuth) && isFinite(satellite.azimuth);
+    satellite.hasSnr = view.decodeSatSnr(block, satellite.snr) && isFinite(satellite.snr);
+    const bool decoded[] = {satellite.hasPrn, satellite.hasElevation, satellite.hasAzimuth,
+                            satellite.hasSnr};
+    bool anySent = false;
+    for (unsigned i = 0; i < 4; ++i) {
+        const bool sent = !view.field(first + i)->isEmpty();
+        anySent = anySent || sent;
+        lost = lost || (sent && !decoded[i]);
+    }
+    return anySent;
+}
+
+void readSatellites(const kalo::nmeaMsg_t& /*view*/, std::vector<satellite_t>& /*satellites*/,
+                    clue_t& /*clue*/) {}
+
+void readSatellites(const kalo::gsvMsg_t& view, std::vector<satellite_t>& satellites,
+                    clue_t& clue) {
+    unsigned blocks = 0;
+    satellites.clear();
+    if (!view.decodeSatCount(blocks)) {
+        return;
+    }
+    for (unsigned block = 0; block < blocks; ++block) {
+        satellite_t satellite;
+        if (readSatellite(view, block, satellite, clue.lostSatellite)) {
+            satellites.push_back(satellite);
+        }
+    }
+    clue.satellites = {satellites.data(), satellites.data() + satellites.size()};
+}
+
+template <typename Record>
+void readClueOf(const kalo::nmeaFormat_t& sentence, std::vector<satellite_t>& satellites,
+                clue_t& clue) {
+    using view_t = typename Record::view_t;
+    if constexpr (std::is_base_of_v<kalo::nmeaMsg_t, view_t>) {
+        const view_t view(sentence);
+        if constexpr (timeFields<Record> != 0) {
+            readTime(view, firstOf(timeFields<Record>), clue);
+        }
+        if constexpr (hasOwnDate<Record>) {
+            clue.hasDate = readDate(view, clue.date);
+            clue.isVoid = isVoid(view);
+        }
+        readSatellites(view, satellites, clue);
+    }
+}
+
+constexpr auto readers = arrayOfRecords([](auto record) { return &readClueOf<decltype(record)>; });
+
+} // namespace
+
+void readSentenceClue(const kalo::nmeaFormat_t& sentence, typeIndex_t type,
+                      std::vector<satellite_t>& satellites, clue_t& clue) {
+    readers[type](sentence, satellites, clue);
+}
+
+void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[4], clue_t& clue) {
+    constexpr unsigned timeSlot = 3;
+    std::string text;
+    clue.hasDate = tracking.decodeDate(clue.date);
+    clue.hasTime = tracking.decodeTimeOfDay(clue.time.time) && tracking.decodeField(timeSlot, text);
+    if (!clue.hasTime) {
+        return;
+    }
+    // The milliseconds are a part of their own and a number, not the digits of a fraction.
+    constexpr int partsWithMilliseconds = 4;
+    int parts = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        parts += text[i] != ':' && (i == 0 || text[i - 1] == ':') ? 1 : 0;
+    }
+    const double whole = std::trunc(clue.time.time.second);
+    clue.time.second = static_cast<unsigned>(whole);
+    if (parts >= partsWithMilliseconds) {
+        const auto count =
+            static_cast<unsigned>(std::lround((clue.time.time.second - whole) * 1000));
+        static_cast<void>(std::snprintf(milliseconds, sizeof milliseconds, "%03u", count % 1000));
+        clue.time.fraction = milliseconds;
+    }
+}

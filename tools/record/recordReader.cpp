@@ -1,0 +1,176 @@
+#include "tools/record/recordReader.h"
+
+#include <algorithm>
+
+#include "tools/input/kinds.h"
+#include "tools/input/stamp.h"
+#include "tools/input/text.h"
+#include "tools/record/recordClue.h"
+#include "tools/record/registry.h"
+
+namespace {
+
+// Who sent a sentence: its address without the start character and the three letters of the type.
+std::string_view talkerOf(std::string_view address) {
+    const bool isProprietary = address.size() > 1 && address[1] == 'P';
+    return isProprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
+}
+
+// Date, time, or the value of a tag.
+bool holdsAnything(const kalo::atsAsciiMsg_t& tracking) {
+    kalo::date_t date;
+    kalo::timeOfDay_t time;
+    return tracking.decodeDate(date) || tracking.decodeTimeOfDay(time) || holdsTag(tracking);
+}
+
+} // namespace
+
+recordReader_t::recordReader_t(const readOptions_t& options)
+    : m_options(options), m_lines(options.split.strict), m_dating(options.date) {}
+
+void recordReader_t::feed(std::string_view bytes) { m_lines.append(bytes); }
+
+void recordReader_t::finish() {
+    m_lines.finish();
+    m_isFinished = true;
+}
+
+bool recordReader_t::next(record_t& record) {
+    if (m_hasGroup) {
+        // It has the line of the sentence that finished it, and no bytes of its own.
+        m_hasGroup = false;
+        record.offset = 0;
+        record.raw = {};
+        record.text = {};
+        record.type = typeOf<satellitesRecord_t>;
+        record.content = &m_groups.group();
+        record.hasChecksum = true;
+        record.clue = {};
+        record.instant.reset();
+        return true;
+    }
+    piece_t piece;
+    if (!nextPiece(piece)) {
+        if (m_isFinished) {
+            m_groups.finish();
+        }
+        return false;
+    }
+    record = {};
+    record.line = m_line.number;
+    record.offset = m_line.offset + static_cast<std::size_t>(piece.raw.data() - m_line.text.data());
+    record.raw = piece.raw;
+    record.received = m_received;
+    record.prefix = piece.prefix;
+    record.text = piece.text;
+    record.fault = piece.fault;
+    record.stated = piece.stated;
+    record.computed = piece.computed;
+    if (record.fault == fault_t::none) {
+        decode(piece, record);
+    }
+    return true;
+}
+
+bool recordReader_t::nextPiece(piece_t& piece) {
+    while (m_nextPiece == m_split.pieces.size()) {
+        if (!m_lines.next(m_line)) {
+            return false;
+        }
+        splitLine(m_line, m_options.split, m_inTableHeader, m_split);
+        m_nextPiece = 0;
+        if (!m_line.continued) {
+            m_received.assign(m_split.received);
+            m_stamp = stampTime(m_received);
+        }
+    }
+    piece = m_split.pieces[m_nextPiece++];
+    return true;
+}
+
+void recordReader_t::decode(const piece_t& piece, record_t& record) {
+    switch (piece.kind) {
+    case kind_t::none: return;
+    case kind_t::sentence: decodeSentence(piece, record); break;
+    case kind_t::motion:
+        m_motion.init(record.text.data(), record.text.size());
+        if (m_motion.validMask == 0) {
+            record.fault = fault_t::nothingDecodes;
+            return;
+        }
+        record.type = typeOf<motionRecord_t>;
+        record.content = &m_motion;
+        record.hasMore = record.text.size() > motionLength;
+        return;
+    case kind_t::tracking: decodeTracking(record); break;
+    case kind_t::table: {
+        const std::string& line = completed(record.text);
+        auto length = static_cast<unsigned>(line.size());
+        record.type = typeOfTableLine(kalo::decodeNtripRecordType(line.data(), length));
+        m_table.init(line.data(), static_cast<unsigned>(line.size()));
+        record.content = &m_table;
+        return;
+    }
+    }
+    record.clue.hasStamp = m_stamp.has_value();
+    record.clue.stamp = m_stamp.value_or(0);
+    if (record.fault == fault_t::none) {
+        record.instant = m_dating.date(record.clue);
+    }
+}
+
+void recordReader_t::decodeSentence(const piece_t& piece, record_t& record) {
+    completed(piece.text);
+    if (piece.checksumDigits == 1) { // some devices leave out the leading 0
+        m_completed.insert(piece.text.size() - 1, 1, '0');
+    }
+    if (!m_sentence.init(m_completed.data(), m_completed.size())) {
+        record.fault = fault_t::badChecksumDigits; // what is here was judged before
+        return;
+    }
+    record.content = &m_sentence;
+    record.hasChecksum = piece.checksumDigits > 0;
+    record.type = typeOfSentence(m_sentence.type());
+    record.talker = talkerOf(m_sentence.field(0)->toString());
+    if (record.type != noType) {
+        readSentenceClue(m_sentence, record.type, m_satellites, record.clue);
+        offerSatellites(record);
+    }
+}
+
+void recordReader_t::offerSatellites(const record_t& record) {
+    if (m_sentence.type() == kalo::msgTypeGsv) {
+        m_hasGroup =
+            m_groups.offer(record.prefix, kalo::gsvMsg_t(m_sentence), record.clue.satellites);
+    }
+}
+
+void recordReader_t::decodeTracking(record_t& record) {
+    m_tracking = kalo::atsAsciiMsg_t(record.text.data(), record.text.size());
+    if (!holdsAnything(m_tracking)) {
+        record.fault = fault_t::nothingDecodes;
+        return;
+    }
+    record.type = typeOf<trackingRecord_t>;
+    record.content = &m_tracking;
+    readTrackingClue(m_tracking, m_milliseconds, record.clue);
+    if (!m_tracking.checksumError()) {
+        return;
+    }
+    const std::size_t star = record.text.find('*');
+    const std::string_view behind = record.text.substr(star + 1);
+    const std::size_t digits = static_cast<std::size_t>(
+        std::find_if(behind.begin(), behind.end(), [](char c) { return hexDigit(c) == 16; }) -
+        behind.begin());
+    record.fault = fault_t::badChecksumDigits;
+    if (digits == 2) {
+        record.fault = fault_t::checksumMismatch;
+        record.stated = hexDigit(behind[0]) * 16 + hexDigit(behind[1]);
+        record.computed = exclusiveOr(record.text.substr(0, star));
+    }
+}
+
+// The bytes that are handed to the library, line end included.
+const std::string& recordReader_t::completed(std::string_view text) {
+    return m_completed.assign(text).append("\r\n");
+}

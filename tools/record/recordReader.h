@@ -1,0 +1,68 @@
+// The records of one input: bytes are pushed in, from wherever they come, and decoded and dated
+// records are taken out.
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "tools/input/lineSplitter.h"
+#include "tools/input/pieces.h"
+#include "tools/record/record.h"
+
+struct readOptions_t {
+    splitOptions_t split;
+    std::optional<kalo::date_t> date; ///< on which the input begins
+};
+
+/// How to use it: `feed` what there is, take records until `next` gives false, feed more; at the
+/// end `finish`, and take the rest. Work is linear in the input, memory bounded: by one line, which
+/// is cut at 64 KiB, and the open groups of satellites.
+class recordReader_t {
+public:
+    explicit recordReader_t(const readOptions_t& options);
+    recordReader_t(const recordReader_t&) = delete;
+    recordReader_t& operator=(const recordReader_t&) = delete;
+
+    /// More bytes of the input. Records taken before are no longer valid.
+    void feed(std::string_view bytes);
+    /// There are no more bytes.
+    void finish();
+    /// The next record; false when more bytes are needed, or at the end.
+    bool next(record_t& record);
+
+    std::uint64_t blankLines() const { return m_lines.blankLines(); }
+    /// Records with a time for which no date was known.
+    std::uint64_t undated() const { return m_dating.undated(); }
+    const satelliteGroups_t& groups() const { return m_groups; }
+
+private:
+    bool nextPiece(piece_t& piece);
+    void decode(const piece_t& piece, record_t& record);
+    void decodeSentence(const piece_t& piece, record_t& record);
+    void decodeTracking(record_t& record);
+    void readClue(record_t& record);
+    void offerSatellites(const record_t& record);
+    const std::string& completed(std::string_view text);
+
+    readOptions_t m_options;
+    lineSplitter_t m_lines;
+    line_t m_line;
+    splitLine_t m_split;
+    std::size_t m_nextPiece = 0;
+    bool m_inTableHeader = false;
+    std::string m_received; // kept for the further parts of a line that is too long
+    std::optional<double> m_stamp;
+    std::string m_completed;
+    kalo::nmeaFormat_t m_sentence;
+    kalo::tss1Msg_t m_motion;
+    kalo::atsAsciiMsg_t m_tracking;
+    kalo::ntripStreamDecoder_t m_table;
+    char m_milliseconds[4] = {};
+    std::vector<satellite_t> m_satellites; // of one sentence
+    satelliteGroups_t m_groups;
+    bool m_isFinished = false;
+    bool m_hasGroup = false; // the last record has finished a group, which is the next record
+    dating_t m_dating;
+};

@@ -1,0 +1,134 @@
+#include "tools/record/satelliteGroups.h"
+
+#include <algorithm>
+
+namespace {
+
+constexpr double mostElevation = 3.141592653589793 / 2;
+constexpr double mostAzimuth = 2 * 3.141592653589793;
+
+bool hasAngles(const satellite_t& satellite) {
+    return satellite.hasPrn && satellite.hasElevation && satellite.hasAzimuth &&
+           satellite.elevation >= 0 && satellite.elevation <= mostElevation &&
+           satellite.azimuth >= 0 && satellite.azimuth <= mostAzimuth;
+}
+
+// What a sentence says of its group.
+struct head_t {
+    unsigned count = 0;
+    unsigned number = 0;
+    unsigned inView = 0;
+    bool isReadable = false;
+};
+
+head_t headOf(const kalo::gsvMsg_t& view) {
+    head_t head;
+    unsigned blocks = 0;
+    const bool hasNumber = view.decodeMessageNumber(head.number);
+    head.number = hasNumber ? head.number : 0;
+    head.isReadable = hasNumber && view.decodeMessageCount(head.count) &&
+                      view.decodeTotalSatCount(head.inView) && view.decodeSatCount(blocks);
+    return head;
+}
+
+void add(satelliteGroup_t& group, const satelliteList_t& satellites) {
+    std::vector<satellite_t>& held = group.satellites;
+    for (const satellite_t& satellite : satellites) {
+        if (!hasAngles(satellite)) {
+            continue;
+        }
+        const auto place =
+            std::lower_bound(held.begin(), held.end(), satellite.prn,
+                             [](const satellite_t& one, unsigned prn) { return one.prn < prn; });
+        if (place != held.end() && place->prn == satellite.prn) {
+            *place = satellite;
+        } else if (held.size() < satelliteGroups_t::mostSatellites) {
+            held.insert(place, satellite);
+        }
+    }
+}
+
+} // namespace
+
+bool satelliteGroups_t::offer(std::string_view prefix, const kalo::gsvMsg_t& view,
+                              const satelliteList_t& satellites) {
+    ++m_sentences;
+    const head_t head = headOf(view);
+    const bool isLast = head.number == head.count;
+    const bool mayHaveSignal = view.fieldCount() % 4 == 1 && view.fieldCount() > 1;
+    const auto continues = [&](const slot_t* slot) {
+        return head.isReadable && slot != nullptr && slot->last > 0 &&
+               head.number == slot->last + 1 && head.count == slot->count &&
+               head.inView == slot->group.inView;
+    };
+    m_key.assign(prefix).append(1, '\0').append(view.addressField()->toString()).append(1, ',');
+    const std::size_t withoutSignal = m_key.size();
+    if (mayHaveSignal) {
+        m_key += view.field(view.fieldCount() - 1)->toString();
+    }
+    slot_t* slot = find(m_key);
+    if (head.number == 1) {
+        m_incomplete += slot != nullptr ? 1 : 0;
+        slot = slot != nullptr ? slot : &open(m_key);
+        slot->count = head.count;
+        slot->last = head.isReadable ? 1 : 0;
+        slot->group.inView = head.inView;
+        slot->group.satellites.clear();
+    } else {
+        if (isLast && m_key.size() > withoutSignal && !continues(slot)) {
+            // Some devices name the signal in the last sentence only.
+            slot_t* const unnamed = find(std::string_view(m_key).substr(0, withoutSignal));
+            slot = continues(unnamed) ? unnamed : slot;
+        }
+        if (!continues(slot)) {
+            // Out of turn: passed over or, without an open group, the remains of one.
+            if (slot == nullptr) {
+                open(m_key).last = 0;
+            }
+            return false;
+        }
+        slot->last = head.number;
+    }
+    slot->heard = m_sentences;
+    if (!head.isReadable) {
+        return false;
+    }
+    add(slot->group, satellites);
+    if (!isLast) {
+        return false;
+    }
+    slot->group.hasSignalId = mayHaveSignal && view.decodeSignalId(slot->group.signalId);
+    std::swap(m_finished, slot->group);
+    slot->heard = 0;
+    ++(m_finished.satellites.size() == m_finished.inView ? m_complete : m_partial);
+    return true;
+}
+
+void satelliteGroups_t::finish() {
+    for (slot_t& slot : m_slots) {
+        m_incomplete += slot.heard > 0 ? 1 : 0;
+        slot.heard = 0;
+    }
+}
+
+satelliteGroups_t::slot_t* satelliteGroups_t::find(std::string_view key) {
+    const auto found = std::find_if(m_slots.begin(), m_slots.end(), [&](const slot_t& slot) {
+        return slot.heard > 0 && slot.key == key;
+    });
+    return found == m_slots.end() ? nullptr : &*found;
+}
+
+// A free slot, a new one, or that of the group that was silent longest.
+satelliteGroups_t::slot_t& satelliteGroups_t::open(std::string_view key) {
+    auto slot =
+        std::min_element(m_slots.begin(), m_slots.end(),
+                         [](const slot_t& a, const slot_t& b) { return a.heard < b.heard; });
+    if (slot == m_slots.end() || (slot->heard > 0 && m_slots.size() < mostGroups)) {
+        slot = m_slots.emplace(m_slots.end());
+    }
+    m_incomplete += slot->heard > 0 ? 1 : 0;
+    slot->key.assign(key);
+    slot->heard = m_sentences;
+    slot->group.satellites.clear();
+    return *slot;
+}

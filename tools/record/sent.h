@@ -1,0 +1,23 @@
+// Whether something was sent where a value stands. An empty field is nothing.
+#pragma once
+
+#include <cstdint>
+
+#include "kalo/nmea/nmeaMsg.h"
+#include "kalo/ntrip/ntripRecordDecoder.h"
+#include "kalo/sensors/atsAsciiMsg.h"
+#include "kalo/sensors/tss1Msg.h"
+
+struct satelliteGroup_t;
+
+/// Which fields of a record a value reads: one bit each, the first field being the lowest. The
+/// highest bit stands for its field and all behind it.
+using fieldSet_t = std::uint64_t;
+constexpr unsigned fieldBits = 64;
+
+bool isSent(const kalo::nmeaMsg_t& sentence, fieldSet_t fields);
+bool isSent(const kalo::ntripRecordDecoder_t& record, fieldSet_t fields);
+bool isSent(const kalo::atsAsciiMsg_t& record, fieldSet_t fields);
+/// A motion record has all its columns.
+inline bool isSent(const kalo::tss1Msg_t& /*record*/, fieldSet_t /*fields*/) { return true; }
+inline bool isSent(const satelliteGroup_t& /*group*/, fieldSet_t /*fields*/) { return false; }

@@ -1,0 +1,128 @@
+// What the lines of an NTRIP sourcetable hold.
+#pragma once
+
+#include <string>
+
+#include "kalo/ntrip/ntripStreamDecoder.h"
+#include "tools/record/valueRow.h"
+
+template <unsigned index>
+bool tableText(const kalo::ntripStreamDecoder_t& record, std::string_view& out) {
+    const std::string* text = record.fieldAt(index);
+    out = text == nullptr ? std::string_view() : *text;
+    return text != nullptr;
+}
+
+/// The last field of the standard, with all that the record has behind it.
+template <unsigned index>
+reading_t tableRest(const source_t<kalo::ntripStreamDecoder_t>& source, std::string_view& out) {
+    out = source.text;
+    for (unsigned i = 0; i < index && !out.empty(); ++i) {
+        out.remove_prefix(std::min(out.find(';'), out.size() - 1) + 1);
+    }
+    return out.empty() ? reading_t::absent : reading_t::present;
+}
+
+template <unsigned index, typename Number>
+bool tableNumber(const kalo::ntripStreamDecoder_t& record, Number& out) {
+    return record.decodeField(index, out);
+}
+
+template <unsigned index, bool (kalo::ntripRecordDecoder_t::*decoder)(unsigned, bool&) const>
+bool tableFlag(const kalo::ntripStreamDecoder_t& record, bool& out) {
+    const kalo::ntripRecordDecoder_t& decoded = record;
+    return (decoded.*decoder)(index, out);
+}
+
+/// An enumeration as the word that the library prints for it.
+std::string tableWord(kalo::ntripCarrierType_t value);
+std::string tableWord(kalo::ntripSolutionType_t value);
+std::string tableWord(kalo::ntripAuthType_t value);
+
+template <auto accessor>
+bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string& out) {
+    decltype(outputOf(accessor)) value{};
+    if (!(record.*accessor)(value)) {
+        return false;
+    }
+    out = tableWord(value);
+    return true;
+}
+
+/// A network has the authentication of a stream at another place.
+bool networkAuth(const kalo::ntripStreamDecoder_t& record, std::string& out);
+
+inline bool wholeText(const source_t<kalo::ntripStreamDecoder_t>& source, std::string_view& out) {
+    out = source.text;
+    return true;
+}
+
+struct streamRecord_t {
+    using view_t = kalo::ntripStreamDecoder_t;
+    static constexpr const char* name = "STR";
+    static constexpr const char* meaning = "stream of a sourcetable";
+    static constexpr std::tuple rows{
+        row_t<tableText<1>>{"mountpoint", noUnit, fields(1), ""},
+        row_t<tableText<2>>{"identifier", noUnit, fields(2), "place"},
+        row_t<tableText<3>>{"format", noUnit, fields(3), "of the data"},
+        row_t<tableText<4>>{"formatDetails", noUnit, fields(4), ""},
+        row_t<tableWord<&view_t::decodeCarrierType>>{"carrierType", noUnit, fields(5),
+                                                     "None, L1 or L1L2"},
+        row_t<tableText<6>>{"navSystem", noUnit, fields(6), "satellite systems"},
+        row_t<tableText<7>>{"network", noUnit, fields(7), ""},
+        row_t<tableText<8>>{"country", noUnit, fields(8), ""},
+        row_t<tableNumber<9, float>>{"latitude", degreesAsSent, fields(9), "north positive"},
+        row_t<tableNumber<10, float>>{"longitude", degreesAsSent, fields(10), "east positive"},
+        row_t<tableFlag<11, &view_t::decodeOneZero>>{"nmea", noUnit, fields(11),
+                                                     "whether the caster wants a position"},
+        row_t<tableWord<&view_t::decodeSolutionType>>{"solutionType", noUnit, fields(12),
+                                                      "Single or Network"},
+        row_t<tableText<13>>{"generator", noUnit, fields(13), ""},
+        row_t<tableText<14>>{"compression", noUnit, fields(14), "compression or encryption"},
+        row_t<tableWord<&view_t::decodeAuthType>>{"authType", noUnit, fields(15),
+                                                  "None, Basic or Digest"},
+        row_t<tableFlag<16, &view_t::decodeYN>>{"fee", noUnit, fields(16), "whether there is one"},
+        row_t<tableNumber<17, unsigned>>{"bitrate", bitPerSecond, fields(17), ""},
+        row_t<tableRest<18>>{"misc", noUnit, from(18), "all that follows"}};
+};
+
+struct casterRecord_t {
+    using view_t = kalo::ntripStreamDecoder_t;
+    static constexpr const char* name = "CAS";
+    static constexpr const char* meaning = "caster of a sourcetable";
+    static constexpr std::tuple rows{
+        row_t<tableText<1>>{"host", noUnit, fields(1), ""},
+        row_t<tableNumber<2, unsigned>>{"port", noUnit, fields(2), ""},
+        row_t<tableText<3>>{"identifier", noUnit, fields(3), ""},
+        row_t<tableText<4>>{"operator", noUnit, fields(4), ""},
+        row_t<tableFlag<5, &view_t::decodeOneZero>>{"nmea", noUnit, fields(5),
+                                                    "whether the caster takes a position"},
+        row_t<tableText<6>>{"country", noUnit, fields(6), ""},
+        row_t<tableNumber<7, float>>{"latitude", degreesAsSent, fields(7), "north positive"},
+        row_t<tableNumber<8, float>>{"longitude", degreesAsSent, fields(8), "east positive"},
+        row_t<tableText<9>>{"fallbackHost", noUnit, fields(9), ""},
+        row_t<tableNumber<10, unsigned>>{"fallbackPort", noUnit, fields(10), ""},
+        row_t<tableRest<11>>{"misc", noUnit, from(11), "all that follows"}};
+};
+
+struct networkRecord_t {
+    using view_t = kalo::ntripStreamDecoder_t;
+    static constexpr const char* name = "NET";
+    static constexpr const char* meaning = "network of a sourcetable";
+    static constexpr std::tuple rows{
+        row_t<tableText<1>>{"identifier", noUnit, fields(1), ""},
+        row_t<tableText<2>>{"operator", noUnit, fields(2), ""},
+        row_t<networkAuth>{"authType", noUnit, fields(3), "None, Basic or Digest"},
+        row_t<tableFlag<4, &view_t::decodeYN>>{"fee", noUnit, fields(4), "whether there is one"},
+        row_t<tableText<5>>{"webNet", noUnit, fields(5), "address on the network"},
+        row_t<tableText<6>>{"webStr", noUnit, fields(6), "address on its streams"},
+        row_t<tableText<7>>{"webReg", noUnit, fields(7), "address for registration"},
+        row_t<tableRest<8>>{"misc", noUnit, from(8), "all that follows"}};
+};
+
+struct tableLineRecord_t {
+    using view_t = kalo::ntripStreamDecoder_t;
+    static constexpr const char* name = "TABLE";
+    static constexpr const char* meaning = "another line of a sourcetable";
+    static constexpr std::tuple rows{row_t<wholeText>{"text", noUnit, 0, "the line"}};
+};

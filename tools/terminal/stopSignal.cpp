@@ -1,0 +1,48 @@
+#include "tools/terminal/stopSignal.h"
+
+#include <cerrno>
+#include <csignal>
+
+#include <poll.h>
+
+namespace {
+
+constexpr int stopSignals[] = {SIGINT, SIGTERM, SIGHUP};
+
+volatile std::sig_atomic_t caught = 0;
+
+void note(int signal) { caught = signal; }
+
+} // namespace
+
+void catchStopSignals() {
+    struct sigaction action = {};
+    action.sa_handler = note;
+    action.sa_flags = static_cast<int>(SA_RESETHAND);
+    for (const int signal : stopSignals) {
+        struct sigaction before = {};
+        sigaction(signal, nullptr, &before);
+        if (before.sa_handler != SIG_IGN) {
+            sigaction(signal, &action, nullptr);
+        }
+    }
+}
+
+int stopSignal() { return caught; }
+
+void waitReadable(int input, int output) {
+    // A signal between the question and the wait would be missed, were it not held back until the
+    // wait lets it in.
+    sigset_t stop;
+    sigemptyset(&stop);
+    for (const int signal : stopSignals) {
+        sigaddset(&stop, signal);
+    }
+    sigset_t before;
+    sigprocmask(SIG_BLOCK, &stop, &before);
+    // Nothing is asked of the output: that it has no reader any more is always reported.
+    pollfd descriptors[] = {{input, POLLIN, 0}, {output, 0, 0}};
+    while (caught == 0 && ppoll(descriptors, 2, nullptr, &before) < 0 && errno == EINTR) {
+    }
+    sigprocmask(SIG_SETMASK, &before, nullptr);
+}
