@@ -2,21 +2,22 @@
 
 #include "kalo/nmea/fieldAccess.h"
 #include "kalo/nmea/psimAxes.h"
+#include "kalo/util/initialisedFirst.h"
 
 namespace kalo {
 
-const std::string psimLbpMsg_t::typeVessel = "Ve";
-const std::string psimLbpMsg_t::typeRov1 = "R1";
-const std::string psimLbpMsg_t::typeRov2 = "R2";
-const std::string psimLbpMsg_t::typeRov3 = "R3";
-const std::string psimLbpMsg_t::typeRov4 = "R4";
-const std::string psimLbpMsg_t::statusValid = "A";
-const std::string psimLbpMsg_t::statusUnknown = "???";
-const std::string psimLbpMsg_t::coordTypeCartesianNE = "C";
-const std::string psimLbpMsg_t::coordTypeCartesianEN = "L";
-const std::string psimLbpMsg_t::coordTypeUtmNE = "U";
-const std::string psimLbpMsg_t::coordTypeUtmEN = "E";
-const std::string psimLbpMsg_t::coordTypeRadians = "R";
+const std::string psimLbpMsg_t::typeVessel KALO_INITIALISED_FIRST = "Ve";
+const std::string psimLbpMsg_t::typeRov1 KALO_INITIALISED_FIRST = "R1";
+const std::string psimLbpMsg_t::typeRov2 KALO_INITIALISED_FIRST = "R2";
+const std::string psimLbpMsg_t::typeRov3 KALO_INITIALISED_FIRST = "R3";
+const std::string psimLbpMsg_t::typeRov4 KALO_INITIALISED_FIRST = "R4";
+const std::string psimLbpMsg_t::statusValid KALO_INITIALISED_FIRST = "A";
+const std::string psimLbpMsg_t::statusUnknown KALO_INITIALISED_FIRST = "???";
+const std::string psimLbpMsg_t::coordTypeCartesianNE KALO_INITIALISED_FIRST = "C";
+const std::string psimLbpMsg_t::coordTypeCartesianEN KALO_INITIALISED_FIRST = "L";
+const std::string psimLbpMsg_t::coordTypeUtmNE KALO_INITIALISED_FIRST = "U";
+const std::string psimLbpMsg_t::coordTypeUtmEN KALO_INITIALISED_FIRST = "E";
+const std::string psimLbpMsg_t::coordTypeRadians KALO_INITIALISED_FIRST = "R";
 
 psimLbpMsg_t::psimLbpMsg_t(const nmeaFormat_t& format) : nmeaMsg_t(msgTypePsimLbp, format) {}
 
@@ -50,8 +51,7 @@ bool psimLbpMsg_t::decodeRangeRms(double& out) const { return decodeReal(*this, 
 
 psimLbpMsg_t::coords_t::coords_t(const psimLbpMsg_t& msg) : m_msg(&msg), m_layout(layoutOf(msg)) {}
 
-// Compares with letters of its own: the constants above may not be there yet when another static
-// object is built from a sentence.
+// The letters are literals, which every platform has before it initialises any static object.
 psimLbpMsg_t::coords_t::layout_t psimLbpMsg_t::coords_t::layoutOf(const psimLbpMsg_t& msg) {
     const nmeaField_t* coordType = msg.field(5);
     if (coordType == nullptr || coordType->size() != 1) {

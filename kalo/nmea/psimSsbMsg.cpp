@@ -2,28 +2,28 @@
 
 #include "kalo/nmea/fieldAccess.h"
 #include "kalo/nmea/psimAxes.h"
+#include "kalo/util/initialisedFirst.h"
 #include "kalo/util/stringUtil.h"
-#include "kalo/util/units.h"
 
 namespace kalo {
 
-const std::string psimSsbMsg_t::statusValid = "A";
-const std::string psimSsbMsg_t::statusInvalid = "V";
-const std::string psimSsbMsg_t::coordTypeCartesian = "C";
-const std::string psimSsbMsg_t::coordTypePolar = "P";
-const std::string psimSsbMsg_t::coordTypeUtm = "U";
-const std::string psimSsbMsg_t::coordTypeRadians = "R";
-const std::string psimSsbMsg_t::orientationNorth = "N";
-const std::string psimSsbMsg_t::orientationEast = "E";
-const std::string psimSsbMsg_t::orientationHead = "H";
-const std::string psimSsbMsg_t::filterCodeMeasured = "M";
-const std::string psimSsbMsg_t::filterCodeFiltered = "F";
-const std::string psimSsbMsg_t::filterCodePredicted = "P";
-const std::string psimSsbMsg_t::addInfoNone = "N";
-const std::string psimSsbMsg_t::addInfoTime = "T";
-const std::string psimSsbMsg_t::addInfoDepth = "D";
-const std::string psimSsbMsg_t::addInfoCompass = "C";
-const std::string psimSsbMsg_t::addInfoInclinometer = "I";
+const std::string psimSsbMsg_t::statusValid KALO_INITIALISED_FIRST = "A";
+const std::string psimSsbMsg_t::statusInvalid KALO_INITIALISED_FIRST = "V";
+const std::string psimSsbMsg_t::coordTypeCartesian KALO_INITIALISED_FIRST = "C";
+const std::string psimSsbMsg_t::coordTypePolar KALO_INITIALISED_FIRST = "P";
+const std::string psimSsbMsg_t::coordTypeUtm KALO_INITIALISED_FIRST = "U";
+const std::string psimSsbMsg_t::coordTypeRadians KALO_INITIALISED_FIRST = "R";
+const std::string psimSsbMsg_t::orientationNorth KALO_INITIALISED_FIRST = "N";
+const std::string psimSsbMsg_t::orientationEast KALO_INITIALISED_FIRST = "E";
+const std::string psimSsbMsg_t::orientationHead KALO_INITIALISED_FIRST = "H";
+const std::string psimSsbMsg_t::filterCodeMeasured KALO_INITIALISED_FIRST = "M";
+const std::string psimSsbMsg_t::filterCodeFiltered KALO_INITIALISED_FIRST = "F";
+const std::string psimSsbMsg_t::filterCodePredicted KALO_INITIALISED_FIRST = "P";
+const std::string psimSsbMsg_t::addInfoNone KALO_INITIALISED_FIRST = "N";
+const std::string psimSsbMsg_t::addInfoTime KALO_INITIALISED_FIRST = "T";
+const std::string psimSsbMsg_t::addInfoDepth KALO_INITIALISED_FIRST = "D";
+const std::string psimSsbMsg_t::addInfoCompass KALO_INITIALISED_FIRST = "C";
+const std::string psimSsbMsg_t::addInfoInclinometer KALO_INITIALISED_FIRST = "I";
 
 psimSsbMsg_t::psimSsbMsg_t(const nmeaFormat_t& format) : nmeaMsg_t(msgTypePsimSsb, format) {}
 
@@ -74,8 +74,7 @@ bool psimSsbMsg_t::decodeRawAddInfo2(double& out) const { return decodeReal(*thi
 
 psimSsbMsg_t::coords_t::coords_t(const psimSsbMsg_t& msg) : m_msg(&msg), m_layout(layoutOf(msg)) {}
 
-// Compares with letters of its own: the constants above may not be there yet when another static
-// object is built from a sentence.
+// The letters are literals, which every platform has before it initialises any static object.
 psimSsbMsg_t::coords_t::layout_t psimSsbMsg_t::coords_t::layoutOf(const psimSsbMsg_t& msg) {
     static constexpr struct {
         const char* coordType;

@@ -3,10 +3,18 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <string>
 
 #include "kalo/kalo.h"
 
+// Initialised before main, like the library's constants that it reads.
+const std::string letters = kalo::psimSsbMsg_t::coordTypeUtm + kalo::psimLbpMsg_t::statusUnknown;
+
 int main() {
+    if (letters != "U???") {
+        std::puts("a constant was read before it was initialised");
+        return 1;
+    }
     const char sentence[] = "$GPGGA,123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*47\r\n";
     const kalo::nmeaFormat_t format(sentence, std::strlen(sentence));
     const std::unique_ptr<kalo::nmeaMsg_t> msg(kalo::nmeaMsg_t::create(format));
