@@ -1,4 +1,4 @@
-// What differs between platforms; the build takes one source for it.
+// What differs between platforms. Each platform has a source for it, which is empty elsewhere.
 #pragma once
 
 #include "kalo/export.h"

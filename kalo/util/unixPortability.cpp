@@ -1,4 +1,4 @@
-#if !defined(_WIN32) // builds that take every source find one of the two empty
+#if !defined(_WIN32) // every build compiles both sources; one of them is empty
 
 #include "kalo/util/portability.h"
 
