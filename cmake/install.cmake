@@ -1,5 +1,6 @@
 # What `cmake --install` lays down, in the components Runtime, Development and Tools. Nothing in it
-# knows the prefix: the whole may be moved afterwards.
+# knows the prefix, so that the whole may be moved afterwards; below /usr, where nobody moves it, the
+# pkg-config file names its paths and the tool relies on the loader's.
 include(CMakePackageConfigHelpers)
 
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/kalo)
@@ -17,21 +18,35 @@ install(FILES
     ${CMAKE_CURRENT_BINARY_DIR}/kaloConfigVersion.cmake
     DESTINATION ${packageDir} COMPONENT Development)
 
-# The paths are those of the prefix at configuration, but only their relation is kept.
-file(RELATIVE_PATH pcPrefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
-string(REGEX REPLACE "/$" "" pcPrefix ${pcPrefix})
+# The pkg-config file. pkg-config leaves out the system's folders only where they are written
+# plainly, hence a second one for /usr. The prefix is known when it is installed; of the paths of
+# configuration only the relation is kept.
 file(RELATIVE_PATH pcLibDir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_LIBDIR})
 file(RELATIVE_PATH pcIncludeDir ${CMAKE_INSTALL_PREFIX} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
 if(NOT BUILD_SHARED_LIBS)
     set(pcCflags " -DKALO_STATIC")
 endif()
-configure_file(cmake/kalo.pc.in kalo.pc @ONLY)
-install(FILES ${CMAKE_CURRENT_BINARY_DIR}/kalo.pc
-    DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT Development)
+set(pcPrefix /usr)
+configure_file(cmake/kalo.pc.in system/kalo.pc @ONLY)
+file(RELATIVE_PATH pcPrefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+string(REGEX REPLACE "/$" "" pcPrefix "\${pcfiledir}/${pcPrefix}")
+configure_file(cmake/kalo.pc.in relocatable/kalo.pc @ONLY)
+install(CODE "
+    set(kind relocatable)
+    if(CMAKE_INSTALL_PREFIX STREQUAL /usr)
+        set(kind system)
+    endif()
+    get_filename_component(folder \"${CMAKE_INSTALL_LIBDIR}/pkgconfig\" ABSOLUTE
+        BASE_DIR \"\${CMAKE_INSTALL_PREFIX}\")
+    file(INSTALL \"${CMAKE_CURRENT_BINARY_DIR}/\${kind}/kalo.pc\" DESTINATION \"\${folder}\")"
+    COMPONENT Development)
 
 if(TARGET kalo-tool)
-    file(RELATIVE_PATH libFromBin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-    if(BUILD_SHARED_LIBS)
+    # So that the tool finds the library beside it, unless the user says where, or the loader looks
+    # there anyway. CMAKE_SKIP_INSTALL_RPATH goes before all of this.
+    if(BUILD_SHARED_LIBS AND NOT DEFINED CMAKE_INSTALL_RPATH
+            AND NOT CMAKE_INSTALL_FULL_LIBDIR IN_LIST CMAKE_CXX_IMPLICIT_LINK_DIRECTORIES)
+        file(RELATIVE_PATH libFromBin ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
         set_target_properties(kalo-tool PROPERTIES INSTALL_RPATH "$ORIGIN/${libFromBin}")
     endif()
     install(TARGETS kalo-tool RUNTIME COMPONENT Tools)

@@ -4,6 +4,8 @@
 #   shared   the installed shared library of BUILD_DIR, what was installed with it, add_subdirectory
 #   static   the same for the static library
 #   sources  every header, and the library without CMake
+# TOOL_RPATH is where the installed tool looks for the library before it asks the loader; empty: only
+# there
 set -eu
 build=$1
 source=$2
@@ -12,6 +14,7 @@ consumer=$source/tests/package/consumer
 cxx="${CXX:-g++} -std=c++17"
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
+unset LD_LIBRARY_PATH
 
 fail() {
     echo "package.$way: $*" >&2
@@ -68,6 +71,20 @@ buildInside() {
     expect "$way" "$work/inside/consumer"
 }
 
+# testTool TOOL: its RPATH, and that it runs with the library in $libDir
+testTool() {
+    runpath=$(readelf -d "$1" | sed -n 's/.*R.*PATH.*\[\(.*\)\]/\1/p')
+    [ "$runpath" = "$TOOL_RPATH" ] || fail "the RPATH of the tool is '$runpath', not '$TOOL_RPATH'"
+    case $runpath in
+    *'$ORIGIN'*) ;;
+    *) export LD_LIBRARY_PATH="$libDir" ;;
+    esac
+    [ "$(readlink -f "$(usesShared "$1")")" = "$libDir/libkalo.so.$version" ] ||
+        fail "the tool does not find the library beside it"
+    "$1" --version | grep -qF "$version" || fail "the tool has another version"
+    unset LD_LIBRARY_PATH
+}
+
 testShared() {
     cmake --install "$build" --prefix "$work/first" >/dev/null
     for component in Runtime Development Tools; do
@@ -87,9 +104,12 @@ testShared() {
     readelf -d "$libDir/libkalo.so" | grep -q "SONAME.*\[$soname\]" || fail "SONAME"
     [ "$(files "$work/Runtime" | sed 's|.*/||' | tr '\n' ' ')" = "$soname libkalo.so.$version " ] ||
         fail "Runtime: $(files "$work/Runtime")"
-    [ "$(readlink -f "$(usesShared "$work/moved/bin/kalo")")" = "$libDir/libkalo.so.$version" ] ||
-        fail "the tool does not find the library beside it"
-    "$work/moved/bin/kalo" --version | grep -qF "$version" || fail "the tool has another version"
+    testTool "$work/moved/bin/kalo"
+
+    DESTDIR=$work/staged cmake --install "$build" --prefix /usr >/dev/null
+    PKG_CONFIG_PATH=$(dirname "$(find "$work/staged/usr" -name kalo.pc)")
+    flags=$(echo $(pkg-config --cflags --libs kalo))
+    [ "$flags" = -lkalo ] || fail "the flags below /usr are $flags"
 
     buildInside -DBUILD_SHARED_LIBS=ON
     cmake --install "$work/inside" --prefix "$work/none" >/dev/null
