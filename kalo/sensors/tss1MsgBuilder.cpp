@@ -10,10 +10,17 @@ namespace kalo {
 
 namespace {
 
+// A double on every platform: x87 arithmetic keeps more digits in its registers, with which a count
+// falls short of the one that was decoded.
+double quotientOf(double value, double scale) {
+    const volatile double quotient = value / scale;
+    return quotient;
+}
+
 // Truncated toward zero, and to what `Count` holds.
 template <typename Count>
 Count countsOf(double value, double scale) {
-    const double counts = value / scale;
+    const double counts = quotientOf(value, scale);
     if (std::isnan(counts)) {
         return 0;
     }
@@ -36,7 +43,8 @@ void appendHex(std::string& record, int digits, std::uint32_t count) {
 // The sign column and the digits, of which a value beyond its range has more than four.
 void appendSigned(std::string& record, double value, double scale) {
     char digits[std::numeric_limits<double>::max_exponent10 + 2];
-    static_cast<void>(std::snprintf(digits, sizeof digits, "%.0f", std::fabs(value) / scale));
+    static_cast<void>(
+        std::snprintf(digits, sizeof digits, "%.0f", quotientOf(std::fabs(value), scale)));
     record += value < 0 ? '-' : ' ';
     const std::string text = digits;
     constexpr std::size_t width = 4;

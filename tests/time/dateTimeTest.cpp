@@ -1,6 +1,8 @@
 #include "kalo/time/dateTime.h"
 
+#include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <ctime>
 #include <limits>
 #include <tuple>
@@ -65,8 +67,10 @@ TEST(dateTime, carriesFieldsOutOfRange) {
 
 // The platform's conversion, which the time zone does not touch, is the oracle.
 TEST(dateTime, agreesWithThePlatformEverySingleDay) {
-    for (std::time_t day = 0; day < 2932897; ++day) { // up to 9999-12-31
-        const std::time_t seconds = day * 86400 + day % 86400;
+    constexpr std::int64_t days = std::min<std::int64_t>(
+        2932897, std::numeric_limits<std::time_t>::max() / 86400); // up to 9999-12-31 or 2038-01-18
+    for (std::int64_t day = 0; day < days; ++day) {
+        const auto seconds = static_cast<std::time_t>(day * 86400 + day % 86400);
         std::tm tm{};
         ASSERT_NE(gmtime_r(&seconds, &tm), nullptr);
         const dateTime_t value(static_cast<double>(seconds));

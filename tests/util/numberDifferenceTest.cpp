@@ -93,14 +93,17 @@ std::vector<std::string> systematicTexts() {
 
 std::string randomText(std::mt19937_64& random) {
     static constexpr char alphabet[] = "0123456789012345678901234567890.....---++eEabcdefxX, \t\0'";
-    std::string text(random() % (random() % 8 == 0 ? 40 : 12), '\0');
+    const auto below = [&](std::uint64_t count) {
+        return static_cast<std::size_t>(random() % count);
+    };
+    std::string text(below(below(8) == 0 ? 40 : 12), '\0');
     for (char& c : text) {
-        c = alphabet[random() % (random() % 4 == 0 ? sizeof alphabet : 36)];
+        c = alphabet[below(below(4) == 0 ? sizeof alphabet : 36)];
     }
     // Many digits with a point are where rounding goes wrong.
-    if (random() % 4 == 0) {
-        text = std::to_string(random() >> random() % 20);
-        text.insert(random() % (text.size() + 1), ".");
+    if (below(4) == 0) {
+        text = std::to_string(random() >> below(20));
+        text.insert(below(text.size() + 1), ".");
     }
     return text;
 }
