@@ -1,4 +1,4 @@
-// All of kalo in one include.
+// All of kalo in one include; script/update makes it from the list of headers.
 #pragma once
 
 #include "kalo/nmea/dbtMsg.h"

@@ -1,5 +1,5 @@
 # The shipped recording and its expected output are what the generator and the tool make now.
-# cmake -DVOYAGE=... -DTOOL=... -DFOLDER=... -DOUTPUT=... -P recording.cmake; script/recordings makes both anew.
+# cmake -DVOYAGE=... -DTOOL=... -DFOLDER=... -DOUTPUT=... -P recording.cmake; script/update makes both anew.
 function(expect file)
     set(made ${OUTPUT}/${file})
     execute_process(COMMAND ${ARGN} WORKING_DIRECTORY ${FOLDER} OUTPUT_FILE ${made}
