@@ -1,6 +1,6 @@
-# What `cmake --install` lays down, in the components Runtime, Development and Tools. Nothing in it
-# knows the prefix, so that the whole may be moved afterwards; below /usr, where nobody moves it, the
-# pkg-config file names its paths and the tool relies on the loader's.
+# What `cmake --install` installs, in the components Runtime, Development and Tools. The installed
+# tree is relocatable, except below /usr: there the pkg-config file names the paths, and the tool has
+# no RPATH.
 include(CMakePackageConfigHelpers)
 
 set(packageDir ${CMAKE_INSTALL_LIBDIR}/cmake/kalo)

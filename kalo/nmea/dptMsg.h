@@ -6,7 +6,9 @@
 
 namespace kalo {
 
-///   0 address  1 depth below the transducer  2 offset of the transducer (not read)
+/// The depth of the water below the transducer.
+///
+///     0 address  1 depth below the transducer  2 offset of the transducer (not read)
 class KALO_EXPORT dptMsg_t : public nmeaMsg_t {
 public:
     explicit dptMsg_t(const nmeaFormat_t& format);

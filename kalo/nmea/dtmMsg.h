@@ -8,12 +8,13 @@
 
 namespace kalo {
 
-/// The local datum and its offsets from the reference datum. The codes are not interpreted.
+/// The local datum of the positions and its offsets from the reference datum. The codes of the
+/// datums are not interpreted.
 ///
-///   0 address  1 local datum  2 subdivision  3,4 latitude offset (minutes)
-///   5,6 longitude offset (minutes)  7 altitude offset  8 reference datum
+///     0 address  1 local datum  2 subdivision  3,4 latitude offset (minutes)
+///     5,6 longitude offset (minutes)  7 altitude offset  8 reference datum
 ///
-/// A text decodes whenever its field exists, be it empty.
+/// A text decodes whenever its field exists, even if it is empty.
 class KALO_EXPORT dtmMsg_t : public nmeaMsg_t {
 public:
     explicit dtmMsg_t(const nmeaFormat_t& format);

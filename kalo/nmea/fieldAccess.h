@@ -7,7 +7,7 @@
 
 namespace kalo {
 
-/// Calls `decoder` on field `index`; false when there is none.
+/// Calls `decoder` on field `index`; false if there is no such field.
 template <typename T, typename... Arguments>
 bool decodeField(const nmeaMsg_t& msg, unsigned index,
                  bool (nmeaField_t::*decoder)(T&, Arguments...) const, T& out,
@@ -36,16 +36,15 @@ inline bool decodeString(const nmeaMsg_t& msg, unsigned index, std::string& out)
     return decodeField<std::string>(msg, index, &nmeaField_t::decode, out);
 }
 
-/// A number that counts only with `unit` in the field behind it; `out` gets the number before the
-/// letter is looked at.
+/// A number that counts only if the next field is the letter `unit`. `out` receives the number
+/// before the letter is checked.
 inline bool decodeWithUnit(const nmeaMsg_t& msg, unsigned index, char unit, double& out) {
     char letter = 0;
     return msg.field(index + 1) != nullptr && decodeReal(msg, index, out) &&
            decodeLetter(msg, index + 1, letter) && letter == unit;
 }
 
-/// The product of a magnitude and the sign that the field behind it gives; `out` is written only on
-/// success.
+/// The product of a magnitude and the sign that the next field gives. False leaves `out` untouched.
 inline bool decodeSigned(const nmeaMsg_t& msg, unsigned index,
                          bool (nmeaField_t::*magnitudeDecoder)(double&) const,
                          bool (nmeaField_t::*signDecoder)(double&) const, double& out) {

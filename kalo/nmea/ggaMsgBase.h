@@ -1,4 +1,5 @@
-// The accessors of GGA, shared by kalo/nmea/ggaMsg.h and kalo/nmea/pzwbGgaMsg.h.
+// The accessors that kalo/nmea/ggaMsg.h and kalo/nmea/pzwbGgaMsg.h have in common. The layout of
+// the sentence is described in kalo/nmea/ggaMsg.h.
 #pragma once
 
 #include "kalo/export.h"
@@ -6,12 +7,8 @@
 
 namespace kalo {
 
-/// The fix data of a satellite receiver.
-///
-///   0 address  1 time  2,3 latitude  4,5 longitude  6 quality  7 satellites  8 HDOP
-///   9,10 altitude and unit  11,12 geoidal separation and unit  13 age of corrections  14 station
-///
-/// The unit letters are not read: both heights are metres.
+/// The accessors of the fix data of a satellite receiver; `ggaMsg_t` lists the fields. Make a
+/// `ggaMsg_t` or a `pzwbGgaMsg_t`.
 class KALO_EXPORT ggaMsgBase_t : public nmeaMsg_t {
 public:
     ~ggaMsgBase_t() override;

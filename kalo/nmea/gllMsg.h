@@ -6,11 +6,12 @@
 
 namespace kalo {
 
-/// Latitude and longitude with their time.
+/// A position with its time.
 ///
-///   0 address  1,2 latitude  3,4 longitude  5 time  6 status  7 mode (version 2.3 on)
+///     0 address  1,2 latitude  3,4 longitude  5 time  6 status  7 mode (version 2.3 on)
 ///
-/// The oldest form ends after the longitude. The letters are not interpreted.
+/// The oldest form of the sentence ends after the longitude. The status and mode letters are not
+/// interpreted.
 class KALO_EXPORT gllMsg_t : public nmeaMsg_t {
 public:
     explicit gllMsg_t(const nmeaFormat_t& format);

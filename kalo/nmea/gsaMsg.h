@@ -8,10 +8,10 @@
 
 namespace kalo {
 
-/// Which satellites the position comes from, and how well they stand.
+/// The satellites from which the position was computed, and the dilutions of precision.
 ///
-///   0 address  1 selection mode  2 fix type  3-14 satellites used  15 PDOP  16 HDOP  17 VDOP
-///   18 identifier of the satellite system (version 4.10 on)
+///     0 address  1 selection mode  2 fix type  3-14 satellites used  15 PDOP  16 HDOP  17 VDOP
+///     18 identifier of the satellite system (version 4.10 on)
 class KALO_EXPORT gsaMsg_t : public nmeaMsg_t {
 public:
     explicit gsaMsg_t(const nmeaFormat_t& format);
@@ -21,8 +21,8 @@ public:
     bool decodeManualMode(char& out) const;
     /// Fix type, as sent (1 none, 2 two-dimensional, 3 three-dimensional).
     bool decodeFixMode(unsigned& out) const;
-    /// Appends the identifiers of the satellites used to `out`; empty fields are passed over.
-    /// False when a field is missing or no number: those before it have been appended.
+    /// Appends the identifiers of the satellites used to `out` and skips empty fields. False if a
+    /// field is missing or is not a number; the identifiers before it have been appended.
     bool decodeSatIds(std::vector<unsigned>& out) const;
     /// Position dilution of precision.
     bool decodePdop(double& out) const;
@@ -30,7 +30,7 @@ public:
     bool decodeHdop(double& out) const;
     /// Vertical dilution of precision.
     bool decodeVdop(double& out) const;
-    /// The trailing identifier, as sent.
+    /// Identifier of the satellite system, as sent.
     bool decodeSignalId(unsigned& out) const;
 };
 

@@ -11,7 +11,7 @@ namespace {
 constexpr unsigned blockSize = 4;
 constexpr unsigned noField = std::numeric_limits<unsigned>::max(); // beyond every sentence
 
-// The field at `offset` in a block, the first block being behind the four fields of the head.
+// The field at `offset` in a block; the first block follows the four fields of the head.
 unsigned fieldOfBlock(unsigned block, unsigned offset) {
     constexpr unsigned lastBlock = (noField - 2 * blockSize) / blockSize;
     return block > lastBlock ? noField : blockSize + block * blockSize + offset;

@@ -1,4 +1,4 @@
-// GSV, the satellites in view. kalo/nmea/gsvSet.h puts the sentences of a group together.
+// GSV, the satellites in view. kalo/nmea/gsvSet.h combines the sentences of a group.
 #pragma once
 
 #include "kalo/export.h"
@@ -6,23 +6,27 @@
 
 namespace kalo {
 
-/// One sentence of a group that lists the satellites in view, up to four a sentence.
+/// One sentence of a group that lists the satellites in view, usually four in each sentence.
 ///
-///   0 address  1 sentences in the group  2 number of this one, from 1  3 satellites in view
-///   4.. blocks of four: satellite, elevation, azimuth, signal-to-noise ratio
-///   last: signal identifier (version 4.10 on), present when the field count is 4 n + 1
+///     0 address  1 sentences in the group  2 number of this sentence, from 1
+///     3 satellites in view, of the whole group
+///     4.. blocks of four fields: satellite, elevation, azimuth, signal-to-noise ratio
+///     last: signal identifier (version 4.10 on), present if the field count is 4 n + 1
 ///
-/// A block is named by its index from 0; an index beyond the last block gives false.
+/// The accessors of a block count the blocks from 0; a block beyond the last gives false.
 class KALO_EXPORT gsvMsg_t : public nmeaMsg_t {
 public:
     explicit gsvMsg_t(const nmeaFormat_t& format);
     ~gsvMsg_t() override;
 
+    /// Number of sentences in the group.
     bool decodeMessageCount(unsigned& out) const;
+    /// Number of this sentence in the group, from 1.
     bool decodeMessageNumber(unsigned& out) const;
+    /// Number of satellites in view, of the whole group.
     bool decodeTotalSatCount(unsigned& out) const;
-    /// How many blocks the sentence holds. False for a field count of 4 n + 2 or 4 n + 3, with
-    /// `out` untouched, and for the address alone.
+    /// Number of blocks in this sentence. False for a sentence that consists only of its address,
+    /// and, with `out` untouched, for a field count of 4 n + 2 or 4 n + 3.
     bool decodeSatCount(unsigned& out) const;
     /// Satellite identifier.
     bool decodeSatPrn(unsigned block, unsigned& out) const;
@@ -32,6 +36,7 @@ public:
     bool decodeSatAzimuth(unsigned block, double& out) const;
     /// Signal-to-noise ratio, dB-Hz; not sent for a satellite that is not tracked.
     bool decodeSatSnr(unsigned block, double& out) const;
+    /// Signal identifier, as sent.
     bool decodeSignalId(unsigned& out) const;
 };
 

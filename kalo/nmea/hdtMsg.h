@@ -6,7 +6,9 @@
 
 namespace kalo {
 
-///   0 address  1 heading  2 the letter T (not read)
+/// The heading from true north.
+///
+///     0 address  1 heading  2 T (not read)
 class KALO_EXPORT hdtMsg_t : public nmeaMsg_t {
 public:
     explicit hdtMsg_t(const nmeaFormat_t& format);

@@ -6,10 +6,12 @@
 
 namespace kalo {
 
-///   0 address  1 true direction  2 T  3 magnetic direction  4 M  5 speed (knots)  6 N
-///   7 speed (m/s)  8 M
+/// The direction and speed of the wind.
 ///
-/// The letters behind the directions are not read.
+///     0 address  1 true direction  2 T  3 magnetic direction  4 M  5 speed (knots)  6 N
+///     7 speed (m/s)  8 M
+///
+/// The letters after the directions are not read.
 class KALO_EXPORT mwdMsg_t : public nmeaMsg_t {
 public:
     explicit mwdMsg_t(const nmeaFormat_t& format);
@@ -19,8 +21,10 @@ public:
     bool decodeTrueWindDirection(double& out) const;
     /// Radians from magnetic north.
     bool decodeMagneticWindDirection(double& out) const;
-    /// Metres per second, from the knots where they and their letter N are well formed, else from
-    /// the m/s and M.
+    /// Metres per second: from the knots if their number is well formed and followed by `N`,
+    /// otherwise from the m/s if their number is followed by `M`.
+    ///
+    /// Caveat: unit letters are case-sensitive: `n` and `m` do not match.
     bool decodeWindSpeed(double& out) const;
 };
 

@@ -1,5 +1,5 @@
 // One field of a sentence: its text, comparisons, and decoders that turn it into values.
-// kalo/nmea/nmeaFormat.h makes the fields of a sentence, the views beside it read them.
+// kalo/nmea/nmeaFormat.h splits a sentence into fields; the views in kalo/nmea read them.
 #pragma once
 
 #include <cstddef>
@@ -13,14 +13,16 @@ namespace kalo {
 /// The text of one comma-separated field: an owned copy of its bytes, neither trimmed nor
 /// translated. Fields are values; comparisons are exact, byte by byte.
 ///
-/// A decoder returns true when the whole field is a value of its kind, which `out` then holds.
-/// After false `out` is unspecified except where its comment says that it stays untouched.
+/// A decoder returns true if the whole field is a value of its kind; `out` then holds the value.
+/// After false, `out` is unspecified, unless the decoder's comment says that it is left untouched.
 class KALO_EXPORT nmeaField_t {
 public:
     nmeaField_t() = default;
+    /// Copies the `length` bytes at `data`.
     nmeaField_t(const char* data, std::size_t length);
     explicit nmeaField_t(const std::string& text);
 
+    /// Replaces the text with a copy of the `length` bytes at `data`.
     void init(const char* data, std::size_t length);
     nmeaField_t& operator=(const std::string& text);
 
@@ -34,11 +36,13 @@ public:
     bool startsWith(const std::string& text) const;
     bool endsWith(const std::string& text) const;
 
-    /// The text as it is, empty or not; always true.
+    /// The text as it is, even if it is empty; always true.
     bool decode(std::string& out) const;
-    /// A text of exactly one byte; otherwise `out` stays untouched.
+    /// A text of exactly one byte. False leaves `out` untouched.
     bool decode(char& out) const;
-    // Numbers by the rules of kalo/util/stringUtil.h; `base` is 10, 16 or 8.
+    /// @name Numbers
+    /// By the rules of kalo/util/stringUtil.h; `base` is 10, 16 or 8.
+    /// @{
     bool decode(short& out, int base) const;
     bool decode(unsigned short& out, int base) const;
     bool decode(int& out, int base) const;
@@ -47,25 +51,29 @@ public:
     bool decode(unsigned long long& out, int base) const;
     bool decode(float& out) const;
     bool decode(double& out) const;
+    /// @}
 
-    /// ddmm.mmmm as radians, not negative and without an upper bound. False leaves `out` untouched.
+    /// Degrees and minutes, ddmm.mmmm, in radians. Never negative; no upper bound is checked. False
+    /// leaves `out` untouched.
     bool decodeLatitude(double& out) const;
-    /// dddmm.mmmm as radians, not negative and without an upper bound. False leaves `out`
-    /// untouched.
+    /// Degrees and minutes, dddmm.mmmm, in radians. Never negative; no upper bound is checked.
+    /// False leaves `out` untouched.
     bool decodeLongitude(double& out) const;
     /// +1.0 for "N", -1.0 for "S". False leaves `out` untouched.
     bool decodeNS(double& out) const;
     /// +1.0 for "E", -1.0 for "W". False leaves `out` untouched.
     bool decodeEW(double& out) const;
-    /// Decimal degrees as radians. False leaves `out` untouched.
+    /// Decimal degrees, in radians. False leaves `out` untouched.
     bool decodeAsRadians(double& out) const;
-    /// hhmmss with an optional fraction; no range is checked.
+    /// UTC, hhmmss with an optional fraction; no range is checked.
     bool decodeHHMMSS(timeOfDay_t& out) const;
-    /// ddmmyy, the year completed by `twoDigitYearToAD` with `cutoff`; no range is checked.
+    /// ddmmyy; `twoDigitYearToAD` completes the year with `cutoff`. No range is checked.
+    ///
     /// Caveat: the century depends on the system clock.
     bool decodeDDMMYY(date_t& out, unsigned cutoff) const;
-    /// a.b.c.d, the first number in the most significant byte. Text behind the fourth number is not
-    /// looked at, white space around the numbers is accepted. False leaves `out` untouched.
+    /// An IPv4 address a.b.c.d; a is the most significant byte of `out`. White space before the
+    /// numbers and the dots is skipped, and any text after the fourth number is ignored. False
+    /// leaves `out` untouched.
     bool decodeIpv4Address(unsigned& out) const;
 
 private:

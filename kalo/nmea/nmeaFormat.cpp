@@ -165,7 +165,7 @@ struct nmeaFormat_t::state_t {
     bool valid = false;
     int formatError = 0;
     nmeaMsgType_t type = msgTypeUnknown;
-    // The first `fieldCount` fields are in use; those behind them keep their memory for the next
+    // The first `fieldCount` fields are in use; those after them keep their memory for the next
     // sentence.
     std::vector<nmeaField_t> fields;
     std::size_t fieldCount = 0;

@@ -1,5 +1,5 @@
-// "$PSIMSSB", the position of a beacon as an acoustic underwater positioning system sees it.
-// kalo/nmea/psimLbpMsg.h is the same system's sentence on vessels and vehicles.
+// "$PSIMSSB", the position of a beacon from an acoustic underwater positioning system. The same
+// system's sentence for vessels and vehicles is in kalo/nmea/psimLbpMsg.h.
 #pragma once
 
 #include <string>
@@ -9,34 +9,37 @@
 
 namespace kalo {
 
-/// Two raw coordinates, which letters give their meaning, and two raw additional values likewise:
-/// `coords_t` and `addInfo_t` read the letters.
+/// The position of a beacon, as two raw coordinates X and Y, and two raw additional values. What
+/// they mean depends on letters in the sentence: `coords_t` and `addInfo_t` read the letters.
 ///
-///   0 address  1 time  2 beacon  3 status  4 error code  5 coordinate type  6 orientation
-///   7 filter code  8 X  9 Y  10 depth  11 expected accuracy  12 kind of additional values
-///   13 value 1  14 value 2
+///     0 address  1 time  2 beacon  3 status  4 error code  5 coordinate type  6 orientation
+///     7 filter code  8 X  9 Y  10 depth  11 expected accuracy  12 kind of additional values
+///     13 value 1  14 value 2
 ///
-/// A text decodes whenever its field exists, be it empty. Numbers are passed on as sent.
+/// A text decodes whenever its field exists, even if it is empty. Numbers are given as sent.
 class KALO_EXPORT psimSsbMsg_t : public nmeaMsg_t {
 public:
-    // Texts of the letter fields, to compare with.
-    static const std::string statusValid;         // "A"
-    static const std::string statusInvalid;       // "V"
-    static const std::string coordTypeCartesian;  // "C"
-    static const std::string coordTypePolar;      // "P"
-    static const std::string coordTypeUtm;        // "U"
-    static const std::string coordTypeRadians;    // "R"
-    static const std::string orientationNorth;    // "N"
-    static const std::string orientationEast;     // "E"
-    static const std::string orientationHead;     // "H"
-    static const std::string filterCodeMeasured;  // "M"
-    static const std::string filterCodeFiltered;  // "F"
-    static const std::string filterCodePredicted; // "P"
-    static const std::string addInfoNone;         // "N"
-    static const std::string addInfoTime;         // "T"
-    static const std::string addInfoDepth;        // "D"
-    static const std::string addInfoCompass;      // "C"
-    static const std::string addInfoInclinometer; // "I"
+    /// @name Texts of the letter fields
+    /// To compare with what the accessors give.
+    /// @{
+    static const std::string statusValid;         ///< "A"
+    static const std::string statusInvalid;       ///< "V"
+    static const std::string coordTypeCartesian;  ///< "C"
+    static const std::string coordTypePolar;      ///< "P"
+    static const std::string coordTypeUtm;        ///< "U"
+    static const std::string coordTypeRadians;    ///< "R"
+    static const std::string orientationNorth;    ///< "N"
+    static const std::string orientationEast;     ///< "E"
+    static const std::string orientationHead;     ///< "H"
+    static const std::string filterCodeMeasured;  ///< "M"
+    static const std::string filterCodeFiltered;  ///< "F"
+    static const std::string filterCodePredicted; ///< "P"
+    static const std::string addInfoNone;         ///< "N"
+    static const std::string addInfoTime;         ///< "T"
+    static const std::string addInfoDepth;        ///< "D"
+    static const std::string addInfoCompass;      ///< "C"
+    static const std::string addInfoInclinometer; ///< "I"
+    /// @}
 
     explicit psimSsbMsg_t(const nmeaFormat_t& format);
     ~psimSsbMsg_t() override;
@@ -44,7 +47,8 @@ public:
     unsigned capabilities() const override;
     bool decodeTimeOfDay(timeOfDay_t& out) const override;
     bool decodeBeaconId(std::string& out) const;
-    /// The number in the beacon's identifier: what follows from its first digit on, all of it.
+    /// The number in the beacon's identifier. From its first digit on the identifier must be a
+    /// number up to its end.
     bool decodeBeaconNumber(unsigned& out) const;
     bool decodeStatus(std::string& out) const;
     bool decodeErrorCode(std::string& out) const;
@@ -59,30 +63,34 @@ public:
     bool decodeRawAddInfo1(double& out) const;
     bool decodeRawAddInfo2(double& out) const;
 
-    /// What the raw coordinates mean, by coordinate type and orientation. Refers to the view, which
-    /// must outlive it; a copy is a plain value. An accessor that does not fit the layout gives
-    /// false and leaves `out` untouched.
+    /// The coordinates, understood by coordinate type and orientation. An accessor that does not
+    /// belong to these letters gives false and leaves `out` untouched. The view must outlive the
+    /// object, which refers to it.
     class KALO_EXPORT coords_t {
     public:
         explicit coords_t(const psimSsbMsg_t& msg);
 
-        // Polar (P and H).
+        /// Polar (P, H): X, as sent.
         bool decodeRange(double& out) const;
-        /// Radians. False leaves `out` untouched.
+        /// Polar (P, H): Y, sent in degrees, given in radians. False leaves `out` untouched.
         bool decodeBearing(double& out) const;
-        // Cartesian, by the vessel's head (C and H).
+        /// Cartesian, along the vessel's axes (C, H): X, as sent.
         bool decodeStarboardOffset(double& out) const;
+        /// Cartesian, along the vessel's axes (C, H): Y, as sent.
         bool decodeForwardOffset(double& out) const;
-        // Cartesian, by north (C and N, or E with the axes exchanged).
+        /// Cartesian, by north: X (C, N) or Y (C, E), as sent.
         bool decodeNorthOffset(double& out) const;
+        /// Cartesian, by north: Y (C, N) or X (C, E), as sent.
         bool decodeEastOffset(double& out) const;
-        // UTM (U and N, or E with the axes exchanged).
+        /// UTM: X (U, N) or Y (U, E), as sent.
         bool decodeUtmNorthing(double& out) const;
+        /// UTM: Y (U, N) or X (U, E), as sent.
         bool decodeUtmEasting(double& out) const;
-        // Geographic (R and N), sent in degrees.
-        /// Radians, north positive. False leaves `out` untouched.
+        /// Geographic (R, N): X, sent in degrees, given in radians, north positive. False leaves
+        /// `out` untouched.
         bool decodeLatitude(double& out) const;
-        /// Radians, east positive. False leaves `out` untouched.
+        /// Geographic (R, N): Y, sent in degrees, given in radians, east positive. False leaves
+        /// `out` untouched.
         bool decodeLongitude(double& out) const;
 
     private:
@@ -103,19 +111,22 @@ public:
         layout_t m_layout;
     };
 
-    /// What the raw additional values mean, by their kind. Refers to the view as `coords_t` does.
+    /// The additional values, understood by their kind. An accessor that does not belong to the
+    /// kind gives false and leaves `out` untouched. The view must outlive the object, which refers
+    /// to it.
     class KALO_EXPORT addInfo_t {
     public:
         explicit addInfo_t(const psimSsbMsg_t& msg);
 
-        // Inclinometer (I).
-        /// Radians. False leaves `out` untouched.
+        /// Inclinometer (I): value 1, sent in degrees, given in radians. False leaves `out`
+        /// untouched.
         bool decodeRoll(double& out) const;
-        /// Radians. False leaves `out` untouched.
+        /// Inclinometer (I): value 2, sent in degrees, given in radians. False leaves `out`
+        /// untouched.
         bool decodePitch(double& out) const;
-        // Time (T).
+        /// Time (T): value 1, as sent.
         bool decodeRangeTime(double& out) const;
-        // Depth (D).
+        /// Depth (D): value 1, as sent.
         bool decodeDepth(double& out) const;
 
     private:

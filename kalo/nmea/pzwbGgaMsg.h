@@ -1,4 +1,5 @@
-// "$PZWBGGA", a receiver's proprietary sentence with the fields of GGA.
+// "$PZWBGGA", a receiver's proprietary sentence with the fields of GGA. Its accessors are declared
+// in kalo/nmea/ggaMsgBase.h.
 #pragma once
 
 #include "kalo/export.h"
@@ -6,7 +7,8 @@
 
 namespace kalo {
 
-/// The view of "$PZWBGGA"; layout and accessors in kalo/nmea/ggaMsgBase.h.
+/// The fix data of a satellite receiver in a proprietary sentence. Fields and accessors are those
+/// of `ggaMsg_t`, where they are listed.
 class KALO_EXPORT pzwbGgaMsg_t : public ggaMsgBase_t {
 public:
     explicit pzwbGgaMsg_t(const nmeaFormat_t& format);

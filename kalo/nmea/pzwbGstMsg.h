@@ -6,10 +6,10 @@
 
 namespace kalo {
 
-/// The fields of GST and the value of an F-test.
+/// The fields of GST, followed by the value of an F-test.
 ///
-///   0 address  1 time  2 range RMS  3 semi-major axis  4 semi-minor axis  5 orientation
-///   6 latitude error  7 longitude error  8 altitude error  9 F-test
+///     0 address  1 time  2 range RMS  3 semi-major axis  4 semi-minor axis  5 orientation
+///     6 latitude error  7 longitude error  8 altitude error  9 F-test
 class KALO_EXPORT pzwbGstMsg_t : public nmeaMsg_t {
 public:
     explicit pzwbGstMsg_t(const nmeaFormat_t& format);
@@ -25,11 +25,11 @@ public:
     bool decodeSemiMinor(double& out) const;
     /// Orientation of the semi-major axis, radians from true north.
     bool decodeOrientation(double& out) const;
-    /// Standard deviation, as sent.
+    /// Standard deviation of the latitude, as sent.
     bool decodeLatitudeError(double& out) const;
-    /// Standard deviation, as sent.
+    /// Standard deviation of the longitude, as sent.
     bool decodeLongitudeError(double& out) const;
-    /// Standard deviation, as sent.
+    /// Standard deviation of the altitude, as sent.
     bool decodeAltitudeError(double& out) const;
     /// F-test value, as sent.
     bool decodeFtest(unsigned& out) const;

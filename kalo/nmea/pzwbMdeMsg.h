@@ -6,10 +6,10 @@
 
 namespace kalo {
 
-/// The marginally detectable error of one measurement and what it does to the position.
+/// The marginally detectable error (MDE) of one measurement, and its effect on the position.
 ///
-///   0 address  1 time  2 satellite  3 measurement type  4 non-centrality  5 MDE
-///   6 latitude error  7 longitude error  8 altitude error
+///     0 address  1 time  2 satellite  3 measurement type  4 non-centrality  5 MDE
+///     6 latitude error  7 longitude error  8 altitude error
 class KALO_EXPORT pzwbMdeMsg_t : public nmeaMsg_t {
 public:
     explicit pzwbMdeMsg_t(const nmeaFormat_t& format);
@@ -25,11 +25,11 @@ public:
     bool decodeNoncentrality(double& out) const;
     /// Marginally detectable error, as sent.
     bool decodeMde(double& out) const;
-    /// As sent.
+    /// Effect on the latitude, as sent.
     bool decodeLatitudeError(double& out) const;
-    /// As sent.
+    /// Effect on the longitude, as sent.
     bool decodeLongitudeError(double& out) const;
-    /// As sent.
+    /// Effect on the altitude, as sent.
     bool decodeAltitudeError(double& out) const;
 };
 

@@ -6,12 +6,14 @@
 
 namespace kalo {
 
-/// Time, position, course and speed, and, as ZDA has it too, the date.
+/// Time and date, position, course and speed. Of the other sentences only ZDA has a date.
 ///
-///   0 address  1 time  2 status  3,4 latitude  5,6 longitude  7 speed (knots)
-///   8 course over ground  9 date (ddmmyy)  10,11 magnetic variation  12 mode (version 2.3 on)
+///     0 address  1 time  2 status  3,4 latitude  5,6 longitude  7 speed (knots)
+///     8 course over ground  9 date (ddmmyy)  10,11 magnetic variation  12 mode (version 2.3 on)
 ///
-/// The letters are not interpreted: a void sentence (status V) decodes like any other.
+/// The status and mode letters are not interpreted: a void sentence (status V) decodes like any
+/// other.
+///
 /// Caveat: the century of the date depends on the system clock, see kalo/time/timeUtil.h.
 class KALO_EXPORT rmcMsg_t : public nmeaMsg_t {
 public:

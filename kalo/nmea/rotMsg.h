@@ -6,7 +6,9 @@
 
 namespace kalo {
 
-///   0 address  1 rate of turn (degrees a minute, negative to port)  2 status letter
+/// The rate at which the vessel turns.
+///
+///     0 address  1 rate of turn (degrees per minute, negative to port)  2 status letter
 class KALO_EXPORT rotMsg_t : public nmeaMsg_t {
 public:
     explicit rotMsg_t(const nmeaFormat_t& format);

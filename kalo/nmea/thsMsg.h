@@ -6,7 +6,9 @@
 
 namespace kalo {
 
-///   0 address  1 heading  2 mode letter
+/// The heading from true north, with its mode.
+///
+///     0 address  1 heading  2 mode letter
 class KALO_EXPORT thsMsg_t : public nmeaMsg_t {
 public:
     explicit thsMsg_t(const nmeaFormat_t& format);

@@ -6,20 +6,24 @@
 
 namespace kalo {
 
-/// The instant in UTC, its year in four digits.
+/// Date and time of day in UTC, and the offset of the local time zone.
 ///
-///   0 address  1 time  2 day  3 month  4 year  5 zone hours (signed)  6 zone minutes
+///     0 address  1 time  2 day  3 month  4 year (four digits)  5 zone hours (signed)
+///     6 zone minutes
 class KALO_EXPORT zdaMsg_t : public nmeaMsg_t {
 public:
     explicit zdaMsg_t(const nmeaFormat_t& format);
     ~zdaMsg_t() override;
 
     unsigned capabilities() const override;
-    /// As sent, the year too; no range is checked.
+    /// The date in UTC. The year is given as sent; no range is checked.
     bool decodeDate(date_t& out) const override;
     bool decodeTimeOfDay(timeOfDay_t& out) const override;
-    /// Offset of the local zone, minutes, with the sign of the hours, as sent.
-    /// False, with `out` untouched, also for minutes outside 0 to 59 and an offset beyond the type.
+    /// Offset of the local time zone in minutes: 60 times the zone hours, and the zone minutes with
+    /// the sign of the hours. False, with `out` untouched, also for zone minutes outside 0 to 59
+    /// and for an offset that the type cannot hold.
+    ///
+    /// Caveat: -00 hours count as 0: -00,30 gives 30.
     bool decodeLocalOffset(int& out) const;
 };
 

@@ -1,5 +1,5 @@
-// The fields of one record of an NTRIP sourcetable. kalo/ntrip/ntripStreamDecoder.h gives those of
-// a stream (STR) their meaning.
+// The fields of one record of an NTRIP sourcetable. kalo/ntrip/ntripStreamDecoder.h decodes those
+// of a stream (STR).
 #pragma once
 
 #include <string>
@@ -8,31 +8,35 @@
 
 namespace kalo {
 
-/// One record, split at ";"; field 0 is its tag ("STR", "CAS" or "NET"). There is no quoting, and
-/// the texts are neither trimmed nor changed. The decoder owns them; copies are deep and
-/// independent.
+/// One record, split at ";". Field 0 is its tag: "STR", "CAS" or "NET". Quotes have no meaning, and
+/// the texts are neither trimmed nor changed. The decoder owns the texts; a copy is independent of
+/// the original.
 class KALO_EXPORT ntripRecordDecoder_t {
 public:
-    /// No fields.
+    /// A record without fields.
     ntripRecordDecoder_t();
     ntripRecordDecoder_t(const ntripRecordDecoder_t& other);
     ntripRecordDecoder_t& operator=(const ntripRecordDecoder_t& other);
     ~ntripRecordDecoder_t();
 
-    /// Replaces all fields by those of a line, as `decodeNtripRecordType` has found it.
-    /// Caveat: what stands behind the last ";" is a field only with a CR or LF behind it.
+    /// Replaces all fields with those of a line, as `decodeNtripRecordType` found it.
+    ///
+    /// Caveat: the text after the last ";" is a field only if CR or LF follows it.
     void init(const char* data, unsigned length);
 
+    /// Number of fields, the tag included.
     unsigned fieldCount() const;
-    /// Null beyond the last field and for an empty one. Valid until the next `init` or assignment.
+    /// The text of a field; null beyond the last field and for an empty field. Valid until the next
+    /// `init` or assignment.
     const std::string* fieldAt(unsigned index) const;
 
-    // A missing or empty field gives false and leaves `out` untouched.
+    /// A number. A missing or empty field gives false and leaves `out` untouched.
     bool decodeField(unsigned index, float& out) const;
+    /// A decimal number. A missing or empty field gives false and leaves `out` untouched.
     bool decodeField(unsigned index, unsigned& out) const;
-    /// "Y" is true, "N" false; anything else gives false and leaves `out` untouched.
+    /// "Y" for true, "N" for false. Any other text gives false and leaves `out` untouched.
     bool decodeYN(unsigned index, bool& out) const;
-    /// 1 is true, 0 false; anything else gives false and leaves `out` untouched.
+    /// 1 for true, 0 for false. Any other text gives false and leaves `out` untouched.
     bool decodeOneZero(unsigned index, bool& out) const;
 
 private:

@@ -11,44 +11,49 @@ namespace kalo {
 
 /// One line, split when it is constructed:
 ///
-///   16 NOV 2026 21:41:01:250 B:12 X:105.2 Y:-33.7 D:250.5 H:271.3*33
+///     16 NOV 2026 21:41:01:250 B:12 X:105.2 Y:-33.7 D:250.5 H:271.3*33
 ///
-/// Four tokens for date and time, then tokens of a tag, a colon and a value, all separated by
-/// blanks (no other character); at the end "*" and two hexadecimal digits, the exclusive-or of
-/// every byte before the "*", may follow, and then a line end. A wrong checksum does not hide the
-/// values. The texts stand in 20 slots: 0 day, 1 month, 2 year, 3 time of day, and one for each tag
-/// (see the accessors); of a tag that occurs twice the later value holds.
+/// Four tokens for date and time come first, then tokens that consist of a tag, a colon and a
+/// value. Blanks separate the tokens, and no other character does. "*" and two hexadecimal digits
+/// may follow, then a line end. The digits are the exclusive-or of all bytes before "*"; if they
+/// are wrong, the values can still be read.
 ///
-/// The object owns copies of the texts; copies are deep and independent. A decoder returns true
-/// when the slot holds a value of its kind. The record names no units: what is no angle is passed
-/// on as sent.
+/// The texts are stored in 20 slots: 0 day, 1 month, 2 year, 3 time of day, and one for each tag,
+/// as the accessors say. If a tag occurs twice, the later value counts.
+///
+/// The object owns its texts; a copy is independent of the original. A decoder returns true if the
+/// slot holds a value of its kind. Angles are given in radians; the record names no other units,
+/// and all other values are given as sent.
 class KALO_EXPORT atsAsciiMsg_t {
 public:
-    /// Every slot empty, no checksum error.
+    /// An object with all slots empty and no checksum error.
     atsAsciiMsg_t();
-    /// Parses a line; never fails.
+    /// Parses a line. Never fails: what the line lacks stays empty.
     atsAsciiMsg_t(const char* data, std::size_t length);
     atsAsciiMsg_t(const atsAsciiMsg_t& other);
     atsAsciiMsg_t& operator=(const atsAsciiMsg_t& other);
     ~atsAsciiMsg_t();
 
-    /// The line has a "*" and not exactly two digits of the right checksum behind it.
+    /// Whether the line has a "*" that is not followed by exactly two digits with the right
+    /// checksum.
     bool checksumError() const;
 
-    /// False leaves `out` untouched. A year below 100 is completed by `twoDigitYearToAD`, one of
-    /// 100 to 1969 is refused; a day is at most 31, whatever the month.
+    /// The date. `twoDigitYearToAD` completes a year below 100; years from 100 to 1969 are refused.
+    /// A day up to 31 is accepted in every month. False leaves `out` untouched.
+    ///
     /// Caveat: the century of a two-digit year depends on the system clock.
     bool decodeDate(date_t& out) const;
-    /// hh:mm:ss, or hh:mm:ss:milliseconds; each part within its range. False leaves `out`
-    /// untouched.
+    /// The time of day, hh:mm:ss or hh:mm:ss:milliseconds; each part must be within its range.
+    /// False leaves `out` untouched.
     bool decodeTimeOfDay(timeOfDay_t& out) const;
 
-    /// The text of a slot; false, with `out` untouched, when it is empty or there is no such slot.
+    /// The text of a slot. False, with `out` untouched, if it is empty or there is no such slot.
     bool decodeField(unsigned slot, std::string& out) const;
-    /// A decimal number.
+    /// A slot as a decimal number.
     bool decodeField(unsigned slot, unsigned& out) const;
+    /// A slot as a number.
     bool decodeField(unsigned slot, double& out) const;
-    /// Degrees as radians. False leaves `out` untouched.
+    /// A slot with degrees, in radians. False leaves `out` untouched.
     bool decodeAsRadians(unsigned slot, double& out) const;
 
     bool decodeBeaconId(std::string& out) const;           ///< B, slot 4

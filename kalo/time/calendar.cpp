@@ -5,7 +5,7 @@ namespace kalo {
 namespace {
 
 // The calendar repeats after 400 years. Counting years from March puts the leap day at the end of
-// one, so that the days before a month follow from its number alone.
+// one, so that the days before a month depend only on its number.
 constexpr std::int64_t yearsPerEra = 400;
 constexpr std::int64_t daysPerEra = 146097;
 constexpr std::int64_t epochFromEra = 719468; // 0000-03-01 to 1970-01-01

@@ -1,5 +1,5 @@
-// Completes partial times: what the records of one input have told about date, GPS week and leap
-// seconds turns a time of day or seconds into the week into a Unix timestamp.
+// Completes partial times: with the date, GPS week and leap seconds known from earlier records of
+// an input, a time of day or the seconds into a GPS week become a Unix timestamp.
 #pragma once
 
 #include "kalo/export.h"
@@ -8,12 +8,13 @@
 
 namespace kalo {
 
-/// What is known about the time of one input stream. A caller keeps one per stream and sets what
-/// records bring; an item once set stays known, a later value replaces it. The context has no rule
-/// of its own at midnight or at the end of a week: keeping date and week current is the caller's
-/// work. It is neither copied nor moved, and one thread at a time may use it.
+/// What is known about the time of one input. Keep one context for each input, and set what its
+/// records tell; a value stays known until a later one replaces it. The context does nothing at
+/// midnight or at the end of a week: the caller keeps date and week current. It cannot be copied or
+/// moved, and only one thread at a time may use it.
 ///
-/// Caveat: a conversion that lacks its item gives 0.0, which is also the Unix epoch.
+/// Caveat: a conversion that needs a value which was not set gives 0.0, which is also the timestamp
+/// of 1970-01-01.
 class KALO_EXPORT timeContext_t {
 public:
     timeContext_t();
@@ -21,20 +22,24 @@ public:
     timeContext_t& operator=(const timeContext_t&) = delete;
     ~timeContext_t();
 
+    /// The parameters for conversions from GPS time.
     void setGps2Utc(const gps2utc_t& parameters);
+    /// The UTC date for `timeOfDayToUnix`.
     void setDate(const date_t& date);
+    /// The full GPS week for `gpsWeekSecondsToUnix`.
     void setGpsWeek(unsigned week);
-    /// The UTC date of a Unix timestamp.
+    /// Sets the UTC date of a Unix timestamp, as `setDate` does.
     void setDateFromUnix(double timestamp);
 
-    /// With the parameters that were set, or by the library's table of leap seconds.
+    /// By the parameters that were set, or by the library's table of leap seconds if none were.
     double gpsTimeToUnix(const gpsTime_t& time) const;
-    /// Seconds into the stored week, converted as above.
+    /// Seconds into the week that was set, converted as by `gpsTimeToUnix`.
     double gpsWeekSecondsToUnix(double seconds) const;
-    /// On the stored date.
+    /// A time of day on the date that was set.
     double timeOfDayToUnix(const timeOfDay_t& timeOfDay) const;
 
-    /// A Unix timestamp kept for the caller, 0.0 at first; no conversion reads it.
+    /// A Unix timestamp that the context stores for the caller; 0.0 at first. No conversion uses
+    /// it.
     double defaultTimestamp() const;
     void setDefaultTimestamp(double timestamp);
 

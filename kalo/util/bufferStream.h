@@ -1,4 +1,5 @@
-// An output stream over memory of the caller's, which neither grows nor fails when it is full.
+// An output stream into memory of the caller's. The memory does not grow, and a full one is no
+// error.
 #pragma once
 
 #include <cstddef>
@@ -10,10 +11,11 @@
 
 namespace kalo {
 
-/// The stream buffer behind `bufferStream_t`. The memory must outlive it, and is neither cleared
-/// nor terminated. What does not fit is dropped and counted.
+/// The stream buffer of `bufferStream_t`. The memory must outlive it; it is neither cleared nor
+/// terminated with a zero. Characters that do not fit are dropped and counted.
 class KALO_EXPORT bufferStreambuf_t : public std::streambuf {
 public:
+    /// Writes to the `size` bytes at `buffer`.
     bufferStreambuf_t(void* buffer, std::size_t size);
     ~bufferStreambuf_t() override;
 
@@ -23,16 +25,18 @@ public:
     std::uint32_t dropped() const;
 
 protected:
+    /// Counts a character that does not fit, and drops it.
     int overflow(int character) override;
 
 private:
     std::uint32_t m_dropped = 0;
 };
 
-/// An output stream that writes to `size` bytes at `buffer`. A full buffer is no error: the state
-/// stays good, and what follows is dropped.
+/// An output stream into a buffer. When the buffer is full, the stream stays good, and further
+/// characters are dropped. The memory must outlive the stream.
 class KALO_EXPORT bufferStream_t : public std::ostream {
 public:
+    /// Writes to the `size` bytes at `buffer`.
     bufferStream_t(void* buffer, std::size_t size);
     ~bufferStream_t() override;
 

@@ -1,8 +1,9 @@
-// For constants that the static initialiser of another source may read; not installed.
-// KALO_INITIALISED_FIRST behind the name of such an object, where it is defined, has it initialised
-// before every object without a mark, and destroyed after them. Only a static library needs it: the
-// loader initialises a shared one before what uses it. Elsewhere than on ELF systems it does
-// nothing.
+// For constants that a static initialiser in another source may read. Not installed.
+//
+// In the definition of such an object, KALO_INITIALISED_FIRST follows its name. The object is then
+// initialised before all objects without the mark, and destroyed after them. A static library needs
+// this; the loader initialises a shared library before the programs that use it. The mark works on
+// ELF systems, and does nothing on others.
 #pragma once
 
 #if defined(__GNUC__) && defined(__ELF__)

@@ -1,4 +1,4 @@
-// An IPv4 address, as `nmeaField_t::decodeIpv4Address` gives it, and its text.
+// Writes an IPv4 address, as `nmeaField_t::decodeIpv4Address` gives it, in dotted form.
 #pragma once
 
 #include <cstdint>
@@ -8,8 +8,8 @@
 
 namespace kalo {
 
-/// An IPv4 address as a number whose most significant byte is the first of the dotted
-/// form: 10.0.0.1 is 0x0A000001. A plain value.
+/// An IPv4 address as a number. Its most significant byte is the first number of the dotted form:
+/// 10.0.0.1 is 0x0A000001. A plain value.
 class KALO_EXPORT ipAddress_t {
 public:
     explicit ipAddress_t(std::uint32_t address);
@@ -22,7 +22,10 @@ private:
 
 } // namespace kalo
 
-/// Writes the dotted form, each part with the number formatting of the stream.
-/// Caveat: the operator stands outside all namespaces. Inside a namespace with output operators of
-/// its own it is not found: put `using ::operator<<;` there.
+/// Writes the dotted form. The stream's number format applies to each part.
+///
+/// Caveat: the operator is declared outside all namespaces. A namespace with output operators of
+/// its own hides it. Declare this there:
+///
+///     using ::operator<<;
 KALO_EXPORT std::ostream& operator<<(std::ostream& stream, const kalo::ipAddress_t& address);

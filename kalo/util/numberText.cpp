@@ -53,7 +53,7 @@ bool parseDigits(const char* data, std::size_t length, T& out) {
     return true;
 }
 
-// Digits of the base alone, and a "-" where the type has a sign.
+// Only digits of the base, and a "-" where the type has a sign.
 template <typename T>
 bool parseInteger(const char* data, std::size_t length, T& out, int base) {
     T value = 0;

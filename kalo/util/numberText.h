@@ -1,5 +1,5 @@
-// Numbers from a range of bytes: what `kalo::decode` does, for sources whose text is no string of
-// its own; not installed.
+// Numbers from a range of bytes, by the rules of `kalo::decode`, for texts that are not strings of
+// their own. Not installed.
 #pragma once
 
 #include <cstddef>

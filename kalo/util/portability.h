@@ -5,8 +5,8 @@
 
 namespace kalo::portability {
 
-/// Puts standard input into binary mode, so that no line end is translated on the way in. Returns
-/// 0, on Windows -1 on failure; on POSIX systems there is nothing to do.
+/// Puts standard input into binary mode, so that line ends arrive as they were sent. Returns 0, or
+/// -1 if Windows refuses. On POSIX systems it does nothing and returns 0.
 KALO_EXPORT int set_stdin_binary(); // NOLINT(readability-identifier-naming)
 
 } // namespace kalo::portability

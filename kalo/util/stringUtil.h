@@ -1,5 +1,5 @@
-// Numbers from text: the functions behind every numeric decoder of the library.
-// kalo/nmea/nmeaField.h offers them on the fields of a sentence.
+// Numbers from text: every numeric decoder of the library follows these rules.
+// kalo/nmea/nmeaField.h applies them to the fields of a sentence.
 #pragma once
 
 #include <string>
@@ -8,29 +8,37 @@
 
 namespace kalo {
 
-/// A copy of `text` with every byte passed through the C library's `toupper`.
+/// A copy of `text`, every byte of which was converted by the C library's `toupper`.
 KALO_EXPORT std::string toUpper(const std::string& text);
 
-/// Reads the whole of `text` as an integer in base 10, 16 or 8; any other base is refused with
-/// `out` untouched.
+/// @name Integers
+/// Read the whole of `text` as an integer in base 10, 16 or 8.
 ///
-/// Leading white space, a "+" and (in base 16) "0x" are accepted; anything after the number,
-/// white space included, is not, and neither is a value that the type cannot hold. The unsigned
-/// types refuse a "-" and leave `out` untouched. In all other cases `out` is unspecified after
-/// false, except that empty or blank text leaves it untouched.
+/// White space before the number, a "+" and, in base 16, "0x" are accepted. False if anything
+/// follows the number, even white space, or if the type cannot hold the value. The unsigned types
+/// refuse "-".
 ///
-/// Numbers are read by the rules of a stream with the global locale, which the library never
-/// changes.
+/// After false, `out` is unspecified. It is left untouched by any other base, by empty or blank
+/// text, and by "-" before an unsigned number.
+///
+/// Numbers are read as a stream with the global locale reads them; the library never changes that
+/// locale.
+/// @{
 KALO_EXPORT bool decode(const std::string& text, unsigned short& out, int base);
 KALO_EXPORT bool decode(const std::string& text, short& out, int base);
 KALO_EXPORT bool decode(const std::string& text, int& out, int base);
 KALO_EXPORT bool decode(const std::string& text, unsigned& out, int base);
 KALO_EXPORT bool decode(const std::string& text, long long& out, int base);
 KALO_EXPORT bool decode(const std::string& text, unsigned long long& out, int base);
+/// @}
 
-/// Reads the whole of `text` as a decimal number: sign, digits with at most one ".", exponent.
-/// "inf", "nan" and hexadecimal notation are not numbers here. White space and `out` as above.
+/// @name Decimal numbers
+/// Read the whole of `text` as a sign, digits with at most one ".", and an exponent; sign and
+/// exponent may be missing. "inf", "nan" and hexadecimal notation are refused. White space, `out`
+/// and the locale as for integers.
+/// @{
 KALO_EXPORT bool decode(const std::string& text, float& out);
 KALO_EXPORT bool decode(const std::string& text, double& out);
+/// @}
 
 } // namespace kalo
