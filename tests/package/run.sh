@@ -86,6 +86,9 @@ testTool() {
 }
 
 testShared() {
+    if readelf -d "$build/tools/kalo" | grep -F "$build"; then
+        fail "the tool's bytes depend on the build folder"
+    fi
     cmake --install "$build" --prefix "$work/first" >/dev/null
     for component in Runtime Development Tools; do
         cmake --install "$build" --prefix "$work/$component" --component $component >/dev/null
