@@ -24,6 +24,7 @@ private:
 constexpr number_t unity = 10000;      ///< what sine and cosine call 1
 constexpr number_t fullCircle = 36000; ///< angles are hundredths of a degree
 constexpr number_t secondsOfDay = 86400;
+constexpr number_t degree = 60000000; ///< of a position, 1e-6 minutes
 
 number_t sine(number_t angle);
 number_t cosine(number_t angle);

@@ -5,6 +5,7 @@
 #include "log.h"
 #include "vessel.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
@@ -19,14 +20,16 @@ using voyage::number_t;
 constexpr char usage[] =
     "usage: kalo-voyage [--seed N] [--bytes N] [--start YYYY-MM-DDTHH:MM:SS] [--clean] "
     "[--long-line]\n"
+    "                   [--values FILE]\n"
     "Writes the log of a survey vessel's voyage to standard output.\n"
     "  --seed N     another voyage (default 1)\n"
     "  --bytes N    end after the second that reaches N bytes (default 60000)\n"
     "  --start T    date and time of departure, UTC, from 1980 (default 2026-03-14T23:58:30)\n"
     "  --clean      without damage\n"
-    "  --long-line  with one more line, of 70000 bytes, which --bytes does not count\n";
+    "  --long-line  with one more line, of 70000 bytes, which --bytes does not count\n"
+    "  --values F   also write the values of each undamaged record to F, a JSON object a line,\n"
+    "               with keys and units of kalo decode; [V,R] is a number within R of V\n";
 
-constexpr std::size_t blockSize = 262144;
 constexpr std::size_t longLineSize = 70000;
 constexpr number_t longLineEpoch = 10;
 
@@ -36,6 +39,7 @@ struct options_t {
     number_t start = 0;
     bool clean = false;
     bool longLine = false;
+    std::string values;
 };
 
 template <typename T>
@@ -46,37 +50,16 @@ bool parse(std::string_view text, T& out) {
 }
 
 bool parseStart(std::string_view text, number_t& out) {
-    constexpr std::string_view layout = "0000-00-00T00:00:00";
-    if (text.size() != layout.size()) {
-        return false;
-    }
-    for (std::size_t i = 0; i < text.size(); ++i) {
-        const bool fits =
-            layout[i] == '0' ? text[i] >= '0' && text[i] <= '9' : text[i] == layout[i];
-        if (!fits) {
-            return false;
-        }
-    }
     const auto part = [text](std::size_t from, std::size_t length) {
         number_t value = 0;
-        parse(text.substr(from, length), value);
+        parse(text.substr(std::min(from, text.size()), length), value);
         return value;
     };
     const voyage::day_t date{part(0, 4), part(5, 2), part(8, 2)};
-    const number_t hour = part(11, 2);
-    const number_t minute = part(14, 2);
-    const number_t second = part(17, 2);
-    if (date.year < 1980 || date.month < 1 || date.month > 12 || hour > 23 || minute > 59 ||
-        second > 59) {
-        return false;
-    }
-    const number_t days = voyage::daysOf(date);
-    const voyage::day_t real = voyage::dayOf(days);
-    if (real.month != date.month || real.day != date.day) {
-        return false; // no such day in that month
-    }
-    out = days * voyage::secondsOfDay + hour * 3600 + minute * 60 + second;
-    return true;
+    out = voyage::daysOf(date) * voyage::secondsOfDay + part(11, 2) * 3600 + part(14, 2) * 60 +
+          part(17, 2);
+    // A text of another layout, or with no such date or time, is not what its instant prints.
+    return date.year >= 1980 && voyage::dateText(out) + 'T' + voyage::clockText(out) == text;
 }
 
 bool parseOptions(int count, char** arguments, options_t& options) {
@@ -95,6 +78,9 @@ bool parseOptions(int count, char** arguments, options_t& options) {
             good = parse(value, options.bytes);
         } else if (name == "--start") {
             good = parseStart(value, options.start);
+        } else if (name == "--values") {
+            options.values = value;
+            good = !value.empty();
         } else {
             good = false;
         }
@@ -117,8 +103,14 @@ int main(int count, char** arguments) {
         return 2;
     }
 
+    std::FILE* values = options.values.empty() ? nullptr : std::fopen(options.values.c_str(), "wb");
+    if (!options.values.empty() && values == nullptr) {
+        std::perror(("kalo-voyage: " + options.values).c_str());
+        return 1;
+    }
+
     voyage::vessel_t vessel(options.seed, options.start);
-    voyage::log_t log(options.seed, !options.clean);
+    voyage::log_t log(options.seed, !options.clean, values != nullptr);
     std::uint64_t uncounted = 0;
     bool written = true;
     for (;; vessel.step()) {
@@ -133,16 +125,15 @@ int main(int count, char** arguments) {
         if (log.bytes() - uncounted >= options.bytes || !written) {
             break;
         }
-        if (log.buffered() >= blockSize) {
-            written = log.flush(stdout);
-        }
+        written = log.flush(stdout, values);
     }
     if (!options.clean) {
         log.cutLastEnd();
     }
-    written = log.flush(stdout) && std::fflush(stdout) == 0 && written;
+    written = log.flush(stdout, values) && std::fflush(stdout) == 0 && written;
+    written = (values == nullptr || std::fclose(values) == 0) && written;
     if (!written) {
-        (void)std::fputs("kalo-voyage: standard output: not all could be written\n", stderr);
+        (void)std::fputs("kalo-voyage: not all could be written\n", stderr);
         return 1;
     }
     return 0;
