@@ -47,10 +47,12 @@ field_t eastWest(const vessel_t& vessel) { return vessel.longitude < 0 ? "W" : "
 
 void zda(log_t& log, const vessel_t& v, number_t /*turn*/) {
     const day_t date = dayOf(v.clock / secondsOfDay);
+    constexpr number_t hour = 15 * degree;
+    const number_t zone = -(v.longitude + (v.longitude < 0 ? -hour / 2 : hour / 2)) / hour;
     log.record({"$GPZDA",
                 {time(v.clock), number(date.day, 0, 2), number(date.month, 0, 2),
                  number(date.year, 0, 4).as("date", dateText(v.clock)),
-                 number(0, 0, 2).as("localOffset"), "00"}});
+                 number(zone, 0, 2).as("localOffset", 60), "00"}});
 }
 
 field_t prefixed(const char* prefix, field_t field) {
@@ -74,11 +76,13 @@ struct constellation_t {
     const satellite_t* begin() const { return satellites; }
     const satellite_t* end() const { return satellites + count; }
 };
-constexpr satellite_t gpsSky[] = {{2, 64, 211},  {5, 41, 142},  {7, 12, 77},
-                                  {12, 33, 305}, {13, 8, 31},   {15, 55, 84},
-                                  {21, 6, 196},  {25, 24, 258}, {29, 72, 20}};
-constexpr satellite_t glonassSky[] = {{66, 38, 64}, {67, 70, 341}, {76, 15, 22}, {77, 47, 94},
-                                      {81, 3, 311}, {83, 21, 168}, {84, 9, 220}};
+constexpr satellite_t gpsSky[] = {{2, 64, 211}, {5, 41, 142},  {7, 12, 77},  {12, 33, 305},
+                                  {13, 8, 31},  {15, 55, 84},  {21, 6, 196}, {25, 24, 258},
+                                  {29, 72, 20}, {30, 17, 122}, {18, 4, 170}, {31, 9, 341},
+                                  {11, 36, 231}};
+constexpr satellite_t glonassSky[] = {{66, 38, 64}, {67, 70, 341}, {76, 15, 22},
+                                      {77, 47, 94}, {81, 3, 311},  {83, 21, 168},
+                                      {84, 9, 220}, {68, 26, 298}, {75, 5, 131}};
 constexpr satellite_t galileoSky[] = {{3, 44, 118}, {8, 27, 289},  {13, 61, 240},
                                       {15, 10, 49}, {21, 35, 190}, {26, 18, 330}};
 constexpr satellite_t beiDouSky[] = {{19, 52, 129}, {20, 30, 68}, {29, 11, 273}, {36, 66, 166}};
@@ -87,6 +91,9 @@ constexpr constellation_t secondGps{"$GPGSV", gpsSky, 5, 8}; // fewer send on th
 constexpr constellation_t glonass{"$GLGSV", glonassSky, 7, 1};
 constexpr constellation_t galileo{"$GAGSV", galileoSky, 6, 7};
 constexpr constellation_t beiDou{"$GBGSV", beiDouSky, 4, 0};
+// Of a receiver that tracks more
+constexpr constellation_t allGps{"$GPGSV", gpsSky, 13, 1};
+constexpr constellation_t allGlonass{"$GLGSV", glonassSky, 9, 1};
 constexpr number_t settingSatellite = 81;
 constexpr number_t usedFrom = 10; // degrees of elevation
 
@@ -283,14 +290,16 @@ void rot(log_t& log, const vessel_t& v, number_t /*turn*/) { // degrees a minute
          {number(v.rateOfTurn / 10, 1).as("rateOfTurn", 1.0 / 60), field_t("A").as("validity")}});
 }
 
-void vtg(log_t& log, const vessel_t& v, number_t turn) {
-    const bool inKnots = turn % 4 != 3; // otherwise km/h alone
+void vtgIn(log_t& log, const vessel_t& v, bool inKnots, bool inKilometres) {
     log.record({"$GNVTG",
                 {number(v.course, 2, 3).as("trueCourseOverGround"), "T",
                  number(magnetic(v.course), 2, 3).as("magneticCourseOverGround"), "M",
                  fieldIf(inKnots, speedIn(knots, v.speed, 3)), fieldIf(inKnots, "N"),
-                 speedIn(kilometresPerHour, v.speed, 3), "K", field_t("D").as("fixMode")}});
+                 fieldIf(inKilometres, speedIn(kilometresPerHour, v.speed, 3)),
+                 fieldIf(inKilometres, "K"), field_t("D").as("fixMode")}});
 }
+
+void vtg(log_t& log, const vessel_t& v, number_t turn) { vtgIn(log, v, turn % 4 != 3, true); }
 
 void ptpsr(log_t& log, const vessel_t& v, number_t /*turn*/) {
     log.record(
@@ -310,18 +319,21 @@ void ptpsr(log_t& log, const vessel_t& v, number_t /*turn*/) {
 
 // Depth and wind
 
-void dbt(log_t& log, const vessel_t& v, number_t turn) {
-    const bool inFeet = turn % 3 == 0; // all units, metres alone, fathoms alone
-    const bool inMetres = turn % 3 != 2;
-    const bool inFathoms = turn % 3 != 1;
+void dbtIn(log_t& log, const vessel_t& v, bool inFeet, bool inMetres, bool inFathoms) {
     log.record({"$SDDBT",
                 {fieldIf(inFeet, depthIn(feet, v.depth)), fieldIf(inFeet, "f"),
                  fieldIf(inMetres, depthIn(metres, v.depth)), fieldIf(inMetres, "M"),
                  fieldIf(inFathoms, depthIn(fathoms, v.depth)), fieldIf(inFathoms, "F")}});
 }
 
+void dbt(log_t& log, const vessel_t& v, number_t turn) { // all, metres alone, fathoms alone
+    dbtIn(log, v, turn % 3 == 0, turn % 3 != 2, turn % 3 != 1);
+}
+
+record_t dptSentence(const vessel_t& v) { return {"$SDDPT", {depthIn(metres, v.depth), "3.20"}}; }
+
 void dpt(log_t& log, const vessel_t& v, number_t /*turn*/) {
-    log.record({"$SDDPT", {depthIn(metres, v.depth), "3.20"}}, checksum_t::lowerCase);
+    log.record(dptSentence(v), checksum_t::lowerCase);
 }
 
 void mwd(log_t& log, const vessel_t& v, number_t turn) {
@@ -610,6 +622,40 @@ constexpr instrument_t instruments[] = {
     {60, 33, caster},
 };
 
+// The mix. Its instruments speak a fixed number of times in fifteen seconds, evenly spread. They
+// send a hundred sentences in that time: 25 of them are the ten groups of satellites in view.
+
+void gsvOfMix(log_t& log, const vessel_t& v, number_t turn) {
+    static constexpr const constellation_t* skies[] = {&allGps, &beiDou,    &galileo, &allGlonass,
+                                                       &allGps, &beiDou,    &galileo, &allGps,
+                                                       &beiDou, &allGlonass};
+    gsvOf(log, v, *skies[turn % 10]);
+}
+
+void gsaOfMix(log_t& log, const vessel_t& v, number_t turn) {
+    static constexpr const constellation_t* skies[] = {&allGps, &allGlonass, &galileo};
+    gsaOf(log, v, *skies[turn % 3], turn % 3 + 1);
+}
+
+void vtgOfMix(log_t& log, const vessel_t& v, number_t turn) {
+    vtgIn(log, v, turn % 4 != 3, turn % 4 != 2);
+}
+
+void dbtOfMix(log_t& log, const vessel_t& v, number_t turn) { // all, or one alone
+    dbtIn(log, v, turn % 4 < 2, turn % 4 % 2 == 0, turn % 4 == 0 || turn % 4 == 3);
+}
+
+void dptOfMix(log_t& log, const vessel_t& v, number_t /*turn*/) { log.record(dptSentence(v)); }
+
+constexpr number_t mixPeriod = 15;
+struct share_t {
+    number_t times;
+    void (*write)(log_t& log, const vessel_t& v, number_t turn);
+};
+constexpr share_t shares[] = {{4, zda},      {15, gga}, {15, rmc},    {10, gsvOfMix}, {8, gsaOfMix},
+                              {8, vtgOfMix}, {8, hdt},  {4, rot},     {4, gst},       {3, gll},
+                              {2, dbtOfMix}, {2, mwv},  {2, dptOfMix}};
+
 } // namespace
 
 void writeEpoch(const vessel_t& vessel, log_t& log) {
@@ -622,6 +668,15 @@ void writeEpoch(const vessel_t& vessel, log_t& log) {
     // One sentence of the day's last second gets stuck on its way.
     if (log.faulty() && vessel.clock % secondsOfDay == secondsOfDay - 1) {
         log.hold(gllSentence(vessel));
+    }
+}
+
+void writeMixedEpoch(const vessel_t& vessel, log_t& log) {
+    for (const share_t& share : shares) {
+        const number_t done = vessel.epoch * share.times;
+        if (done % mixPeriod < share.times) {
+            share.write(log, vessel, done / mixPeriod);
+        }
     }
 }
 

@@ -20,13 +20,14 @@ using voyage::number_t;
 constexpr char usage[] =
     "usage: kalo-voyage [--seed N] [--bytes N] [--start YYYY-MM-DDTHH:MM:SS] [--clean] "
     "[--long-line]\n"
-    "                   [--values FILE]\n"
+    "                   [--mix] [--values FILE]\n"
     "Writes the log of a survey vessel's voyage to standard output.\n"
     "  --seed N     another voyage (default 1)\n"
     "  --bytes N    end after the second that reaches N bytes (default 60000)\n"
     "  --start T    date and time of departure, UTC, from 1980 (default 2026-03-14T23:58:30)\n"
     "  --clean      without damage\n"
     "  --long-line  with one more line, of 70000 bytes, which --bytes does not count\n"
+    "  --mix        another log: clean sentences of 13 types in fixed shares\n"
     "  --values F   also write the values of each undamaged record to F, a JSON object a line,\n"
     "               with keys and units of kalo decode; [V,R] is a number within R of V\n";
 
@@ -39,6 +40,7 @@ struct options_t {
     number_t start = 0;
     bool clean = false;
     bool longLine = false;
+    bool mix = false;
     std::string values;
 };
 
@@ -72,6 +74,8 @@ bool parseOptions(int count, char** arguments, options_t& options) {
             options.clean = true;
         } else if (name == "--long-line") {
             options.longLine = true;
+        } else if (name == "--mix") {
+            options.mix = options.clean = true;
         } else if (++i; name == "--seed") {
             good = parse(value, options.seed);
         } else if (name == "--bytes") {
@@ -111,6 +115,10 @@ int main(int count, char** arguments) {
 
     voyage::vessel_t vessel(options.seed, options.start);
     voyage::log_t log(options.seed, !options.clean, values != nullptr);
+    if (options.mix) { // another ocean, where signs and digits are others: 50 S, 176 E
+        vessel.latitude = -vessel.latitude;
+        vessel.longitude += 176 * voyage::degree;
+    }
     std::uint64_t uncounted = 0;
     bool written = true;
     for (;; vessel.step()) {
@@ -121,7 +129,7 @@ int main(int count, char** arguments) {
             log.line(text);
             uncounted = longLineSize;
         }
-        voyage::writeEpoch(vessel, log);
+        (options.mix ? voyage::writeMixedEpoch : voyage::writeEpoch)(vessel, log);
         if (log.bytes() - uncounted >= options.bytes || !written) {
             break;
         }

@@ -16,8 +16,8 @@ import tempfile
 # Options of the generator, and how many records have to be compared.
 RUNS = [("--seed 1", 1100), ("--seed 2 --start 1999-12-31T23:59:10", 1100),
         ("--seed 3 --start 2028-02-28T23:59:40", 1100), ("--seed 4 --bytes 120000", 2300),
-        ("--clean --seed 5", 1200)]
-CLEAN = "--clean"  # without damage: the generator must know each record of the tool
+        ("--clean --seed 5", 1200), ("--mix --seed 6 --start 2031-12-31T23:57:00", 1000)]
+CLEAN = "--clean", "--mix"  # without damage: the generator must know each record of the tool
 # Keys that say where the record is.
 PLACE = {"source", "line", "offset"}
 # Types that the generator need not know, and why.
