@@ -6,155 +6,59 @@
 
 #include "kalo/kalo.h"
 #include "kalo/nmea/sentences.h"
+#include "tools/record/sentenceRows.h"
 
 namespace {
 
 using namespace kalo;
 
-template <typename View, typename T>
-T outputOf(bool (View::*)(T&) const);
+// What a row of the tool's record table reads, by the library alone: its accessor, or for the odd
+// rows what the library offers in their place.
 
 template <auto accessor, typename View>
-unsigned long decodeOne(const View& view) {
-    decltype(outputOf(accessor)) out{};
-    return (view.*accessor)(out) ? 1 : 0;
-}
-
-// How many of the accessors give a value.
-template <auto... accessors, typename View>
-unsigned long decodeAll(const View& view) {
-    return (decodeOne<accessors>(view) + ...);
-}
-
-// Each view class of the list of sentences, with all its accessors.
-
-unsigned long valuesOf(const ggaMsgBase_t& view) {
-    return decodeAll<&ggaMsgBase_t::decodeTimeOfDay, &ggaMsgBase_t::decodeLatitude,
-                     &ggaMsgBase_t::decodeLongitude, &ggaMsgBase_t::decodeQuality,
-                     &ggaMsgBase_t::decodeSatCount, &ggaMsgBase_t::decodeHdop,
-                     &ggaMsgBase_t::decodeGeoidalHeight, &ggaMsgBase_t::decodeGeoidalSeparation,
-                     &ggaMsgBase_t::decodeDiffAge, &ggaMsgBase_t::decodeRefStationId>(view);
-}
-
-unsigned long valuesOf(const dbtMsg_t& view) { return decodeAll<&dbtMsg_t::decodeDepth>(view); }
-unsigned long valuesOf(const dptMsg_t& view) { return decodeAll<&dptMsg_t::decodeDepth>(view); }
-unsigned long valuesOf(const dtmMsg_t& view) {
-    return decodeAll<&dtmMsg_t::decodeLocalDatum, &dtmMsg_t::decodeLocalDatumSubdivision,
-                     &dtmMsg_t::decodeLatitudeOffset, &dtmMsg_t::decodeLongitudeOffset,
-                     &dtmMsg_t::decodeAltitudeOffset, &dtmMsg_t::decodeReferenceDatum>(view);
-}
-unsigned long valuesOf(const gbsMsg_t& view) {
-    return decodeAll<&gbsMsg_t::decodeTimeOfDay, &gbsMsg_t::decodeLatitudeError,
-                     &gbsMsg_t::decodeLongitudeError, &gbsMsg_t::decodeAltitudeError,
-                     &gbsMsg_t::decodeFailedSatId, &gbsMsg_t::decodeFailedSatProbability,
-                     &gbsMsg_t::decodeFailedSatBias, &gbsMsg_t::decodeBiasStdDev>(view);
-}
-unsigned long valuesOf(const gllMsg_t& view) {
-    return decodeAll<&gllMsg_t::decodeLatitude, &gllMsg_t::decodeLongitude,
-                     &gllMsg_t::decodeTimeOfDay, &gllMsg_t::decodeValidity,
-                     &gllMsg_t::decodeFixMode>(view);
-}
-unsigned long valuesOf(const gstMsg_t& view) {
-    return decodeAll<&gstMsg_t::decodeTimeOfDay, &gstMsg_t::decodeRangeRms,
-                     &gstMsg_t::decodeSemiMajor, &gstMsg_t::decodeSemiMinor,
-                     &gstMsg_t::decodeOrientation, &gstMsg_t::decodeLatitudeError,
-                     &gstMsg_t::decodeLongitudeError, &gstMsg_t::decodeAltitudeError>(view);
-}
-unsigned long valuesOf(const hdtMsg_t& view) { return decodeAll<&hdtMsg_t::decodeHeading>(view); }
-unsigned long valuesOf(const mwdMsg_t& view) {
-    return decodeAll<&mwdMsg_t::decodeTrueWindDirection, &mwdMsg_t::decodeMagneticWindDirection,
-                     &mwdMsg_t::decodeWindSpeed>(view);
-}
-unsigned long valuesOf(const mwvMsg_t& view) {
-    return decodeAll<&mwvMsg_t::decodeWindDirection, &mwvMsg_t::decodeReference,
-                     &mwvMsg_t::decodeWindSpeed, &mwvMsg_t::decodeValidity>(view);
-}
-unsigned long valuesOf(const rmcMsg_t& view) {
-    return decodeAll<&rmcMsg_t::decodeTimeOfDay, &rmcMsg_t::decodeValidity,
-                     &rmcMsg_t::decodeLatitude, &rmcMsg_t::decodeLongitude,
-                     &rmcMsg_t::decodeSpeedOverGround, &rmcMsg_t::decodeCourseOverGround,
-                     &rmcMsg_t::decodeDate, &rmcMsg_t::decodeMagneticVariation,
-                     &rmcMsg_t::decodeFixMode>(view);
-}
-unsigned long valuesOf(const rotMsg_t& view) {
-    return decodeAll<&rotMsg_t::decodeRateOfTurn, &rotMsg_t::decodeValidity>(view);
-}
-unsigned long valuesOf(const thsMsg_t& view) {
-    return decodeAll<&thsMsg_t::decodeHeading, &thsMsg_t::decodeValidity>(view);
-}
-unsigned long valuesOf(const vtgMsg_t& view) {
-    return decodeAll<&vtgMsg_t::decodeTrueCourseOverGround,
-                     &vtgMsg_t::decodeMagneticCourseOverGround, &vtgMsg_t::decodeSpeedOverGround,
-                     &vtgMsg_t::decodeFixMode>(view);
-}
-unsigned long valuesOf(const zdaMsg_t& view) {
-    return decodeAll<&zdaMsg_t::decodeTimeOfDay, &zdaMsg_t::decodeDate,
-                     &zdaMsg_t::decodeLocalOffset>(view);
-}
-unsigned long valuesOf(const pzwbGstMsg_t& view) {
-    return decodeAll<&pzwbGstMsg_t::decodeTimeOfDay, &pzwbGstMsg_t::decodeRangeRms,
-                     &pzwbGstMsg_t::decodeSemiMajor, &pzwbGstMsg_t::decodeSemiMinor,
-                     &pzwbGstMsg_t::decodeOrientation, &pzwbGstMsg_t::decodeLatitudeError,
-                     &pzwbGstMsg_t::decodeLongitudeError, &pzwbGstMsg_t::decodeAltitudeError,
-                     &pzwbGstMsg_t::decodeFtest>(view);
-}
-unsigned long valuesOf(const pzwbMdeMsg_t& view) {
-    return decodeAll<&pzwbMdeMsg_t::decodeTimeOfDay, &pzwbMdeMsg_t::decodePrn,
-                     &pzwbMdeMsg_t::decodeMeasType, &pzwbMdeMsg_t::decodeNoncentrality,
-                     &pzwbMdeMsg_t::decodeMde, &pzwbMdeMsg_t::decodeLatitudeError,
-                     &pzwbMdeMsg_t::decodeLongitudeError, &pzwbMdeMsg_t::decodeAltitudeError>(view);
-}
-unsigned long valuesOf(const psimLbpMsg_t& view) {
-    return decodeAll<
-        &psimLbpMsg_t::decodeTimeOfDay, &psimLbpMsg_t::decodeType, &psimLbpMsg_t::decodeStatus,
-        &psimLbpMsg_t::decodeCoordType, &psimLbpMsg_t::decodeRawX, &psimLbpMsg_t::decodeRawY,
-        &psimLbpMsg_t::decodeDepth, &psimLbpMsg_t::decodeSemiMajor, &psimLbpMsg_t::decodeSemiMinor,
-        &psimLbpMsg_t::decodeOrientation, &psimLbpMsg_t::decodeRangeRms>(view);
-}
-unsigned long valuesOf(const psimSsbMsg_t& view) {
-    return decodeAll<&psimSsbMsg_t::decodeTimeOfDay, &psimSsbMsg_t::decodeBeaconId,
-                     &psimSsbMsg_t::decodeBeaconNumber, &psimSsbMsg_t::decodeStatus,
-                     &psimSsbMsg_t::decodeErrorCode, &psimSsbMsg_t::decodeCoordType,
-                     &psimSsbMsg_t::decodeOrientation, &psimSsbMsg_t::decodeFilterCode,
-                     &psimSsbMsg_t::decodeRawX, &psimSsbMsg_t::decodeRawY,
-                     &psimSsbMsg_t::decodeDepth, &psimSsbMsg_t::decodeExpectedAccuracy,
-                     &psimSsbMsg_t::decodeAddInfoType, &psimSsbMsg_t::decodeRawAddInfo1,
-                     &psimSsbMsg_t::decodeRawAddInfo2>(view);
-}
-unsigned long valuesOf(const ptpsrMsg_t& view) {
-    return decodeAll<
-        &ptpsrMsg_t::decodeSentenceFormatter, &ptpsrMsg_t::decodeTimeOfDay,
-        &ptpsrMsg_t::decodeAttitudeAvailability, &ptpsrMsg_t::decodePOSAntennaPositionType,
-        &ptpsrMsg_t::decodeHeading, &ptpsrMsg_t::decodeInclination,
-        &ptpsrMsg_t::decodeSlopeDistance, &ptpsrMsg_t::decodeHeadingRMS,
-        &ptpsrMsg_t::decodeInclinationRMS, &ptpsrMsg_t::decodeAzimuthOffset,
-        &ptpsrMsg_t::decodeNumGPSSatellites, &ptpsrMsg_t::decodeNumGLONASSSatellites,
-        &ptpsrMsg_t::decodeNumBeiDouSatellites, &ptpsrMsg_t::decodeNumGalileoSatellites,
-        &ptpsrMsg_t::decodeNumOtherSatellites>(view);
-}
-
-// Lists, into a vector that keeps its memory as a caller's would.
-unsigned long valuesOf(const gsaMsg_t& view) {
-    static thread_local std::vector<unsigned> ids;
-    ids.clear();
-    return (view.decodeSatIds(ids) ? ids.size() : 0) +
-           decodeAll<&gsaMsg_t::decodeManualMode, &gsaMsg_t::decodeFixMode, &gsaMsg_t::decodePdop,
-                     &gsaMsg_t::decodeHdop, &gsaMsg_t::decodeVdop, &gsaMsg_t::decodeSignalId>(view);
-}
-
-unsigned long valuesOf(const gsvMsg_t& view) {
-    unsigned number = 0;
-    unsigned blocks = 0;
-    double value = 0;
-    unsigned long sum = decodeAll<&gsvMsg_t::decodeMessageCount, &gsvMsg_t::decodeMessageNumber,
-                                  &gsvMsg_t::decodeTotalSatCount, &gsvMsg_t::decodeSignalId>(view);
-    for (unsigned i = 0; view.decodeSatCount(blocks) && i < blocks; ++i) {
-        sum += (view.decodeSatPrn(i, number) ? 1U : 0U) +
-               (view.decodeSatElevation(i, value) ? 1U : 0U) +
-               (view.decodeSatAzimuth(i, value) ? 1U : 0U) +
-               (view.decodeSatSnr(i, value) ? 1U : 0U);
+unsigned long readOne(const View& view, scratch_t& scratch) {
+    if constexpr (std::is_member_function_pointer_v<decltype(accessor)>) {
+        std::remove_cv_t<decltype(outputOf(accessor))> trivial{};
+        return (view.*accessor)(scratch.place(trivial)) ? 1 : 0;
+    } else if constexpr (std::is_invocable_v<decltype(accessor), const View&, double&>) {
+        double out = 0; // by a companion
+        return accessor(view, out) == reading_t::present ? 1 : 0;
+    } else if constexpr (std::is_same_v<decltype(accessor), decltype(&ownTime)>) {
+        timeOfDay_t out;
+        return view.decodeTimeOfDay(out) ? 1 : 0;
+    } else if constexpr (std::is_same_v<decltype(accessor), decltype(&ownDate)>) {
+        date_t out;
+        return view.decodeDate(out) ? 1 : 0;
+    } else if constexpr (std::is_same_v<decltype(accessor), decltype(&satellitesOfSentence)>) {
+        unsigned long sum = 0;
+        unsigned blocks = 0;
+        for (unsigned i = 0; view.decodeSatCount(blocks) && i < blocks; ++i) {
+            unsigned number = 0;
+            double value = 0;
+            sum += (view.decodeSatPrn(i, number) ? 1U : 0U) +
+                   (view.decodeSatElevation(i, value) ? 1U : 0U) +
+                   (view.decodeSatAzimuth(i, value) ? 1U : 0U) +
+                   (view.decodeSatSnr(i, value) ? 1U : 0U);
+        }
+        return sum;
+    } else {
+        static_assert(std::is_same_v<decltype(accessor), decltype(&signalIdOfSentence)>);
+        unsigned out = 0;
+        return view.decodeSignalId(out) ? 1 : 0;
     }
-    return sum;
+}
+
+template <auto reader, auto check, typename View>
+unsigned long readRow(const row_t<reader, check>& /*row*/, const View& view, scratch_t& scratch) {
+    return readOne<reader>(view, scratch);
+}
+
+// How many of its values a view gives.
+template <typename View>
+unsigned long valuesOf(const View& view) {
+    static thread_local scratch_t scratch; // keeps its memory as a caller's would
+    return std::apply([&](const auto&... row) { return (readRow(row, view, scratch) + ... + 0UL); },
+                      valuesOf_t<View>::rows);
 }
 
 template <typename View>
@@ -167,14 +71,14 @@ unsigned long ofView(const nmeaMsg_t& view) {
     return valuesOf(static_cast<const View&>(view));
 }
 
-struct row_t {
+struct type_t {
     const char* name;
     unsigned long (*onStack)(const nmeaFormat_t& format) = nullptr;
     unsigned long (*ofView)(const nmeaMsg_t& view) = nullptr;
 };
 
 // By the value of the type, from 1 on; without functions where there is no view.
-constexpr auto rows = arrayOfSentences([](auto sentence) -> row_t {
+constexpr auto rows = arrayOfSentences([](auto sentence) -> type_t {
     using view_t = typename decltype(sentence)::view_t;
     if constexpr (std::is_same_v<view_t, noView_t>) {
         return {sentence.name.data()};
@@ -184,8 +88,9 @@ constexpr auto rows = arrayOfSentences([](auto sentence) -> row_t {
 });
 
 // Null for a type without a view.
-const row_t* rowOf(nmeaMsgType_t type) {
-    const row_t* row = type == msgTypeUnknown ? nullptr : &rows[static_cast<std::size_t>(type) - 1];
+const type_t* rowOf(nmeaMsgType_t type) {
+    const type_t* row =
+        type == msgTypeUnknown ? nullptr : &rows[static_cast<std::size_t>(type) - 1];
     return row != nullptr && row->onStack != nullptr ? row : nullptr;
 }
 
@@ -212,7 +117,7 @@ unsigned long valuesOnStack(const sentences_t& sentences) {
     unsigned long sum = 0;
     for (const std::string_view text : sentences) {
         format.init(text.data(), text.size());
-        const row_t* row = rowOf(format.type());
+        const type_t* row = rowOf(format.type());
         sum += row == nullptr ? 1 : row->onStack(format);
     }
     return sum;
@@ -327,7 +232,7 @@ std::vector<pass_t> mixedPasses() {
 
 std::vector<pass_t> typePasses() {
     std::vector<pass_t> passes;
-    for (const row_t& row : rows) {
+    for (const type_t& row : rows) {
         if (row.onStack != nullptr) {
             passes.push_back({row.name, "every value", valuesOnStack});
         }

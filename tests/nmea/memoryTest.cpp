@@ -1,5 +1,6 @@
 // What the library allocates and frees, and what is left when an allocation fails. The operators
 // below count, so this is a program of its own.
+#include <algorithm>
 #include <cstdlib>
 #include <fstream>
 #include <memory>
@@ -125,7 +126,10 @@ TEST(memory, decodingAllocatesTheViewAlone) {
                 EXPECT_EQ(allocationsOf(readAll), 0) << text;
             });
         }
-        EXPECT_EQ(types.size(), 23U); // all that have a view
+        const auto hasView = kalo::arrayOfSentences([](auto sentence) {
+            return !std::is_same_v<typename decltype(sentence)::view_t, kalo::noView_t>;
+        });
+        EXPECT_EQ(types.size(), std::count(hasView.begin(), hasView.end(), true));
     }
     EXPECT_EQ(live, before);
 }
