@@ -1,16 +1,14 @@
 // What the library's tests share: sentences with checksum and line end, and tables of texts.
 #pragma once
 
-#include <sstream>
+#include <optional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "kalo/nmea/nmeaFormat.h"
 #include "kalo/time/dateTime.h"
-#include "kalo/time/timeUtil.h"
 
 constexpr double pi = 3.141592653589793;
 constexpr double rad(double degrees) { return degrees * pi / 180; }
@@ -30,45 +28,53 @@ inline kalo::nmeaFormat_t framed(const std::string& body) {
     return {text.data(), text.size()};
 }
 
-/// Whether it was decoded, day, month, and year, of which "c" stands for the century.
-inline std::string shown(bool good, const kalo::date_t& date) {
-    const int year = static_cast<int>(date.year),
-              century = static_cast<int>(kalo::currentCentury());
-    return (good ? "good " : "bad ") + std::to_string(date.day) + ' ' + std::to_string(date.month) +
-           ' ' + (year < 1000 ? std::to_string(year) : "c" + std::to_string(year - century));
+// Dates and times of day as one number, and what `decode(out)` gives as such a number.
+constexpr unsigned ymd(unsigned year, unsigned month, unsigned day) {
+    return year * 10000 + month * 100 + day;
+}
+constexpr double hms(unsigned hour, unsigned minute, double second) {
+    return hour * 3600.0 + minute * 60.0 + second;
+}
+template <typename Decode>
+std::optional<unsigned> dateOf(const Decode& decode) {
+    kalo::date_t out;
+    return decode(out) ? std::optional(ymd(out.year, out.month, out.day)) : std::nullopt;
+}
+template <typename Decode>
+std::optional<double> timeOf(const Decode& decode) {
+    kalo::timeOfDay_t out;
+    return decode(out) ? std::optional(hms(out.hour, out.minute, out.second)) : std::nullopt;
 }
 
-inline std::vector<std::string> split(const std::string& text) {
-    std::vector<std::string> parts;
-    std::istringstream stream(text + '|');
-    for (std::string part; std::getline(stream, part, '|');) {
-        parts.push_back(part);
-    }
-    return parts;
-}
+using strings_t = std::vector<std::string>;
 
-/// What a text gives that is refused: `out` untouched, or anything in it.
-enum refused_t { none, unset };
+/// Stands for the value where a text gives none.
+constexpr std::nullopt_t refused = std::nullopt;
 
-/// Calls `read(text, out)` for texts with "|" between them, each of which gives the value before
-/// it.
-template <typename T, typename Read, typename Value, typename... Rest>
-void checkTexts(const Read& read, Value value, const char* texts, Rest... rest) {
-    T before{};
-    if constexpr (std::is_arithmetic_v<T>) {
-        before = static_cast<T>(63); // in no table
-    }
-    for (const std::string& text : split(texts)) {
-        T out = before;
-        if constexpr (std::is_same_v<Value, refused_t>) {
-            EXPECT_FALSE(read(text, out)) << '"' << text << '"';
-            EXPECT_TRUE(value == unset || out == before) << '"' << text << "\": " << out;
-        } else {
-            EXPECT_TRUE(read(text, out)) << '"' << text << '"';
-            EXPECT_EQ(out, static_cast<T>(value)) << '"' << text << '"';
+/// A value, and the texts that give it.
+template <typename T>
+struct texts_t {
+    std::optional<T> value;
+    strings_t texts;
+};
+
+/// Compares with what `read(text)` gives for each text: a value, or perhaps none.
+template <typename T, typename Read>
+void checkTexts(const Read& read, const std::vector<texts_t<T>>& rows) {
+    for (const texts_t<T>& row : rows) {
+        for (const std::string& text : row.texts) {
+            EXPECT_EQ(std::optional<T>(read(text)), row.value) << '"' << text << '"';
         }
     }
-    if constexpr (sizeof...(rest) > 0) {
-        checkTexts<T>(read, rest...);
+}
+
+/// What `decode(out)` gives; it leaves `out` untouched when it gives nothing.
+template <typename T, typename Decode>
+std::optional<T> valueOf(const Decode& decode, T before = {}) {
+    T out = before;
+    if (decode(out)) {
+        return out;
     }
+    EXPECT_EQ(out, before);
+    return std::nullopt;
 }

@@ -1,81 +1,56 @@
-// The views: what is common to them, and the rules in which they differ. What every plain accessor
-// reads is held by the expected output of the shipped recording.
+// The views: what is common to them, and the rules in which they differ. That accessors read their
+// fields is held by perturbationTest.cpp.
 #include <memory>
 
-#include <gtest/gtest.h>
-
 #include "kalo/kalo.h"
-#include "tests/sentence.h"
-#include "tools/record/registry.h"
+#include "tests/nmea/recordValues.h"
 
 namespace {
 
 using namespace kalo;
 
-/// What an accessor gives for sentences: the fields behind the address.
-template <typename View, typename T, typename... Cases>
-void check(bool (View::*accessor)(T&) const, Cases... cases) {
-    const auto read = [&](const std::string& fields, T& out) {
-        const nmeaFormat_t format = framed("$GPXYZ," + fields);
-        return (View(format).*accessor)(out);
-    };
-    checkTexts<T>(read, cases...);
-}
+constexpr double knot = 0.514444;
 
-/// Counts values.
-struct countingSink_t {
-    int values = 0;
-
-    template <typename Column, typename T>
-    void value(Column /*column*/, const T& /*value*/) {
-        ++values;
-    }
-    template <typename Column>
-    void none(Column /*column*/) {}
+/// The value of one row, and the sentences that give it; `refused` where they give none.
+struct expected_t {
+    const char* name;
+    std::optional<double> value;
+    std::vector<const char*> sentences;
 };
 
-// The addresses by type, then what the view has: its capabilities, and where it finds the time of
-// day and the date. Field i of each sentence reads "0i3519" or "i3519", so that as a time of day
-// its hour is the index of the field, and as a date ddmmyy its day is.
-TEST(catalogue, hasAViewForEveryType) {
-    const auto types =
-        split("$GPXYZ|$GPALM|$SDDBT 0 - -|$SDDPT 0 - -|$GPDTM 0 - -|$GPGBS 2 1 -|$GPGGA 2 1 -|"
-              "$GPGLL 2 5 -|$GPGSA 0 - -|$GPGST 2 1 -|$GPGSV 0 - -|$GPHDT 0 - -|$WIMWD 0 - -|"
-              "$WIMWV 0 - -|$GPRMC 3 1 9|$TIROT 0 - -|$HETHS 0 - -|!AIVDM|$GPVTG 0 - -|"
-              "$GPZDA 3 1 23519|$PZWBGGA 2 1 -|$PZWBGST 2 1 -|$PZWBMDE 2 1 -|$PSIMLBP 2 1 -|"
-              "$PSIMSSB 2 1 -|$PTPSR 0 2 -");
-    EXPECT_EQ(types.size(), sentenceCount + 1);
-    for (std::size_t type = 0; type < types.size(); ++type) {
-        std::string found = types[type].substr(0, types[type].find(' ')), body = found;
-        const nmeaFormat_t shortFormat = framed(found);
-        for (unsigned i = 1; i < 20; ++i) {
-            body += (i < 10 ? ",0" : ",") + std::to_string(i) + "3519";
+void check(const std::vector<expected_t>& rows) {
+    for (const expected_t& row : rows) {
+        for (const char* text : row.sentences) {
+            const values_t values = valuesOf(typeOfSentence(framed(text).type()), text);
+            EXPECT_EQ(values.at(row.name), row.value ? textOf(*row.value) : "") << text;
         }
-        const nmeaFormat_t format = framed(body);
-        EXPECT_EQ(static_cast<std::size_t>(format.type()), type);
-        const std::unique_ptr<const nmeaMsg_t> view(nmeaMsg_t::create(format));
-        if (view == nullptr) {
-            EXPECT_EQ(found, types[type]);
-            continue;
-        }
-        EXPECT_EQ(view->type(), format.type()) << types[type];
-        timeOfDay_t time;
-        date_t date;
-        found += ' ' + std::to_string(view->capabilities());
-        found += ' ' + (view->decodeTimeOfDay(time) ? std::to_string(time.hour) : "-");
-        found += ' ' + (view->decodeDate(date) ? std::to_string(date.day) : "-");
-        EXPECT_EQ(found, types[type]);
+    }
+}
 
-        // The address alone has a view too, which has no value.
-        record_t record;
-        record.type = typeOfSentence(format.type());
-        record.content = &shortFormat;
-        scratch_t scratch;
-        countingSink_t sink;
-        EXPECT_TRUE(visitRecord(record, scratch, [&](auto kind, const auto& source) {
-            EXPECT_FALSE(readValues<decltype(kind)>(source, sink)) << types[type];
-        }));
-        EXPECT_EQ(sink.values, 0) << types[type];
+TEST(catalogue, hasAViewForEveryType) {
+    for (typeIndex_t index = 0; index < sentenceCount; ++index) {
+        const recordType_t& listed = recordTypes[index];
+        const std::string name(listed.name);
+        const std::string address =
+            name == "VDM" ? "!AIVDM" : (name.size() > 3 ? "$" : "$GP") + name;
+        const nmeaFormat_t format = framed(address);
+        EXPECT_EQ(typeOfSentence(format.type()), index) << address;
+        const std::unique_ptr<const nmeaMsg_t> view(nmeaMsg_t::create(format));
+        ASSERT_EQ(view != nullptr, listed.rowCount > 0) << address;
+        unsigned capabilities = 0;
+        for (const recordType_t::row_t& row : listed) {
+            const std::string value = row.name;
+            capabilities |= value == "date"        ? nmeaMsg_t::capabilityDate
+                            : value == "timeOfDay" ? nmeaMsg_t::capabilityTimeOfDay
+                                                   : 0;
+        }
+        if (view != nullptr) {
+            EXPECT_EQ(view->type(), format.type()) << address;
+            EXPECT_EQ(view->capabilities(), name == "PTPSR" ? 0 : capabilities) << address;
+        }
+        for (const auto& [row, value] : valuesOf(index, address)) {
+            EXPECT_EQ(value, "") << "the address alone has a value: " << address << ' ' << row;
+        }
     }
 }
 
@@ -83,193 +58,174 @@ TEST(catalogue, givesAccessToAnySentence) {
     EXPECT_EQ(nmeaMsg_t::create(nmeaFormat_t()), nullptr);
     EXPECT_EQ(nmeaMsg_t::create(nmeaFormat_t("$GPGGA*00\r\n", 11)), nullptr);
     const nmeaFormat_t format = framed("$GPXYZ,M,,M,4");
+    EXPECT_EQ(nmeaMsg_t::create(format), nullptr);
     const nmeaMsg_t original(format.type(), format), view = original;
     EXPECT_TRUE(&view.format() == &format && view.field(4) == format.field(4));
     EXPECT_TRUE(*view.addressField() == "$GPXYZ" && view.field(5) == nullptr);
     EXPECT_TRUE(view.findField("M", 0) == 1 && view.findField("M", 2) == 3);
     EXPECT_TRUE(view.findField("", 0) == 2 && view.findField("m", 0) == -1);
     EXPECT_TRUE(view.findField("4", 5) == -1 && view.findField("4", 4000000000U) == -1);
-    using texts_t = std::vector<std::string>;
-    EXPECT_EQ(view.getFields(3, 4294967295U), (texts_t{"M", "4"}));
-    EXPECT_EQ(view.getFields(1, 2), (texts_t{"M", ""}));
-    EXPECT_EQ(view.getFields(0), (texts_t{"$GPXYZ", "M", "", "M", "4"}));
+    using strings_t = std::vector<std::string>;
+    EXPECT_EQ(view.getFields(3, 4294967295U), (strings_t{"M", "4"}));
+    EXPECT_EQ(view.getFields(1, 2), (strings_t{"M", ""}));
+    EXPECT_EQ(view.getFields(0), (strings_t{"$GPXYZ", "M", "", "M", "4"}));
     EXPECT_TRUE(view.getFields(0, 0).empty() && view.getFields(5).empty());
     EXPECT_TRUE(view.getFields(4294967295U, 2).empty());
 }
 
 TEST(catalogue, choosesTheUnit) {
-    check(&dbtMsg_t::decodeDepth, 36.1 * 1200 / 3937, "036.1,f,011.0,M,006.0,F|036.1,f", 11.0,
-          ",f,011.0,M,006.0,F|36x,f,011.0,M|036.1,F,011.0,M|"
-          "036.1,ff,011.0,M|036.1,,011.0,M",
-          6.0 * 1200 / 3937 * 6, "036.1,,011.0,m,006.0,F|,,,M,6,F|,,,,6,F", unset,
-          "036.1|1,F,011.0|,,,,6|,,,,6,f|,,,,6,FF|,,,,,F");
-    check(&mwdMsg_t::decodeWindSpeed, 10.0 * 0.514444, ",,,,10.0,N,5.1,M|,,,,10.0,N", 5.1,
-          ",,,,,,5.1,M|,,,,,N,5.1,M|,,,,1,n,5.1,M|,,,,1,NN,5.1,M", unset,
-          ",,,,1,,5,m|,,,,1,,5,N|,,,,1,,5|,,,,1|,,,,1,M,,M");
-    check(&vtgMsg_t::decodeSpeedOverGround, 5.5 * 0.514444,
-          "054.7,T,034.4,M,005.5,N,010.2,K,A|,,,,5.5,N", 10.2 / 3.6,
-          ",,,,,,010.2,K|,,,,,N,010.2,K|,,,,5,n,010.2,K|,,,,5,,010.2,K", unset,
-          ",,,,5,n,1,k|,,,,5,K,,|,,,,5,,1|,,,,5|,,,,5,M,1,N");
-    check(&mwvMsg_t::decodeWindSpeed, 20.0, "270.0,R,20.0,M,A|,,20.0,M", 20.0 * 0.514444,
-          ",,20.0,N", 20.0 * 0.44704, ",,20.0,S", 20.0 / 3.6, ",,20.0,K", unset,
-          ",,2,m|,,2,n|,,2,s|,,2,k|,,2,KM|,,2,|,,2|,,,K");
-    check(&rmcMsg_t::decodeSpeedOverGround, 22.4 * 0.514444, ",,,,,,022.4", none, ",,,,,,|,,,,,,x");
-    // nothing is written before the field of the unit is there
-    check(&dbtMsg_t::decodeDepth, none, "1|,,1|,,,,1");
-    check(&mwvMsg_t::decodeWindSpeed, none, ",,1");
-    check(&mwdMsg_t::decodeWindSpeed, none, ",,,,1|,,,,,,1");
-    check(&vtgMsg_t::decodeSpeedOverGround, none, ",,,,1|,,,,,,1");
+    check({{"depth", 36.0 * 1200 / 3937, {"$SDDBT,36,f,11,M,6,F", "$SDDBT,36,f"}},
+           {"depth", 11, {"$SDDBT,,f,11,M,6,F", "$SDDBT,36x,f,11,M", "$SDDBT,36,F,11,M"}},
+           {"depth", 6.0 * 1200 / 3937 * 6, {"$SDDBT,36,,11,m,6,F", "$SDDBT,,,,M,6,F"}},
+           {"depth", refused, {"$SDDBT,36", "$SDDBT,,,11", "$SDDBT,,,,,6", "$SDDBT,1,F,11,f,6,M"}},
+           {"windSpeed", 10 * knot, {"$WIMWD,,,,,10,N,5.1,M", "$WIMWD,,,,,10,N"}},
+           {"windSpeed", 5.1, {"$WIMWD,,,,,,N,5.1,M", "$WIMWD,,,,,10,n,5.1,M"}},
+           {"windSpeed", refused, {"$WIMWD,,,,,10,M,5.1,N", "$WIMWD,,,,,10", "$WIMWD,,,,,,,5.1"}},
+           {"speedOverGround", 5 * knot, {"$GPVTG,,,,,5,N,10.2,K", "$GPVTG,,,,,5,N"}},
+           {"speedOverGround", 10.2 / 3.6, {"$GPVTG,,,,,,N,10.2,K", "$GPVTG,,,,,5,n,10.2,K"}},
+           {"speedOverGround", refused, {"$GPVTG,,,,,5,K,1,N", "$GPVTG,,,,,5", "$GPVTG,,,,,,,1"}},
+           {"windSpeed", 20, {"$WIMWV,270.0,R,20,M,A"}},
+           {"windSpeed", 20 * knot, {"$WIMWV,,,20,N"}},
+           {"windSpeed", 20 * 0.44704, {"$WIMWV,,,20,S"}},
+           {"windSpeed", 20 / 3.6, {"$WIMWV,,,20,K"}},
+           {"windSpeed",
+            refused,
+            {"$WIMWV,,,20,m", "$WIMWV,,,20,k", "$WIMWV,,,20,KM", "$WIMWV,,,20"}},
+           {"speedOverGround", 22.4 * knot, {"$GPRMC,,,,,,,22.4"}}});
 }
 
 TEST(catalogue, keepsSigns) {
-    check(&gllMsg_t::decodeLatitude, rad(48 + 7.038 / 60), "4807.038,N", -rad(48 + 7.038 / 60),
-          "4807.038,S", none, "|,N|4807.038|4807.038,|4807.038,n|4807.038,E");
-    check(&rotMsg_t::decodeRateOfTurn, rad(-3.0 / 60), "-3.0,A", rad(7.2 / 60), "7.2,V", none,
-          ",A");
-    check(&rmcMsg_t::decodeMagneticVariation, -rad(3.1), ",,,,,,,,,003.1,W", rad(3.1),
-          ",,,,,,,,,003.1,E", none, ",,,,,,,,,003.1,w|,,,,,,,,,003.1|,,,,,,,,,,W");
-    check(&dtmMsg_t::decodeLatitudeOffset, -rad(0.5 / 60), ",,0.5,S|,,-0.5,N", rad(0.5 / 60),
-          ",,0.5,N|,,-0.5,S", none, ",,0.5,E|,,0.5|,,,N");
-    check(&dtmMsg_t::decodeLongitudeOffset, rad(1.2 / 60), "999,A,0.5,S,1.2,E", -rad(1.2 / 60),
-          ",,,,1.2,W", none, ",,,,1.2,N");
-    check(&zdaMsg_t::decodeLocalOffset, -330, ",,,,-05,30", 225, ",,,,03,45", 30,
-          ",,,,-00,30", // the hours decide, and they are 0
-          59, ",,,,00,59", 2147483647, ",,,,35791394,07", -2147483647 - 1, ",,,,-35791394,08", none,
-          ",,,,05,60|,,,,05,-1|,,,,05,|,,,,,30|,,,,05|,,,,35791394,08|,,,,-35791394,09|"
-          ",,,,2147483647,59");
-}
-
-// What stands before a fault is stored.
-TEST(catalogue, datesRmcByTheCenturyAndZdaAsSent) {
-    const auto read = [](const std::string& body, std::string& out) {
-        const nmeaFormat_t format = framed(body);
-        const std::unique_ptr<const nmeaMsg_t> view(nmeaMsg_t::create(format));
-        date_t date{77, 77, 77};
-        const bool good = view->decodeDate(date);
-        out = shown(good, date);
-        return true;
-    };
-    checkTexts<std::string>(read, "good 23 3 c-6", "$GPRMC,,,,,,,,,230394", "good 31 2 c69",
-                            "$GPRMC,,,,,,,,,310269", "good 1 1 c-30", "$GPRMC,,,,,,,,,010170",
-                            "bad 77 77 77", "$GPRMC,,,,,,,,,23039|$GPZDA,,,07,2002|$GPZDA,,04,07",
-                            "good 4 7 2", "$GPZDA,,4,7,02", "bad 4 7 77", "$GPZDA,,04,07,",
-                            "bad 4 77 77", "$GPZDA,,04,,2002");
+    check({{"latitude", rad(48 + 7.038 / 60), {"$GPGLL,4807.038,N"}},
+           {"latitude", -rad(48 + 7.038 / 60), {"$GPGLL,4807.038,S"}},
+           {"latitude", refused, {"$GPGLL,4807.038", "$GPGLL,4807.038,n", "$GPGLL,4807.038,E"}},
+           {"rateOfTurn", rad(-3.0 / 60), {"$TIROT,-3.0,A"}},
+           {"magneticVariation", rad(3.1), {"$GPRMC,,,,,,,,,,3.1,E"}},
+           {"magneticVariation", -rad(3.1), {"$GPRMC,,,,,,,,,,3.1,W"}},
+           {"magneticVariation", refused, {"$GPRMC,,,,,,,,,,3.1,w", "$GPRMC,,,,,,,,,,3.1"}},
+           {"latitudeOffset", -rad(0.5 / 60), {"$GPDTM,,,0.5,S", "$GPDTM,,,-0.5,N"}},
+           {"latitudeOffset", rad(0.5 / 60), {"$GPDTM,,,0.5,N", "$GPDTM,,,-0.5,S"}},
+           {"latitudeOffset", refused, {"$GPDTM,,,0.5,E", "$GPDTM,,,0.5"}},
+           {"longitudeOffset", rad(1.2 / 60), {"$GPDTM,,,,,1.2,E"}},
+           {"longitudeOffset", -rad(1.2 / 60), {"$GPDTM,,,,,1.2,W"}},
+           {"localOffset", -330, {"$GPZDA,,,,,-05,30"}},
+           {"localOffset", 225, {"$GPZDA,,,,,03,45"}},
+           {"localOffset", 30, {"$GPZDA,,,,,-00,30"}}, // the hours decide, and they are 0
+           {"localOffset", 59, {"$GPZDA,,,,,00,59"}},
+           {"localOffset", 2147483647, {"$GPZDA,,,,,35791394,07"}},
+           {"localOffset", -2147483648.0, {"$GPZDA,,,,,-35791394,08"}},
+           {"localOffset",
+            refused,
+            {"$GPZDA,,,,,05,60", "$GPZDA,,,,,05,-1", "$GPZDA,,,,,05", "$GPZDA,,,,,35791394,08",
+             "$GPZDA,,,,,-35791394,09", "$GPZDA,,,,,2147483647,59"}}});
 }
 
 TEST(catalogue, takesOptionalAndOddFields) {
     const nmeaFormat_t before = framed("$GPVTG,1,T,2,M,3,N,4,K"), since = framed("$GPVTG,,,,,,,,,");
     EXPECT_TRUE(!vtgMsg_t(before).hasFixMode() && vtgMsg_t(since).hasFixMode());
-    check(&vtgMsg_t::decodeFixMode, 'D', ",,,,,,,,D", none, ",,,,,,,K|,,,,,,,K,|,,,,,,,K,DD");
     // there when its field is, be it empty
-    check(&dtmMsg_t::decodeLocalDatumSubdivision, "A", "W84,A", "", "W84,|W84,,", none, "W84");
-    check(&psimSsbMsg_t::decodeBeaconNumber, 7, ",B07|,B-7|,7", 12, ",12|,ABC012", 0, ",B0", unset,
-          ",B1x|,1B1|,B|,|,B4294967296|1");
-    // of the angles of PTPSR some are passed on as sent
-    check(&ptpsrMsg_t::decodeHeading, 1.5, ",,,,1.5");
-    check(&ptpsrMsg_t::decodeInclinationRMS, rad(0.1), ",,,,,,,,0.1");
-    check(&ptpsrMsg_t::decodeNumGPSSatellites, 65535, ",,,,,,,,,,65535", unset,
-          ",,,,,,,,,,65536|,,,,,,,,,,70000|,,,,,,,,,,-1");
+    std::string subdivision = "A";
+    EXPECT_FALSE(dtmMsg_t(framed("$GPDTM,W84")).decodeLocalDatumSubdivision(subdivision));
+    EXPECT_TRUE(dtmMsg_t(framed("$GPDTM,W84,")).decodeLocalDatumSubdivision(subdivision));
+    EXPECT_EQ(subdivision, "");
+    // years as sent, unlike those of RMC
+    date_t date;
+    EXPECT_TRUE(zdaMsg_t(framed("$GPZDA,,4,7,02")).decodeDate(date));
+    EXPECT_TRUE(date.year == 2 && date.month == 7 && date.day == 4);
+    EXPECT_FALSE(zdaMsg_t(framed("$GPZDA,,04,07")).decodeDate(date));
+    check(
+        {{"beaconNumber", 7, {"$PSIMSSB,,B07", "$PSIMSSB,,B-7", "$PSIMSSB,,7"}},
+         {"beaconNumber", 12, {"$PSIMSSB,,12", "$PSIMSSB,,ABC012"}},
+         {"beaconNumber", refused, {"$PSIMSSB,,B1x", "$PSIMSSB,,1B1", "$PSIMSSB,,B", "$PSIMSSB,,"}},
+         // some angles of PTPSR are passed on as sent
+         {"heading", 1.5, {"$PTPSR,,,,,1.5"}},
+         {"inclinationRMS", rad(0.1), {"$PTPSR,,,,,,,,,0.1"}},
+         {"numGPSSatellites", 65535, {"$PTPSR,,,,,,,,,,,65535"}},
+         {"numGPSSatellites", refused, {"$PTPSR,,,,,,,,,,,65536", "$PTPSR,,,,,,,,,,,-1"}}});
 }
 
-// Behind an entry 77 and, if all fields were good, before an entry 0.
 TEST(catalogue, appendsSatellitesUsed) {
     const struct {
-        const char* fields;
-        std::vector<unsigned> ids;
-    } cases[] = {{"A,3,04,05,,09,12,,,,,,,,2.5,1.3,2.1", {77, 4, 5, 9, 12, 0}},
-                 {"A,3,,,,,,,,,,,,33,2.5", {77, 33, 0}},
-                 {"A,3,7,7,,,,,,,,,,7", {77, 7, 7, 7, 0}},
-                 {"A,3,04,05,09,1x,12,,,,,,,,2.5", {77, 4, 5, 9}},
-                 {"A,3,,,,,,,,,,,1", {77, 1}}, // one field short
-                 {"A", {77}}};
+        const char* sentence;
+        bool good;
+        std::vector<unsigned> ids; // behind 77, which is there before
+    } cases[] = {{"$GPGSA,A,3,04,05,,09,12,,,,,,,,2.5,1.3,2.1", true, {77, 4, 5, 9, 12}},
+                 {"$GPGSA,A,3,,,,,,,,,,,,33,2.5", true, {77, 33}},
+                 {"$GPGSA,A,3,7,7,,,,,,,,,,7", true, {77, 7, 7, 7}},
+                 {"$GPGSA,A,3,04,05,09,1x,12,,,,,,,,2.5", false, {77, 4, 5, 9}},
+                 {"$GPGSA,A,3,,,,,,,,,,,1", false, {77, 1}}, // one field short
+                 {"$GPGSA,A", false, {77}}};
     for (const auto& row : cases) {
-        const nmeaFormat_t format = framed("$GPGSA," + std::string(row.fields));
         std::vector<unsigned> ids{77};
-        if (gsaMsg_t(format).decodeSatIds(ids)) {
-            ids.push_back(0);
-        }
-        EXPECT_EQ(ids, row.ids) << row.fields;
+        EXPECT_EQ(gsaMsg_t(framed(row.sentence)).decodeSatIds(ids), row.good) << row.sentence;
+        EXPECT_EQ(ids, row.ids) << row.sentence;
     }
 }
 
-/// What each accessor of a companion gives where the raw values are 1 and 2: X or Y as sent, x or y
-/// in radians, - nothing. The cases are the fields behind `start` and, behind a blank, the letters.
-template <typename View, typename Companion>
-void checkLetters(const std::string& start, const std::string& cases,
-                  const std::vector<bool (Companion::*)(double&) const>& accessors) {
-    for (const std::string& row : split(cases)) {
-        const std::string fields = row.substr(0, row.find(' '));
-        const nmeaFormat_t format = framed(start + fields);
-        const View view(format);
-        const Companion companion = Companion(view); // a plain value
-        std::string found = fields + ' ';
-        for (const auto accessor : accessors) {
-            double out = 77;
-            const bool good = (companion.*accessor)(out);
-            found += good != (out != 77) ? '!'
-                     : !good             ? '-'
-                     : out == 1          ? 'X'
-                     : out == 2          ? 'Y'
-                     : out == rad(1)     ? 'x'
-                     : out == rad(2)     ? 'y'
-                                         : '?';
-        }
-        EXPECT_EQ(found, row) << start;
-    }
-}
+/// The values that companions give, by the names of the rows.
+using companions_t = std::map<std::string, double>;
 
-TEST(catalogue, laysOutBeaconCoordinates) {
-    using coords_t = psimSsbMsg_t::coords_t;
-    std::string cases = "C,N,M,,2 -----Y----|P,H,M,1 X---------|C ----------";
-    const std::string layouts = "|P,H,M,1,2 Xy--------|C,H,M,1,2 --XY------|C,N,M,1,2 ----XY----|"
-                                "C,E,M,1,2 ----YX----|U,N,M,1,2 ------XY--|U,E,M,1,2 ------YX--|"
-                                "R,N,M,1,2 --------xy";
-    for (const std::string& type : split("C|P|U|R|c|p|u|r|CN|L|E|")) {
-        for (const std::string& orientation : split("N|E|H|n|e|h|NE|C|")) {
-            const std::string row = '|' + type + ',' + orientation + ",M,1,2 ";
-            cases += layouts.find(row) == std::string::npos ? row + "----------" : "";
+companions_t companionsOf(const std::string& text) {
+    companions_t found;
+    values_t values = valuesOf(typeOfSentence(framed(text).type()), text);
+    for (const char* name : {"range", "bearing", "starboardOffset", "forwardOffset", "northOffset",
+                             "eastOffset", "utmNorthing", "utmEasting", "latitude", "longitude",
+                             "roll", "pitch", "rangeTime", "addInfoDepth"}) {
+        if (!values[name].empty()) {
+            found[name] = std::stod(values[name]);
         }
     }
-    checkLetters<psimSsbMsg_t, coords_t>(
-        "$PSIMSSB,,,,,", cases + layouts,
-        {&coords_t::decodeRange, &coords_t::decodeBearing, &coords_t::decodeStarboardOffset,
-         &coords_t::decodeForwardOffset, &coords_t::decodeNorthOffset, &coords_t::decodeEastOffset,
-         &coords_t::decodeUtmNorthing, &coords_t::decodeUtmEasting, &coords_t::decodeLatitude,
-         &coords_t::decodeLongitude});
+    return found;
 }
 
-TEST(catalogue, laysOutObjectCoordinatesAndAdditionalInformation) {
-    using coords_t = psimLbpMsg_t::coords_t;
-    checkLetters<psimLbpMsg_t, coords_t>(
-        "$PSIMLBP,,,,,",
-        "C,1,2 XY----|L,1,2 YX----|U,1,2 --XY--|E,1,2 --YX--|R,1,2 ----xy|c,1,2 ------|"
-        "N,1,2 ------|P,1,2 ------|r,1,2 ------|CL,1,2 ------|L,,2 Y-----|R,1 ----x-",
-        {&coords_t::decodeNorthOffset, &coords_t::decodeEastOffset, &coords_t::decodeUtmNorthing,
-         &coords_t::decodeUtmEasting, &coords_t::decodeLatitude, &coords_t::decodeLongitude});
-    using addInfo_t = psimSsbMsg_t::addInfo_t;
-    checkLetters<psimSsbMsg_t, addInfo_t>(
-        "$PSIMSSB,,,,,,,,,,,,",
-        "D,1,2 ---X|I,1,2 xy--|T,1,2 --X-|N,1,2 ----|C,1,2 ----|i,1,2 ----|,1,2 ----|DT,1,2 ----|"
-        "I,,2 -y--|I,1 x---|D,,2 ----",
-        {&addInfo_t::decodeRoll, &addInfo_t::decodePitch, &addInfo_t::decodeRangeTime,
-         &addInfo_t::decodeDepth});
+/// What the letters in a sentence make of the 1 and the 2 behind them. All other letters give
+/// nothing.
+using layouts_t = std::map<std::string, companions_t>;
+
+void check(const layouts_t& layouts, const std::vector<std::string>& letters,
+           const std::string& before, const std::string& behind) {
+    std::size_t known = 0;
+    for (const std::string& letter : letters) {
+        const auto row = layouts.find(letter);
+        known += row != layouts.end() ? 1 : 0;
+        EXPECT_EQ(companionsOf(before + letter + behind),
+                  row != layouts.end() ? row->second : companions_t{})
+            << letter;
+    }
+    EXPECT_EQ(known, layouts.size());
 }
 
-TEST(catalogue, namesTheLetters) {
+TEST(catalogue, laysOutAcousticCoordinates) {
+    std::vector<std::string> letters{"", "CC"}, pairs;
+    for (char c = 'A'; c <= 'z'; ++c) {
+        letters.emplace_back(1, c);
+    }
+    for (const std::string& type : letters) {
+        for (const char* orientation : {"N", "E", "H", "n", "e", "h", "NE", "C", ""}) {
+            pairs.push_back(type + ',' + orientation);
+        }
+    }
     using ssb_t = psimSsbMsg_t;
-    EXPECT_EQ(ssb_t::statusValid + ssb_t::statusInvalid + ssb_t::coordTypeCartesian +
-                  ssb_t::coordTypePolar + ssb_t::coordTypeUtm + ssb_t::coordTypeRadians +
-                  ssb_t::orientationNorth + ssb_t::orientationEast + ssb_t::orientationHead +
-                  ssb_t::filterCodeMeasured + ssb_t::filterCodeFiltered +
-                  ssb_t::filterCodePredicted + ssb_t::addInfoNone + ssb_t::addInfoTime +
-                  ssb_t::addInfoDepth + ssb_t::addInfoCompass + ssb_t::addInfoInclinometer,
-              "AVCPURNEHMFPNTDCI");
+    const std::string north = ',' + ssb_t::orientationNorth, east = ',' + ssb_t::orientationEast,
+                      head = ',' + ssb_t::orientationHead;
+    check({{ssb_t::coordTypePolar + head, {{"range", 1}, {"bearing", rad(2)}}},
+           {ssb_t::coordTypeCartesian + head, {{"starboardOffset", 1}, {"forwardOffset", 2}}},
+           {ssb_t::coordTypeCartesian + north, {{"northOffset", 1}, {"eastOffset", 2}}},
+           {ssb_t::coordTypeCartesian + east, {{"northOffset", 2}, {"eastOffset", 1}}},
+           {ssb_t::coordTypeUtm + north, {{"utmNorthing", 1}, {"utmEasting", 2}}},
+           {ssb_t::coordTypeUtm + east, {{"utmNorthing", 2}, {"utmEasting", 1}}},
+           {ssb_t::coordTypeRadians + north, {{"latitude", rad(1)}, {"longitude", rad(2)}}}},
+          pairs, "$PSIMSSB,,,,,", ",M,1,2");
+    check({{ssb_t::addInfoInclinometer, {{"roll", rad(1)}, {"pitch", rad(2)}}},
+           {ssb_t::addInfoTime, {{"rangeTime", 1}}},
+           {ssb_t::addInfoDepth, {{"addInfoDepth", 1}}}},
+          letters, "$PSIMSSB,,,,,,,,,,,,", ",1,2");
     using lbp_t = psimLbpMsg_t;
-    EXPECT_EQ(lbp_t::typeVessel + lbp_t::typeRov1 + lbp_t::typeRov2 + lbp_t::typeRov3 +
-                  lbp_t::typeRov4 + lbp_t::statusValid + lbp_t::statusUnknown +
-                  lbp_t::coordTypeCartesianNE + lbp_t::coordTypeCartesianEN +
-                  lbp_t::coordTypeUtmNE + lbp_t::coordTypeUtmEN + lbp_t::coordTypeRadians,
-              "VeR1R2R3R4A???CLUER");
+    check({{lbp_t::coordTypeCartesianNE, {{"northOffset", 1}, {"eastOffset", 2}}},
+           {lbp_t::coordTypeCartesianEN, {{"northOffset", 2}, {"eastOffset", 1}}},
+           {lbp_t::coordTypeUtmNE, {{"utmNorthing", 1}, {"utmEasting", 2}}},
+           {lbp_t::coordTypeUtmEN, {{"utmNorthing", 2}, {"utmEasting", 1}}},
+           {lbp_t::coordTypeRadians, {{"latitude", rad(1)}, {"longitude", rad(2)}}}},
+          letters, "$PSIMLBP,,,,,", ",1,2");
 }
 
 } // namespace

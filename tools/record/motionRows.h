@@ -12,18 +12,19 @@ inline bool motionStatus(const source_t<kalo::tss1Msg_t>& source, char& out) {
     return source.view.getStatus(status);
 }
 
+/// The fields of the rows are columns, counted from 0.
 struct motionRecord_t {
     using view_t = kalo::tss1Msg_t;
     static constexpr const char* name = "TSS1";
     static constexpr const char* meaning = "motion";
     static constexpr std::tuple rows{
-        row_t<&view_t::getRoll>{"roll", angle, 0, "", "col 14-18"},
-        row_t<&view_t::getPitch>{"pitch", angle, 0, "", "col 20-24"},
-        row_t<&view_t::getHeave>{"heave", metre, 0, "", "col 8-12"},
+        row_t<&view_t::getRoll>{"roll", angle, range(14, 18), "", "col 14-18"},
+        row_t<&view_t::getPitch>{"pitch", angle, range(20, 24), "", "col 20-24"},
+        row_t<&view_t::getHeave>{"heave", metre, range(8, 12), "", "col 8-12"},
         row_t<&view_t::getHorizontalAcceleration>{"horizontalAcceleration", metrePerSecondSquared,
-                                                  0, "", "col 1,2"},
-        row_t<&view_t::getVerticalAcceleration>{"verticalAcceleration", metrePerSecondSquared, 0,
-                                                "", "col 3-6"},
-        row_t<motionStatus>{"status", noUnit, 0, "letter: U, G, H, F stable, u, g, h, f not",
-                            "col 13"}};
+                                                  fields(1, 2), "", "col 1,2"},
+        row_t<&view_t::getVerticalAcceleration>{"verticalAcceleration", metrePerSecondSquared,
+                                                range(3, 6), "", "col 3-6"},
+        row_t<motionStatus>{"status", noUnit, fields(13),
+                            "letter: U, G, H, F stable, u, g, h, f not", "col 13"}};
 };

@@ -140,6 +140,8 @@ struct valuesOf_t<kalo::gstMsg_t> {
 template <>
 struct valuesOf_t<kalo::gsvMsg_t> {
     using view_t = kalo::gsvMsg_t;
+    /// The field behind none, one, two, ... blocks of four: 4, 8, 12, ...
+    static constexpr fieldSet_t behindBlocks = from(4) & 0x1111111111111111;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeMessageCount>{"messageCount", noUnit, fields(1),
                                            "sentences in the group"},
@@ -150,7 +152,7 @@ struct valuesOf_t<kalo::gsvMsg_t> {
         row_t<&view_t::decodeSatCount>{"satCount", noUnit, 0, "satellites in this sentence"},
         row_t<satellitesOfSentence>{"satellites", noUnit, from(4),
                                     "prn, elevation and azimuth (deg), snr (dB-Hz) of each"},
-        row_t<signalIdOfSentence>{"signalId", noUnit, from(4), "signal, in the last field"}};
+        row_t<signalIdOfSentence>{"signalId", noUnit, behindBlocks, "signal", "last"}};
 };
 
 template <>

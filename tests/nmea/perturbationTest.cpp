@@ -1,0 +1,185 @@
+// Holds the record table, and with it the accessors, to the fields that each row names: fields of
+// sample records are changed one at a time.
+#include <fstream>
+#include <memory>
+
+#include "kalo/nmea/nmeaMsg.h"
+#include "tests/nmea/recordValues.h"
+
+namespace {
+
+// Each value of a type is present in one of its samples, so that every field counts somewhere.
+// Sentences that have no samples here take those of the shipped recording.
+const std::map<std::string_view, std::vector<std::string>> table = {
+    {"DBT",
+     {"$SDDBT,36.1,f,11.0,M,6.0,F", "$SDDBT,,f,11.0,M,6.0,F", "$SDDBT,36.1,f,,M,6.0,F",
+      "$SDDBT,,,,,6.0,F"}},
+    {"DPT", {"$SDDPT,42.7,3.2"}},
+    {"DTM", {"$GPDTM,999,A,0.5,S,1.2,E,-3.0,W84"}},
+    {"GBS", {"$GPGBS,235839.00,1.14,1.21,2.62,25,0.003,-13.39,0.87"}},
+    {"GGA", {"$GPGGA,235830.00,5012.34567,N,00110.25,E,2,17,0.80,12.40,M,46.90,M,2.0,0120"}},
+    {"GLL", {"$GPGLL,5012.34567,N,00110.25,E,235836.00,A,D"}},
+    {"GSA", {"$GPGSA,A,3,2,5,7,12,15,25,29,30,31,32,33,34,1.28,0.80,1.00,1"}},
+    {"GST", {"$GPGST,235837.00,0.704,0.440,0.328,48.1,0.379,0.348,0.720"}},
+    {"GSV",
+     {"$GPGSV,1,1,4,2,65,211,47,5,43,142,44,7,14,77,34,12,33,305,39,5",
+      "$GPGSV,1,1,5,2,65,211,47,5,43,142,44,7,14,77,34,12,33,305,39,13,8,31,36",
+      "$GPGSV,1,1,3,2,65,211,47,5,43,142,44,7,14,77,34,5", "$GPGSV,1,1,2,2,65,211,47,5,43,142,44,5",
+      "$GPGSV,1,1,1,2,65,211,47,5", "$GPGSV,1,1,0,5"}},
+    {"HDT", {"$HEHDT,288.5,T"}},
+    {"MWD", {"$WIMWD,226.7,T,225.8,M,18.2,N,9.4,M", "$WIMWD,226.7,T,225.8,M,,N,9.4,M"}},
+    {"MWV", {"$WIMWV,318.7,R,12.0,M,A"}},
+    {"RMC", {"$GPRMC,235830.00,A,5012.34567,N,00110.25,E,8.94,285.0,140326,0.9,E,D"}},
+    {"ROT", {"$TIROT,7.2,A"}},
+    {"THS", {"$HETHS,288.5,A"}},
+    {"VTG", {"$GPVTG,285.0,T,284.1,M,9.0,N,16.7,K,D", "$GPVTG,285.0,T,284.1,M,,N,16.7,K,D"}},
+    {"ZDA", {"$GPZDA,235830.00,14,03,2026,05,30"}},
+    {"PZWBGGA", {"$PZWBGGA,235830.00,5012.34567,N,00110.25,E,2,17,0.80,12.40,M,46.90,M,2.0,0120"}},
+    {"PZWBGST", {"$PZWBGST,235838.00,0.013,0.031,0.023,279.8,0.026,0.024,0.046,1"}},
+    {"PZWBMDE", {"$PZWBMDE,235836.00,2,7,4.37,3.14,0.14,0.12,-0.54"}},
+    {"PSIMLBP",
+     {"$PSIMLBP,235832.70,1,Ve,A,C,2.4,28.3,3.2,0.43,0.22,118.9,0.11",
+      "$PSIMLBP,235832.70,1,Ve,A,L,2.4,28.3,3.2,0.43,0.22,118.9,0.11",
+      "$PSIMLBP,235832.70,1,Ve,A,U,2.4,28.3,3.2,0.43,0.22,118.9,0.11",
+      "$PSIMLBP,235832.70,1,Ve,A,E,2.4,28.3,3.2,0.43,0.22,118.9,0.11",
+      "$PSIMLBP,235832.70,1,Ve,A,R,2.4,28.3,3.2,0.43,0.22,118.9,0.11"}},
+    {"PSIMSSB",
+     {"$PSIMSSB,235831.40,B01,A,Err,C,H,M,25.0,14.3,28.4,0.5,D,28.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,C,N,F,25.0,14.3,28.4,0.5,I,2.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,C,E,P,25.0,14.3,28.4,0.5,T,2.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,P,H,M,25.0,14.3,28.4,0.5,N,2.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,U,N,M,25.0,14.3,28.4,0.5,C,2.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,U,E,M,25.0,14.3,28.4,0.5,N,2.8,1.5",
+      "$PSIMSSB,235831.40,B01,A,Err,R,N,M,25.0,14.3,28.4,0.5,N,2.8,1.5"}},
+    {"PTPSR", {"$PTPSR,ATT,235832.20,A,M,288.7,1.26,2.013,0.1,0.14,-0.35,7,5,4,3,2"}},
+    {"TSS1", {":1A0280 -0085F-0286 -0135"}},
+    // the tags in the order of their slots
+    {"ATS",
+     {"14 MAR 2026 23:58:34:106 B:12 X:25.1 Y:-33.5 D:21.3 P:-0.7 R:1.2 H:288.9 E:7 AP:1.1 "
+      "AR:0.5 CS:0.3 CD:142 SX:277.8 SY:4.8 SH:0.8 SQ:2"}},
+    {"STR",
+     {"STR;PIER1;Pier One;RTCM 3.2;1004(1);2;GPS;HARBOUR;GBR;50.2;1.5;1;0;generator;none;B;"
+      "N;9600;a note;and more"}},
+    {"CAS", {"CAS;caster;2101;HARBOUR;Port;0;GBR;50.2;1.5;other;2102;a note;and more"}},
+    {"NET", {"NET;HARBOUR;Port;B;N;http://net;http://str;register@net;a note;and more"}}};
+
+std::vector<std::string> recordedSentences(std::string_view name) {
+    std::ifstream file(KALO_EXAMPLES "/recordings/voyage.log", std::ios::binary);
+    std::vector<std::string> found;
+    for (std::string line; std::getline(file, line);) {
+        line += '\n';
+        const kalo::nmeaFormat_t format(line.data(), line.size());
+        if (format.isValid() && typeOfSentence(format.type()) == typeOfName(name)) {
+            found.push_back(line.substr(0, line.find('*')));
+        }
+    }
+    return found;
+}
+
+std::vector<std::string> samplesOf(std::string_view name) {
+    const auto row = table.find(name);
+    return row != table.end() ? row->second : recordedSentences(name);
+}
+
+struct span_t {
+    std::size_t begin;
+    std::size_t length;
+};
+
+// The fields of a record by the numbers that the rows give them. In a TSS1 record these are the
+// numbers of columns, in an ATS record those of slots, whose text is behind the tag.
+std::vector<span_t> fieldsOf(typeIndex_t type, const std::string& record) {
+    std::vector<span_t> fields;
+    if (type == typeOf<motionRecord_t>) {
+        for (std::size_t column = 0; column < record.size(); ++column) {
+            fields.push_back({column, 1});
+        }
+        return fields;
+    }
+    const bool isTracking = type == typeOf<trackingRecord_t>;
+    const char separator = isTracking ? ' ' : type < sentenceCount ? ',' : ';';
+    for (std::size_t begin = 0, end = 0; end < record.size(); begin = end + 1) {
+        end = std::min(record.find(separator, begin), record.size());
+        if (isTracking && fields.size() > 3) {
+            begin = record.find(':', begin) + 1;
+        }
+        fields.push_back({begin, end - begin});
+    }
+    return fields;
+}
+
+// Texts of every kind that a field may have, and of none.
+std::vector<std::string> replacements(typeIndex_t type, unsigned field) {
+    std::vector<std::string> texts;
+    for (const char c : std::string_view("ABCDEFGHIKLMNPRSTUVWYfhn0149-x")) {
+        texts.emplace_back(1, c);
+    }
+    if (type != typeOf<motionRecord_t>) { // columns stay where they are
+        for (const char* text : {"23", "4.5", "-6", "7x", "Ve", "R1", "JUL", "1234.5", "01234.5",
+                                 "101112.25", "12:30:15", "010203"}) {
+            texts.emplace_back(text);
+        }
+        if (type != typeOf<trackingRecord_t> || field > 3) { // so do the first four of ATS
+            texts.emplace_back();
+        }
+    }
+    return texts;
+}
+
+bool isNamed(const recordType_t::row_t& row, std::size_t field) {
+    return (row.fields >> std::min<std::size_t>(field, fieldBits - 1) & 1) != 0;
+}
+
+void perturb(typeIndex_t type, const std::vector<std::string>& samples) {
+    const recordType_t& listed = recordTypes[type];
+    std::map<std::string, fieldSet_t> changedBy; // by the name of a row
+    std::size_t count = 0;
+    for (const std::string& sample : samples) {
+        if (type < sentenceCount) {
+            EXPECT_EQ(typeOfSentence(framed(sample).type()), type) << sample;
+        }
+        values_t values = valuesOf(type, sample);
+        const std::vector<span_t> fields = fieldsOf(type, sample);
+        count = std::max(count, fields.size());
+        // In front is the address, the colon or the kind of a line; or, in ATS, the day.
+        for (unsigned i = type == typeOf<trackingRecord_t> ? 0 : 1; i < fields.size(); ++i) {
+            for (const std::string& text : replacements(type, i)) {
+                std::string changed = sample;
+                changed.replace(fields[i].begin, fields[i].length, text);
+                values_t changedValues = valuesOf(type, changed);
+                for (const recordType_t::row_t& row : listed) {
+                    if (changedValues[row.name] != values[row.name]) {
+                        EXPECT_TRUE(isNamed(row, i))
+                            << row.name << " does not name field " << i << ": " << changed;
+                        changedBy[row.name] |= fieldSet_t{1} << i;
+                    }
+                }
+            }
+        }
+    }
+    for (recordType_t::row_t row : listed) {
+        for (std::size_t i = 0; i < count; ++i) {
+            EXPECT_TRUE(!isNamed(row, i) || (changedBy[row.name] >> i & 1) != 0)
+                << listed.name << ": " << row.name << " names field " << i
+                << ", which changes nothing";
+        }
+        if (type == typeOf<motionRecord_t>) { // the rows name the columns once more, for people
+            const std::string place = row.place;
+            row.place = nullptr;
+            EXPECT_EQ(place, "col " + placeOf(row));
+        }
+    }
+}
+
+TEST(perturbation, valuesChangeWithTheFieldsTheyName) {
+    for (typeIndex_t type = 0; type < recordTypeCount; ++type) {
+        const recordType_t& listed = recordTypes[type];
+        const bool hasFields = std::any_of(listed.begin(), listed.end(),
+                                           [](const auto& row) { return row.fields != 0; });
+        const std::vector<std::string> samples = samplesOf(listed.name);
+        EXPECT_TRUE(!hasFields || !samples.empty()) << listed.name << " has no samples";
+        perturb(type, samples);
+    }
+}
+
+} // namespace

@@ -1,0 +1,84 @@
+// The values of a record by the names of their rows in the record table.
+#pragma once
+
+#include <map>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "tests/sentence.h"
+#include "tools/record/recordClue.h"
+#include "tools/record/registry.h"
+
+/// As texts, which differ where the values do; empty for a value that is absent.
+using values_t = std::map<std::string, std::string>;
+
+template <typename T>
+std::string textOf(const T& value) {
+    std::ostringstream text;
+    text.precision(17);
+    if constexpr (std::is_same_v<T, sentTime_t>) {
+        text << value.time.hour << ':' << value.time.minute << ':' << value.time.second;
+    } else if constexpr (std::is_same_v<T, kalo::date_t>) {
+        text << value.year << '-' << value.month << '-' << value.day;
+    } else if constexpr (std::is_same_v<T, std::vector<unsigned>>) {
+        for (const unsigned number : value) {
+            text << number << ' ';
+        }
+    } else if constexpr (std::is_same_v<T, satelliteList_t>) {
+        for (const satellite_t& satellite : value) {
+            text << (satellite.hasPrn ? textOf(satellite.prn) : "-") << ' '
+                 << (satellite.hasElevation ? textOf(satellite.elevation) : "-") << ' '
+                 << (satellite.hasAzimuth ? textOf(satellite.azimuth) : "-") << ' '
+                 << (satellite.hasSnr ? textOf(satellite.snr) : "-") << '\n';
+        }
+    } else {
+        text << value;
+    }
+    return text.str();
+}
+
+struct textSink_t {
+    values_t values;
+
+    template <typename Column, typename T>
+    void value(Column /*column*/, const T& value) {
+        values[Column::row.name] = textOf(value);
+    }
+    template <typename Column>
+    void none(Column /*column*/) {
+        values[Column::row.name] = "";
+    }
+};
+
+/// What is decoded of a record: of a sentence without checksum and line end, or of a line.
+inline values_t valuesOf(typeIndex_t type, const std::string& text) {
+    const kalo::nmeaFormat_t format = framed(text);
+    const kalo::atsAsciiMsg_t tracking(text.data(), text.size());
+    kalo::tss1Msg_t motion;
+    kalo::ntripStreamDecoder_t table;
+    std::vector<satellite_t> satellites;
+    char milliseconds[4] = {};
+    record_t record;
+    record.type = type;
+    record.text = text;
+    if (type < sentenceCount) {
+        readSentenceClue(format, type, satellites, record.clue);
+        record.content = &format;
+    } else if (type == typeOf<motionRecord_t>) {
+        motion.init(text.data(), text.size());
+        record.content = &motion;
+    } else if (type == typeOf<trackingRecord_t>) {
+        readTrackingClue(tracking, milliseconds, record.clue);
+        record.content = &tracking;
+    } else {
+        const std::string line = text + '\n';
+        table.init(line.data(), static_cast<unsigned>(line.size()));
+        record.content = &table;
+    }
+    scratch_t scratch;
+    textSink_t sink;
+    visitRecord(record, scratch,
+                [&](auto kind, const auto& source) { readValues<decltype(kind)>(source, sink); });
+    return sink.values;
+}
