@@ -158,7 +158,7 @@ TEST(encode, csv) {
     expectRun(head + cell("\"1.05") + cells, record, "2:quote");
     expectRun(head + replaced(cells, "TSS1", "ATS") + replaced(cells, "TSS1", ""), record, "");
     expectRun(head + "TSS1,1.05\n" + replaced(cells, "U", "U,1") + cells, record,
-              "2:2; cells | 3:9; cells");
+              "2:2; columns | 3:9; columns");
     expectRun(head + cell("") + cell("\"\""), "", "2:roll; missing | 3:roll; missing");
     expectRun(replaced(head, "roll", "rol") + cells, "", "2:roll; missing");
     expectRun(head + cell("x") + cell("nan") + cell("inf") + cell("0x1") + cell("\"1\"\"2\"") +

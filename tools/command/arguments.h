@@ -24,8 +24,7 @@ struct option_t {
     const char* names;   ///< "--quiet", or "-q,--quiet"
     const char* operand; ///< what its value is called; null for a flag
     const char* help;
-    /// Takes the value, which is empty for a flag; throws `usageError_t` with what is wrong with
-    /// it.
+    /// Gets the value, which is empty for a flag. Throws `usageError_t` if the value is wrong.
     std::function<void(const std::string& value)> take;
     times_t times = times_t::once;
 };
@@ -43,7 +42,7 @@ struct verb_t {
 std::vector<std::string> parseArguments(const verb_t& verb,
                                         const std::vector<std::string>& arguments);
 
-/// An option that sets a flag, and one whose value is taken as it is.
+/// An option without a value, which sets `out`.
 option_t flag(const char* names, bool& out, const char* help);
 
 /// The help of a verb.

@@ -45,7 +45,7 @@ kalo::date_t dateOfArgument(const std::string& text) {
 kalo::gps2utc_t leapOfArgument(const std::string& text) {
     kalo::gps2utc_t leap;
     if (!parseLeap(text, leap)) {
-        throw usageError_t(printable(text) +
+        throw usageError_t("not leap-second parameters: " + printable(text) +
                            " (expected deltaTls,deltaTlsf,wnLsf,dn; the first two up to 127, "
                            "wnLsf up to 255, dn 1 to 7)");
     }
@@ -89,8 +89,9 @@ command_t decodeVerb() {
         {"decode",
          "[FILE...]",
          "Print the records of recordings or live input as JSON lines",
-         "Prints each record as one JSON object on a line. Reads the FILEs one after another;\n"
-         "standard input if none is given, or for -. Counts go to standard error at the end.",
+         "Prints each record as one JSON object on a line. Reads the FILEs one after another, or\n"
+         "standard input if no FILE is given or for -. A summary line with counts goes to\n"
+         "standard error at the end.",
          {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
            [&](const std::string& text) { choice.types.push_back(typeOfArgument(text)); },
            times_t::list},
@@ -102,22 +103,20 @@ command_t decodeVerb() {
           flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
           flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
           flag("--require-checksum", split.requireChecksum,
-               "Take a sentence without a checksum as malformed"),
+               "Report a sentence without a checksum as malformed"),
           flag("--strict", split.strict,
-               "Take each line as it is: it must end in CR LF, and nothing may stand in front "
-               "of the record"),
-          {"--kind", "KIND", "Take every line for this kind of record: nmea, tss1, ats or ntrip",
+               "Accept only lines that end in CR LF, with nothing in front of the record"),
+          {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
            [&](const std::string& text) { split.only = kindOfArgument(text); }},
-          {"--date", "YYYY-MM-DD",
-           "The day on which each input begins, for times of day without a date",
+          {"--date", "YYYY-MM-DD", "The day on which each input begins, to date times of day",
            [&, options](const std::string& text) { options->read.date = dateOfArgument(text); }},
-          flag("--epoch", options->json.epoch, "Print instants as Unix seconds"),
+          flag("--epoch", options->json.epoch, "Print times as Unix seconds"),
           flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
           flag("--raw", options->json.raw, "Add each record's original text as raw"),
-          flag("-q,--quiet", options->quiet, "Do not print the closing line with counts")}},
+          flag("-q,--quiet", options->quiet, "Do not print the summary line")}},
         [options](const texts_t& operands) {
             if (options->choice.onlyValid && options->choice.onlyMalformed) {
-                throw usageError_t("--only-valid and --only-malformed exclude each other");
+                throw usageError_t("--only-valid and --only-malformed cannot be combined");
             }
             options->files = operands;
             return decodeCommand(*options);
@@ -146,8 +145,8 @@ command_t timeVerb() {
              "[INSTANT...]",
              "Convert between UTC, GPS week and seconds, and Unix seconds",
              "Prints each INSTANT on all three scales. An INSTANT is 2017-01-01T00:00:00Z,\n"
-             "WEEK:SECONDS of GPS time, or @SECONDS of Unix time. Without any, the lines of\n"
-             "standard input are read.",
+             "WEEK:SECONDS of GPS time, or @SECONDS of Unix time. Without operands, the lines\n"
+             "of standard input are read.",
              {{"--leap", "A,B,C,D",
                "Leap seconds as a receiver broadcasts them: deltaTls,deltaTlsf,wnLsf,dn",
                [options](const std::string& text) { options->leap = leapOfArgument(text); }}}},
@@ -163,8 +162,8 @@ command_t encodeVerb() {
     return {{"encode",
              "tss1 [FILE...]",
              "Write TSS1 motion records from JSON lines or CSV",
-             "Writes TSS1 motion records from what kalo decode prints of them, or from CSV whose\n"
-             "first line names the values. Standard input if no FILE is given, or for -.",
+             "Writes TSS1 motion records from the JSON lines of kalo decode, or from CSV whose\n"
+             "first line names the values. Reads standard input if no FILE is given or for -.",
              {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees")}},
             [options](const texts_t& operands) {
                 options->files = operands;
@@ -212,7 +211,7 @@ bool isHelp(const std::string& word) { return word == "-h" || word == "--help"; 
 // The format of `encode` stands in front of its files.
 void takeFormat(texts_t& operands) {
     if (operands.empty()) {
-        throw usageError_t("no format is given (expected tss1)");
+        throw usageError_t("missing format (expected tss1)");
     }
     if (operands[0] != "tss1") {
         throw usageError_t("no such format: " + printable(operands[0]) + " (expected tss1)");
@@ -255,7 +254,7 @@ int run(const texts_t& arguments, std::string& place) {
         return print("kalo " KALO_VERSION "\n");
     }
     if (isHelp(word) || word == "help") {
-        const bool isOfCommand = word == "help" && arguments.size() > 1;
+        const bool isOfCommand = word == "help" && arguments.size() > 1 && arguments[1] != "help";
         return print(isOfCommand ? helpOf(commandOf(arguments[1], commands).verb)
                                  : helpOf(commands));
     }

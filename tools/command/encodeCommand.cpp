@@ -202,7 +202,7 @@ private:
         jsonReader_t reader(out.emplace());
         if (!nlohmann::json::sax_parse(line.begin(), line.end(), &reader)) {
             out.reset();
-            return reader.isTooDeep() ? "nested deeper than a record of kalo decode"
+            return reader.isTooDeep() ? "nested deeper than any record of kalo decode"
                                       : "not a JSON object";
         }
         return {};
@@ -214,13 +214,14 @@ private:
         const bool isHead = m_head.empty();
         m_head = isHead ? cells : m_head;
         if (!isClosed) {
-            return "a quote is not closed";
+            return "missing closing quote";
         }
         if (isHead) {
             return {};
         }
         if (cells.size() != m_head.size()) {
-            return fmt::format("{} cells; the first line has {}", cells.size(), m_head.size());
+            return fmt::format("{} columns, but the first line has {}", cells.size(),
+                               m_head.size());
         }
         out.emplace();
         for (std::size_t i = 0; i < cells.size(); ++i) {

@@ -9,7 +9,7 @@ bool readBlocks(const std::string& name, output_t& output,
     output.flush(); // opening may take its time
     input_t input(name);
     if (input.isSameFile(output.descriptor())) {
-        complain(name, "is also the output; write to another file");
+        complain(name, "the input is also the output; write to another file");
         return false;
     }
     std::string start; // the first bytes, as long as they do not tell what they are
@@ -33,7 +33,7 @@ bool readBlocks(const std::string& name, output_t& output,
             block = start.append(block);
             content = contentOf(start, format);
             if (content == content_t::compressed) {
-                complain(name, std::string("is compressed (") + format + "); unpack it first");
+                complain(name, std::string(format) + "-compressed input; unpack it first");
                 return false;
             }
             if (content == content_t::undecided) {

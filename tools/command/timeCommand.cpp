@@ -21,7 +21,7 @@ constexpr double secondsPerWeek = 604800;
 constexpr unsigned lastWeek = 6579; // holds that last second
 
 constexpr const char* afterEnd =
-    "after 2106-02-07T06:28:15Z, the last instant that can be converted";
+    "later than 2106-02-07T06:28:15Z, the latest instant that can be converted";
 
 // An instant on both scales. A leap second has the Unix time of the second behind it.
 struct instantOfGps_t {
@@ -53,8 +53,9 @@ public:
     const char* convert(const std::string& text, instantOfGps_t& out) const {
         const std::size_t colon = std::min(text.find(':'), text.size());
         if (!text.empty() && text[0] == '@') {
-            return kalo::decode(text.substr(1), out.unixTime) ? fromUnix(out, false)
-                                                              : "no number after the @";
+            return kalo::decode(text.substr(1), out.unixTime)
+                       ? fromUnix(out, false)
+                       : "not Unix seconds (expected @SECONDS)";
         }
         if (colon < text.size() && areDigits(text.substr(0, colon))) {
             if (!kalo::decode(text.substr(0, colon), out.gps.week, 10) ||
@@ -102,7 +103,7 @@ private:
 
     const char* fromUnix(instantOfGps_t& out, bool isLeapSecond) const {
         if (!(out.unixTime >= gpsEpoch)) {
-            return "before 1980-01-06, the beginning of GPS time";
+            return "earlier than 1980-01-06, the start of GPS time";
         }
         out.unixTime = toMicroseconds(out.unixTime);
         if (out.unixTime >= lastSecond + 1) {
@@ -119,10 +120,10 @@ private:
 
     const char* fromGps(instantOfGps_t& out) const {
         if (out.gps.week > lastWeek) {
-            return "a week after 6579, the last one that can be converted";
+            return "GPS week out of range (expected 0 to 6579)";
         }
         if (!(out.gps.seconds >= 0 && out.gps.seconds < secondsPerWeek)) {
-            return "seconds outside the week (expected 0 to below 604800)";
+            return "seconds outside the week (expected at least 0 and below 604800)";
         }
         const double count = toMicroseconds(countOf(out.gps));
         const double whole = std::floor(count);

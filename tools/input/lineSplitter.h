@@ -1,4 +1,4 @@
-// Cuts the bytes of an input into lines; tools/recordSplitter.h goes on with each line.
+// Cuts the bytes of an input into lines, which tools/input/pieces.h cuts into records.
 #pragma once
 
 #include <cstddef>

@@ -26,5 +26,5 @@ struct motionRecord_t {
         row_t<&view_t::getVerticalAcceleration>{"verticalAcceleration", metrePerSecondSquared,
                                                 range(3, 6), "", "col 3-6"},
         row_t<motionStatus>{"status", noUnit, fields(13),
-                            "letter: U, G, H, F stable, u, g, h, f not", "col 13"}};
+                            "letter: U, G, H, F settled; u, g, h, f not settled", "col 13"}};
 };

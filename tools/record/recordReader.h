@@ -42,7 +42,6 @@ private:
     void decode(const piece_t& piece, record_t& record);
     void decodeSentence(const piece_t& piece, record_t& record);
     void decodeTracking(record_t& record);
-    void readClue(record_t& record);
     void offerSatellites(const record_t& record);
     const std::string& completed(std::string_view text);
 

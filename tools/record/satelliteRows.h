@@ -23,11 +23,13 @@ inline bool satellitesOfGroup(const satelliteGroup_t& group, satelliteList_t& ou
 struct satellitesRecord_t {
     using view_t = satelliteGroup_t;
     static constexpr const char* name = "SATELLITES";
-    static constexpr const char* meaning = "a group of satellites in view";
+    static constexpr const char* meaning =
+        "satellites in view, from a whole group of GSV sentences";
     static constexpr std::tuple rows{
-        row_t<signalIdOfGroup>{"signalId", noUnit, 0, "signal, where the sentences carry it"},
-        row_t<inViewOfGroup>{"inView", noUnit, 0, "how many satellites the group announces"},
+        row_t<signalIdOfGroup>{"signalId", noUnit, 0,
+                               "signal identifier, if the sentences have one"},
+        row_t<inViewOfGroup>{"inView", noUnit, 0, "number of satellites that the group announces"},
         row_t<satellitesOfGroup>{
             "satellites", noUnit, 0,
-            "those with angles: prn, elevation and azimuth (deg), snr (dB-Hz)"}};
+            "satellites with known angles: prn, elevation and azimuth (deg), snr (dB-Hz)"}};
 };

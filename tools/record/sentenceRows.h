@@ -109,11 +109,13 @@ struct valuesOf_t<kalo::gsaMsg_t> {
     static constexpr std::tuple rows{
         row_t<&view_t::decodeManualMode>{"manualMode", noUnit, fields(1), "selection mode letter"},
         row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(2), "fix type: 1 none, 2 2D, 3 3D"},
-        row_t<&view_t::decodeSatIds>{"satIds", noUnit, range(3, 14), "satellites used"},
+        row_t<&view_t::decodeSatIds>{"satIds", noUnit, range(3, 14),
+                                     "identifiers of the satellites in use"},
         row_t<&view_t::decodePdop>{"pdop", noUnit, fields(15), "position dilution of precision"},
         row_t<&view_t::decodeHdop>{"hdop", noUnit, fields(16), "horizontal dilution of precision"},
         row_t<&view_t::decodeVdop>{"vdop", noUnit, fields(17), "vertical dilution of precision"},
-        row_t<&view_t::decodeSignalId>{"signalId", noUnit, fields(18), "satellite system"}};
+        row_t<&view_t::decodeSignalId>{"signalId", noUnit, fields(18),
+                                       "satellite system identifier"}};
 };
 
 template <>
@@ -152,7 +154,8 @@ struct valuesOf_t<kalo::gsvMsg_t> {
         row_t<&view_t::decodeSatCount>{"satCount", noUnit, 0, "satellites in this sentence"},
         row_t<satellitesOfSentence>{"satellites", noUnit, from(4),
                                     "prn, elevation and azimuth (deg), snr (dB-Hz) of each"},
-        row_t<signalIdOfSentence>{"signalId", noUnit, behindBlocks, "signal", "last"}};
+        row_t<signalIdOfSentence>{"signalId", noUnit, behindBlocks,
+                                  "signal identifier, in the last field", "last"}};
 };
 
 template <>

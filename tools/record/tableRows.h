@@ -63,8 +63,8 @@ struct streamRecord_t {
     static constexpr const char* meaning = "stream of a sourcetable";
     static constexpr std::tuple rows{
         row_t<tableText<1>>{"mountpoint", noUnit, fields(1), ""},
-        row_t<tableText<2>>{"identifier", noUnit, fields(2), "place"},
-        row_t<tableText<3>>{"format", noUnit, fields(3), "of the data"},
+        row_t<tableText<2>>{"identifier", noUnit, fields(2), "source, usually the place"},
+        row_t<tableText<3>>{"format", noUnit, fields(3), "data format"},
         row_t<tableText<4>>{"formatDetails", noUnit, fields(4), ""},
         row_t<tableWord<&view_t::decodeCarrierType>>{"carrierType", noUnit, fields(5),
                                                      "None, L1 or L1L2"},
@@ -74,16 +74,17 @@ struct streamRecord_t {
         row_t<tableNumber<9, float>>{"latitude", degreesAsSent, fields(9), "north positive"},
         row_t<tableNumber<10, float>>{"longitude", degreesAsSent, fields(10), "east positive"},
         row_t<tableFlag<11, &view_t::decodeOneZero>>{"nmea", noUnit, fields(11),
-                                                     "whether the caster wants a position"},
-        row_t<tableWord<&view_t::decodeSolutionType>>{"solutionType", noUnit, fields(12),
-                                                      "Single or Network"},
+                                                     "whether users must send their position"},
+        row_t<tableWord<&view_t::decodeSolutionType>>{
+            "solutionType", noUnit, fields(12), "Single or Network: one base station or several"},
         row_t<tableText<13>>{"generator", noUnit, fields(13), ""},
         row_t<tableText<14>>{"compression", noUnit, fields(14), "compression or encryption"},
         row_t<tableWord<&view_t::decodeAuthType>>{"authType", noUnit, fields(15),
                                                   "None, Basic or Digest"},
-        row_t<tableFlag<16, &view_t::decodeYN>>{"fee", noUnit, fields(16), "whether there is one"},
+        row_t<tableFlag<16, &view_t::decodeYN>>{"fee", noUnit, fields(16),
+                                                "whether it costs a fee"},
         row_t<tableNumber<17, unsigned>>{"bitrate", bitPerSecond, fields(17), ""},
-        row_t<tableRest<18>>{"misc", noUnit, from(18), "all that follows"}};
+        row_t<tableRest<18>>{"misc", noUnit, from(18), "the rest of the record"}};
 };
 
 struct casterRecord_t {
@@ -96,13 +97,13 @@ struct casterRecord_t {
         row_t<tableText<3>>{"identifier", noUnit, fields(3), ""},
         row_t<tableText<4>>{"operator", noUnit, fields(4), ""},
         row_t<tableFlag<5, &view_t::decodeOneZero>>{"nmea", noUnit, fields(5),
-                                                    "whether the caster takes a position"},
+                                                    "whether the caster accepts a position"},
         row_t<tableText<6>>{"country", noUnit, fields(6), ""},
         row_t<tableNumber<7, float>>{"latitude", degreesAsSent, fields(7), "north positive"},
         row_t<tableNumber<8, float>>{"longitude", degreesAsSent, fields(8), "east positive"},
         row_t<tableText<9>>{"fallbackHost", noUnit, fields(9), ""},
         row_t<tableNumber<10, unsigned>>{"fallbackPort", noUnit, fields(10), ""},
-        row_t<tableRest<11>>{"misc", noUnit, from(11), "all that follows"}};
+        row_t<tableRest<11>>{"misc", noUnit, from(11), "the rest of the record"}};
 };
 
 struct networkRecord_t {
@@ -113,11 +114,11 @@ struct networkRecord_t {
         row_t<tableText<1>>{"identifier", noUnit, fields(1), ""},
         row_t<tableText<2>>{"operator", noUnit, fields(2), ""},
         row_t<networkAuth>{"authType", noUnit, fields(3), "None, Basic or Digest"},
-        row_t<tableFlag<4, &view_t::decodeYN>>{"fee", noUnit, fields(4), "whether there is one"},
+        row_t<tableFlag<4, &view_t::decodeYN>>{"fee", noUnit, fields(4), "whether it costs a fee"},
         row_t<tableText<5>>{"webNet", noUnit, fields(5), "address on the network"},
         row_t<tableText<6>>{"webStr", noUnit, fields(6), "address on its streams"},
         row_t<tableText<7>>{"webReg", noUnit, fields(7), "address for registration"},
-        row_t<tableRest<8>>{"misc", noUnit, from(8), "all that follows"}};
+        row_t<tableRest<8>>{"misc", noUnit, from(8), "the rest of the record"}};
 };
 
 struct tableLineRecord_t {
