@@ -77,7 +77,8 @@ public:
     bool decodeIpv4Address(unsigned& out) const;
 
 private:
-    friend class nmeaFormat_t; // fills the fields of a sentence
+    friend struct fieldAccess_t; // lets the views read the text without a call
+    friend class nmeaFormat_t;   // fills the fields of a sentence
 
     std::string m_text;
 };

@@ -4,17 +4,19 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
+#include <new>
+#include <string>
 #include <string_view>
 #include <vector>
 
+#include "kalo/nmea/commaScan.h"
+#include "kalo/nmea/nmeaFormatState.h"
 #include "kalo/nmea/sentences.h"
 #include "kalo/util/numberText.h"
 
 namespace kalo {
 
 namespace {
-
-constexpr std::ptrdiff_t blockSize = 8;
 
 // What recognition needs of the list of sentences.
 struct name_t {
@@ -83,61 +85,75 @@ constexpr auto wholeNames = tableOf<addressRule_t::whole, name_t>();
 constexpr auto ends = tableOf<addressRule_t::end, end_t>();
 constexpr auto encapsulatedEnds = tableOf<addressRule_t::encapsulatedEnd, end_t>();
 
-template <typename Table>
-nmeaMsgType_t recogniseEnd(std::string_view address, const Table& table) {
+// Whole names are those of proprietary sentences, so that other addresses need not be compared.
+constexpr char firstOfWhole = 'P';
+constexpr bool areProprietary() {
+    for (const name_t& name : wholeNames) {
+        if (name.text[0] != firstOfWhole) {
+            return false;
+        }
+    }
+    return true;
+}
+static_assert(areProprietary(), "whole names are looked for behind one letter");
+
+// The ends at places that a multiplication gives, no two at the same one.
+constexpr unsigned placeBits = 6;
+constexpr std::size_t placeOf(std::uint32_t letters, std::uint32_t factor) {
+    return letters * factor >> (32 - placeBits);
+}
+
+constexpr bool separates(std::uint32_t factor) {
+    bool taken[std::size_t{1} << placeBits] = {};
+    for (const end_t& end : ends) {
+        bool& place = taken[placeOf(end.letters, factor)];
+        if (place) {
+            return false;
+        }
+        place = true;
+    }
+    return true;
+}
+
+constexpr std::uint32_t findFactor() {
+    std::uint32_t factor = 0x9E3779B1; // the golden ratio; others follow from it
+    while (!separates(factor)) {
+        factor = factor * 1664525 + 1013904223;
+    }
+    return factor;
+}
+constexpr std::uint32_t placeFactor = findFactor();
+
+constexpr auto endsByPlace = [] {
+    std::array<end_t, std::size_t{1} << placeBits> table{};
+    for (const end_t& end : ends) {
+        table[placeOf(end.letters, placeFactor)] = end;
+    }
+    return table;
+}();
+
+nmeaMsgType_t recognise(std::string_view address) {
     if (address.size() < endLength) {
         return msgTypeUnknown;
     }
     const std::uint32_t letters = lettersOf(address.data() + address.size() - endLength);
-    for (const end_t& row : table) {
-        if (row.letters == letters) {
-            return row.type;
-        }
-    }
-    return msgTypeUnknown;
-}
-
-nmeaMsgType_t recognise(std::string_view address) {
     if (address[0] == '!') {
-        return recogniseEnd(address, encapsulatedEnds);
+        for (const end_t& end : encapsulatedEnds) {
+            if (end.letters == letters) {
+                return end.type;
+            }
+        }
+        return msgTypeUnknown;
     }
-    for (const name_t& row : wholeNames) {
-        if (address.substr(1) == row.text) {
-            return row.type;
+    if (address[1] == firstOfWhole) {
+        for (const name_t& name : wholeNames) {
+            if (address.substr(1) == name.text) {
+                return name.type;
+            }
         }
     }
-    return recogniseEnd(address, ends);
-}
-
-// Eight bytes as one number, the first the lowest.
-std::uint64_t loadBlock(const char* data) {
-    std::uint64_t block = 0;
-    for (unsigned i = 0; i < blockSize; ++i) {
-        block |= std::uint64_t{static_cast<unsigned char>(data[i])} << (8 * i);
-    }
-    return block;
-}
-
-unsigned exclusiveOr(const char* begin, const char* end) {
-    std::uint64_t sum = 0;
-    for (; end - begin >= blockSize; begin += blockSize) {
-        sum ^= loadBlock(begin);
-    }
-    sum ^= sum >> 32;
-    sum ^= sum >> 16;
-    sum ^= sum >> 8;
-    for (; begin != end; ++begin) {
-        sum ^= static_cast<unsigned char>(*begin);
-    }
-    return sum & 0xFF;
-}
-
-// The high bit of each byte of `block` that is a comma.
-std::uint64_t commasOf(std::uint64_t block) {
-    constexpr std::uint64_t ones = 0x0101010101010101;
-    constexpr std::uint64_t lowBits = 0x7F * ones;
-    const std::uint64_t differences = block ^ (',' * ones);
-    return ~(((differences & lowBits) + lowBits) | differences | lowBits);
+    const end_t& end = endsByPlace[placeOf(letters, placeFactor)];
+    return end.letters == letters ? end.type : msgTypeUnknown;
 }
 
 unsigned hexDigit(char c) {
@@ -147,6 +163,51 @@ unsigned hexDigit(char c) {
     const char upper = static_cast<char>(c & ~0x20);
     return upper >= 'A' && upper <= 'F' ? static_cast<unsigned>(upper - 'A' + 10) : 16;
 }
+
+#if defined(__GLIBCXX__) && !defined(KALO_PLAIN)
+
+// Copies texts into strings. Most fields are short; this library's strings keep up to 15 characters
+// within them. A copy of constant size, whatever follows a short text being copied with it, takes
+// two instructions where one of the right size takes a call.
+class shortTexts_t {
+public:
+    shortTexts_t(const char* begin, const char* readable) : m_readable(readable) {
+        m_tailLength = std::min(static_cast<std::size_t>(readable - begin), size);
+        std::memcpy(m_tail, readable - m_tailLength, m_tailLength);
+    }
+
+    void copy(const char* from, std::size_t length, std::string& text) const {
+        if (length > size || text.capacity() != size) {
+            text.assign(from, length); // or it has memory of its own, which it keeps
+            return;
+        }
+        // Near the end what follows is read from the copy, which has room behind it.
+        const auto left = static_cast<std::size_t>(m_readable - from);
+        const char* const source = left >= size ? from : m_tail + m_tailLength - left;
+        ::new (&text) std::string(source, size); // what was there has nothing to release
+        text.erase(length);
+    }
+
+private:
+    static constexpr std::size_t size = 15;
+
+    const char* m_readable;
+    std::size_t m_tailLength;
+    char m_tail[2 * size] = {};
+};
+
+#else
+
+class shortTexts_t {
+public:
+    shortTexts_t(const char* /*begin*/, const char* /*readable*/) {}
+
+    void copy(const char* from, std::size_t length, std::string& text) const {
+        text.assign(from, length);
+    }
+};
+
+#endif
 
 // The two characters of a checksum, which may be all that the rules for numbers accept.
 bool decodeChecksum(const char* data, unsigned& out) {
@@ -160,25 +221,6 @@ bool decodeChecksum(const char* data, unsigned& out) {
 }
 
 } // namespace
-
-struct nmeaFormat_t::state_t {
-    bool valid = false;
-    int formatError = 0;
-    nmeaMsgType_t type = msgTypeUnknown;
-    // The first `fieldCount` fields are in use; those after them keep their memory for the next
-    // sentence.
-    std::vector<nmeaField_t> fields;
-    std::size_t fieldCount = 0;
-
-    // One more field, which is not in use yet.
-    void addField() {
-        constexpr std::size_t usualCount = 24; // what nearly all sentences keep to
-        if (fields.empty()) {
-            fields.reserve(usualCount);
-        }
-        fields.emplace_back();
-    }
-};
 
 nmeaFormat_t::nmeaFormat_t() : m_state(new state_t) {}
 
@@ -223,20 +265,18 @@ bool nmeaFormat_t::init(const char* data, std::size_t length) {
         m_state->formatError = 1;
         return false;
     }
-    std::size_t bodyLength = length - 2;
-    if (length >= 5 && data[length - 5] == '*') {
-        bodyLength = length - 5;
-        unsigned stated = 0;
-        if (!decodeChecksum(data + length - 4, stated)) {
-            m_state->formatError = 1;
-            return false;
-        }
-        if (exclusiveOr(data + 1, data + bodyLength) != (stated & 0xFF)) {
-            m_state->formatError = 2;
-            return false;
-        }
+    const bool hasChecksum = length >= 5 && data[length - 5] == '*';
+    unsigned stated = 0;
+    if (hasChecksum && !decodeChecksum(data + length - 4, stated)) {
+        m_state->formatError = 1;
+        return false;
     }
-    splitFields(data, bodyLength);
+    const unsigned sum = splitFields(data, data + length - (hasChecksum ? 5 : 2), data + length);
+    if (hasChecksum && sum != (stated & 0xFF)) {
+        m_state->fieldCount = 0;
+        m_state->formatError = 2;
+        return false;
+    }
     m_state->type = recognise(m_state->fields[0].toString());
     m_state->valid = true;
     return true;
@@ -254,55 +294,28 @@ const nmeaField_t* nmeaFormat_t::field(unsigned index) const {
     return index < m_state->fieldCount ? &m_state->fields[index] : nullptr;
 }
 
-void nmeaFormat_t::splitFields(const char* body, std::size_t length) {
-    if (length == 0) {
-        return;
-    }
-    // A string takes a text of constant size without a call and then drops the rest of it, so what
-    // follows a short field is copied with it; near the end of the body, from a copy of its own.
-    constexpr std::size_t shortLength = 15;
-    const char* const end = body + length;
-    char tail[2 * shortLength] = {};
-    const std::size_t tailLength = std::min(length, shortLength);
-    std::memcpy(tail, end - tailLength, tailLength);
+// Splits what lies from `body` to `end` into fields, and returns the exclusive-or of what stands
+// behind the start character. Nothing from `readable` on is read.
+unsigned nmeaFormat_t::splitFields(const char* body, const char* end, const char* readable) {
     std::vector<nmeaField_t>& fields = m_state->fields;
     nmeaField_t* next = fields.data();
     nmeaField_t* last = next + fields.size();
-    const auto addField = [&](const char* from, const char* to) {
+    const shortTexts_t texts(body, readable);
+    const char* start = body;
+    const auto endField = [&](const char* to) {
         if (next == last) {
             m_state->addField();
             last = fields.data() + fields.size();
             next = last - 1;
         }
-        std::string& text = (next++)->m_text;
-        const auto size = static_cast<std::size_t>(to - from);
-        if (size > shortLength) {
-            text.assign(from, size);
-            return;
-        }
-        const auto left = static_cast<std::size_t>(end - from);
-        text = std::string(left >= shortLength ? from : tail + tailLength - left, shortLength);
-        text.erase(size);
+        texts.copy(start, static_cast<std::size_t>(to - start), (next++)->m_text);
+        start = to + 1;
     };
-    const char* start = body;
-    const char* block = body;
-    for (; end - block >= blockSize; block += blockSize) {
-        std::uint64_t commas = commasOf(loadBlock(block));
-        for (; commas != 0; commas &= commas - 1) {
-            const char* const comma = block + __builtin_ctzll(commas) / 8;
-            addField(start, comma);
-            start = comma + 1;
-        }
-    }
-    for (; block != end; ++block) {
-        if (*block == ',') {
-            addField(start, block);
-            start = block + 1;
-        }
-    }
-    addField(start, end);
+    const unsigned sum = scanCommas(body, end, endField);
+    endField(end);
     // Only now: an allocation that fails leaves no fields behind.
     m_state->fieldCount = static_cast<std::size_t>(next - fields.data());
+    return sum ^ static_cast<unsigned char>(*body);
 }
 
 } // namespace kalo

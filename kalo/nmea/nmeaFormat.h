@@ -79,9 +79,11 @@ public:
     const nmeaField_t* field(unsigned index) const;
 
 private:
+    friend struct fieldAccess_t; // lets the views read fields without a call
+
     struct state_t;
 
-    KALO_LOCAL void splitFields(const char* body, std::size_t length);
+    KALO_LOCAL unsigned splitFields(const char* body, const char* end, const char* readable);
 
     state_t* m_state;
 };
