@@ -8,9 +8,9 @@ namespace kalo {
 namespace {
 
 bool decodeOffset(const nmeaMsg_t& msg, unsigned index,
-                  bool (nmeaField_t::*signDecoder)(double&) const, double& out) {
+                  bool (*signDecoder)(const std::string&, double&), double& out) {
     double minutes = 0;
-    if (!decodeSigned(msg, index, &nmeaField_t::decode, signDecoder, minutes)) {
+    if (!decodeSigned(msg, index, decodeRealText, signDecoder, minutes)) {
         return false;
     }
     out = radiansFromDegrees(minutes / 60);
@@ -30,11 +30,11 @@ bool dtmMsg_t::decodeLocalDatumSubdivision(std::string& out) const {
 }
 
 bool dtmMsg_t::decodeLatitudeOffset(double& out) const {
-    return decodeOffset(*this, 3, &nmeaField_t::decodeNS, out);
+    return decodeOffset(*this, 3, decodeNSText, out);
 }
 
 bool dtmMsg_t::decodeLongitudeOffset(double& out) const {
-    return decodeOffset(*this, 5, &nmeaField_t::decodeEW, out);
+    return decodeOffset(*this, 5, decodeEWText, out);
 }
 
 bool dtmMsg_t::decodeAltitudeOffset(double& out) const { return decodeReal(*this, 7, out); }

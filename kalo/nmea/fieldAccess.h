@@ -3,51 +3,73 @@
 
 #include <string>
 
+#include "kalo/nmea/fieldText.h"
+#include "kalo/nmea/nmeaFormatState.h"
 #include "kalo/nmea/nmeaMsg.h"
 
 namespace kalo {
 
-/// Calls `decoder` on field `index`; false if there is no such field.
-template <typename T, typename... Arguments>
-bool decodeField(const nmeaMsg_t& msg, unsigned index,
-                 bool (nmeaField_t::*decoder)(T&, Arguments...) const, T& out,
-                 Arguments... arguments) {
-    const nmeaField_t* field = msg.field(index);
-    return field != nullptr && (field->*decoder)(out, arguments...);
+/// What the views' sources see of the sentence without a call.
+struct fieldAccess_t {
+    static unsigned count(const nmeaMsg_t& msg) {
+        return static_cast<unsigned>(msg.m_format->m_state->fieldCount);
+    }
+    /// Null beyond the last field.
+    static const std::string* text(const nmeaMsg_t& msg, unsigned index) {
+        const nmeaFormat_t::state_t& state = *msg.m_format->m_state;
+        return index < state.fieldCount ? &state.fields[index].m_text : nullptr;
+    }
+};
+
+/// Calls `decoder` on the text of field `index`; false if there is no such field.
+template <typename T>
+bool decodeField(const nmeaMsg_t& msg, unsigned index, bool (*decoder)(const std::string&, T&),
+                 T& out) {
+    const std::string* const text = fieldAccess_t::text(msg, index);
+    return text != nullptr && decoder(*text, out);
 }
 
 inline bool decodeReal(const nmeaMsg_t& msg, unsigned index, double& out) {
-    return decodeField<double>(msg, index, &nmeaField_t::decode, out);
+    return decodeField(msg, index, decodeRealText, out);
 }
 
 inline bool decodeDecimal(const nmeaMsg_t& msg, unsigned index, unsigned& out) {
-    return decodeField<unsigned, int>(msg, index, &nmeaField_t::decode, out, 10);
+    return decodeField(msg, index, decodeDecimalText, out);
 }
 
 inline bool decodeRadians(const nmeaMsg_t& msg, unsigned index, double& out) {
-    return decodeField(msg, index, &nmeaField_t::decodeAsRadians, out);
+    return decodeField(msg, index, decodeRadiansText, out);
+}
+
+inline bool decodeTime(const nmeaMsg_t& msg, unsigned index, timeOfDay_t& out) {
+    return decodeField(msg, index, decodeHHMMSSText, out);
 }
 
 inline bool decodeLetter(const nmeaMsg_t& msg, unsigned index, char& out) {
-    return decodeField<char>(msg, index, &nmeaField_t::decode, out);
+    return decodeField(msg, index, decodeLetterText, out);
 }
 
 inline bool decodeString(const nmeaMsg_t& msg, unsigned index, std::string& out) {
-    return decodeField<std::string>(msg, index, &nmeaField_t::decode, out);
+    const std::string* const text = fieldAccess_t::text(msg, index);
+    if (text == nullptr) {
+        return false;
+    }
+    out = *text;
+    return true;
 }
 
 /// A number that counts only if the next field is the letter `unit`. `out` receives the number
 /// before the letter is checked.
 inline bool decodeWithUnit(const nmeaMsg_t& msg, unsigned index, char unit, double& out) {
     char letter = 0;
-    return msg.field(index + 1) != nullptr && decodeReal(msg, index, out) &&
+    return index + 1 < fieldAccess_t::count(msg) && decodeReal(msg, index, out) &&
            decodeLetter(msg, index + 1, letter) && letter == unit;
 }
 
 /// The product of a magnitude and the sign that the next field gives. False leaves `out` untouched.
 inline bool decodeSigned(const nmeaMsg_t& msg, unsigned index,
-                         bool (nmeaField_t::*magnitudeDecoder)(double&) const,
-                         bool (nmeaField_t::*signDecoder)(double&) const, double& out) {
+                         bool (*magnitudeDecoder)(const std::string&, double&),
+                         bool (*signDecoder)(const std::string&, double&), double& out) {
     double magnitude = 0;
     double sign = 0;
     if (!decodeField(msg, index, magnitudeDecoder, magnitude) ||
@@ -56,6 +78,14 @@ inline bool decodeSigned(const nmeaMsg_t& msg, unsigned index,
     }
     out = magnitude * sign;
     return true;
+}
+
+inline bool decodeLatitude(const nmeaMsg_t& msg, unsigned index, double& out) {
+    return decodeSigned(msg, index, decodeLatitudeText, decodeNSText, out);
+}
+
+inline bool decodeLongitude(const nmeaMsg_t& msg, unsigned index, double& out) {
+    return decodeSigned(msg, index, decodeLongitudeText, decodeEWText, out);
 }
 
 } // namespace kalo

@@ -10,9 +10,7 @@ gbsMsg_t::~gbsMsg_t() = default;
 
 unsigned gbsMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool gbsMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool gbsMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool gbsMsg_t::decodeLatitudeError(double& out) const { return decodeReal(*this, 2, out); }
 

@@ -9,16 +9,12 @@ ggaMsgBase_t::ggaMsgBase_t(nmeaMsgType_t type, const nmeaFormat_t& format)
 
 ggaMsgBase_t::~ggaMsgBase_t() = default;
 
-bool ggaMsgBase_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool ggaMsgBase_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
-bool ggaMsgBase_t::decodeLatitude(double& out) const {
-    return decodeSigned(*this, 2, &nmeaField_t::decodeLatitude, &nmeaField_t::decodeNS, out);
-}
+bool ggaMsgBase_t::decodeLatitude(double& out) const { return kalo::decodeLatitude(*this, 2, out); }
 
 bool ggaMsgBase_t::decodeLongitude(double& out) const {
-    return decodeSigned(*this, 4, &nmeaField_t::decodeLongitude, &nmeaField_t::decodeEW, out);
+    return kalo::decodeLongitude(*this, 4, out);
 }
 
 bool ggaMsgBase_t::decodeQuality(unsigned& out) const { return decodeDecimal(*this, 6, out); }

@@ -21,15 +21,15 @@ bool gsaMsg_t::decodeFixMode(unsigned& out) const { return decodeDecimal(*this, 
 
 bool gsaMsg_t::decodeSatIds(std::vector<unsigned>& out) const {
     for (unsigned i = firstSatId; i < firstSatId + satIdCount; ++i) {
-        const nmeaField_t* id = field(i);
+        const std::string* const id = fieldAccess_t::text(*this, i);
         if (id == nullptr) {
             return false;
         }
-        if (id->isEmpty()) {
+        if (id->empty()) {
             continue;
         }
         unsigned number = 0;
-        if (!id->decode(number, 10)) {
+        if (!decodeDecimalText(*id, number)) {
             return false;
         }
         out.push_back(number);

@@ -10,9 +10,7 @@ gstMsg_t::~gstMsg_t() = default;
 
 unsigned gstMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool gstMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool gstMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool gstMsg_t::decodeRangeRms(double& out) const { return decodeReal(*this, 2, out); }
 

@@ -30,10 +30,11 @@ bool gsvMsg_t::decodeMessageNumber(unsigned& out) const { return decodeDecimal(*
 bool gsvMsg_t::decodeTotalSatCount(unsigned& out) const { return decodeDecimal(*this, 3, out); }
 
 bool gsvMsg_t::decodeSatCount(unsigned& out) const {
-    if (fieldCount() % blockSize > 1) {
+    const unsigned fields = fieldAccess_t::count(*this);
+    if (fields % blockSize > 1) {
         return false;
     }
-    out = fieldCount() / blockSize;
+    out = fields / blockSize;
     if (out == 0) {
         return false;
     }
@@ -58,7 +59,8 @@ bool gsvMsg_t::decodeSatSnr(unsigned block, double& out) const {
 }
 
 bool gsvMsg_t::decodeSignalId(unsigned& out) const {
-    return fieldCount() % blockSize == 1 && decodeDecimal(*this, fieldCount() - 1, out);
+    const unsigned fields = fieldAccess_t::count(*this);
+    return fields % blockSize == 1 && decodeDecimal(*this, fields - 1, out);
 }
 
 } // namespace kalo

@@ -3,38 +3,11 @@
 #include <charconv>
 #include <sstream>
 
-#include "kalo/time/timeUtil.h"
-#include "kalo/util/numberText.h"
-#include "kalo/util/units.h"
+#include "kalo/nmea/fieldText.h"
 
 namespace kalo {
 
 namespace {
-
-// Degrees of `degreeDigits` digits followed by minutes, as radians.
-bool decodeCoordinate(const std::string& text, std::size_t degreeDigits, double& out) {
-    if (text.size() <= degreeDigits) {
-        return false;
-    }
-    unsigned degrees = 0;
-    double minutes = 0;
-    if (!decodeText(text.data(), degreeDigits, degrees, 10) ||
-        !decodeText(text.data() + degreeDigits, text.size() - degreeDigits, minutes) ||
-        minutes < 0) {
-        return false;
-    }
-    out = radiansFromDegrees(degrees + minutes / 60);
-    return true;
-}
-
-bool decodeSign(const nmeaField_t& field, char positive, char negative, double& out) {
-    char letter = 0;
-    if (!field.decode(letter) || (letter != positive && letter != negative)) {
-        return false;
-    }
-    out = letter == positive ? 1.0 : -1.0;
-    return true;
-}
 
 // The four numbers of an address by the rules of streams, which accept white space around them.
 bool extractAddress(const std::string& text, unsigned (&octets)[4]) {
@@ -109,13 +82,7 @@ bool nmeaField_t::decode(std::string& out) const {
     return true;
 }
 
-bool nmeaField_t::decode(char& out) const {
-    if (m_text.size() != 1) {
-        return false;
-    }
-    out = m_text[0];
-    return true;
-}
+bool nmeaField_t::decode(char& out) const { return decodeLetterText(m_text, out); }
 
 bool nmeaField_t::decode(short& out, int base) const {
     return decodeText(m_text.data(), m_text.size(), out, base);
@@ -143,41 +110,22 @@ bool nmeaField_t::decode(unsigned long long& out, int base) const {
 
 bool nmeaField_t::decode(float& out) const { return decodeText(m_text.data(), m_text.size(), out); }
 
-bool nmeaField_t::decode(double& out) const {
-    return decodeText(m_text.data(), m_text.size(), out);
-}
+bool nmeaField_t::decode(double& out) const { return decodeRealText(m_text, out); }
 
-bool nmeaField_t::decodeLatitude(double& out) const { return decodeCoordinate(m_text, 2, out); }
+bool nmeaField_t::decodeLatitude(double& out) const { return decodeLatitudeText(m_text, out); }
 
-bool nmeaField_t::decodeLongitude(double& out) const { return decodeCoordinate(m_text, 3, out); }
+bool nmeaField_t::decodeLongitude(double& out) const { return decodeLongitudeText(m_text, out); }
 
-bool nmeaField_t::decodeNS(double& out) const { return decodeSign(*this, 'N', 'S', out); }
+bool nmeaField_t::decodeNS(double& out) const { return decodeNSText(m_text, out); }
 
-bool nmeaField_t::decodeEW(double& out) const { return decodeSign(*this, 'E', 'W', out); }
+bool nmeaField_t::decodeEW(double& out) const { return decodeEWText(m_text, out); }
 
-bool nmeaField_t::decodeAsRadians(double& out) const {
-    double degrees = 0;
-    if (!decode(degrees)) {
-        return false;
-    }
-    out = radiansFromDegrees(degrees);
-    return true;
-}
+bool nmeaField_t::decodeAsRadians(double& out) const { return decodeRadiansText(m_text, out); }
 
-bool nmeaField_t::decodeHHMMSS(timeOfDay_t& out) const {
-    return m_text.size() >= 5 && decodeText(m_text.data(), 2, out.hour, 10) &&
-           decodeText(m_text.data() + 2, 2, out.minute, 10) &&
-           decodeText(m_text.data() + 4, m_text.size() - 4, out.second);
-}
+bool nmeaField_t::decodeHHMMSS(timeOfDay_t& out) const { return decodeHHMMSSText(m_text, out); }
 
 bool nmeaField_t::decodeDDMMYY(date_t& out, unsigned cutoff) const {
-    if (m_text.size() != 6 || !decodeText(m_text.data(), 2, out.day, 10) ||
-        !decodeText(m_text.data() + 2, 2, out.month, 10) ||
-        !decodeText(m_text.data() + 4, 2, out.year, 10)) {
-        return false;
-    }
-    out.year = twoDigitYearToAD(out.year, cutoff);
-    return true;
+    return decodeDDMMYYText(m_text, out, cutoff);
 }
 
 bool nmeaField_t::decodeIpv4Address(unsigned& out) const {

@@ -64,6 +64,8 @@ public:
     static nmeaMsg_t* create(const nmeaFormat_t& format);
 
 private:
+    friend struct fieldAccess_t; // lets the views read fields without a call
+
     nmeaMsgType_t m_type;
     const nmeaFormat_t* m_format;
 };

@@ -25,9 +25,7 @@ psimLbpMsg_t::~psimLbpMsg_t() = default;
 
 unsigned psimLbpMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool psimLbpMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool psimLbpMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool psimLbpMsg_t::decodeType(std::string& out) const { return decodeString(*this, 3, out); }
 

@@ -31,9 +31,7 @@ psimSsbMsg_t::~psimSsbMsg_t() = default;
 
 unsigned psimSsbMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool psimSsbMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool psimSsbMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool psimSsbMsg_t::decodeBeaconId(std::string& out) const { return decodeString(*this, 2, out); }
 
@@ -74,25 +72,24 @@ bool psimSsbMsg_t::decodeRawAddInfo2(double& out) const { return decodeReal(*thi
 
 psimSsbMsg_t::coords_t::coords_t(const psimSsbMsg_t& msg) : m_msg(&msg), m_layout(layoutOf(msg)) {}
 
-// The letters are literals, which every platform has before it initialises any static object.
 psimSsbMsg_t::coords_t::layout_t psimSsbMsg_t::coords_t::layoutOf(const psimSsbMsg_t& msg) {
     static constexpr struct {
-        const char* coordType;
-        const char* orientation;
+        char coordType;
+        char orientation;
         layout_t layout;
     } layouts[] = {
-        {"C", "H", layoutShipRelative}, {"C", "N", layoutNorthEast},
-        {"C", "E", layoutEastNorth},    {"P", "H", layoutPolar},
-        {"R", "N", layoutGeographic},   {"U", "N", layoutUtmNorthEast},
-        {"U", "E", layoutUtmEastNorth},
+        {'C', 'H', layoutShipRelative}, {'C', 'N', layoutNorthEast},
+        {'C', 'E', layoutEastNorth},    {'P', 'H', layoutPolar},
+        {'R', 'N', layoutGeographic},   {'U', 'N', layoutUtmNorthEast},
+        {'U', 'E', layoutUtmEastNorth},
     };
-    const nmeaField_t* coordType = msg.field(5);
-    const nmeaField_t* orientation = msg.field(6);
-    if (coordType == nullptr || orientation == nullptr) {
+    char coordType = 0;
+    char orientation = 0;
+    if (!decodeLetter(msg, 5, coordType) || !decodeLetter(msg, 6, orientation)) {
         return layoutUnknown;
     }
     for (const auto& row : layouts) {
-        if (*coordType == row.coordType && *orientation == row.orientation) {
+        if (coordType == row.coordType && orientation == row.orientation) {
             return row.layout;
         }
     }
@@ -142,14 +139,14 @@ bool psimSsbMsg_t::coords_t::decodeLongitude(double& out) const {
 psimSsbMsg_t::addInfo_t::addInfo_t(const psimSsbMsg_t& msg) : m_msg(&msg), m_kind(kindOf(msg)) {}
 
 psimSsbMsg_t::addInfo_t::kind_t psimSsbMsg_t::addInfo_t::kindOf(const psimSsbMsg_t& msg) {
-    const nmeaField_t* type = msg.field(12);
-    if (type == nullptr) {
+    char type = 0;
+    if (!decodeLetter(msg, 12, type)) {
         return kindNone;
     }
-    return *type == "D"   ? kindDepth
-           : *type == "I" ? kindInclinometer
-           : *type == "T" ? kindTime
-                          : kindNone;
+    return type == 'D'   ? kindDepth
+           : type == 'I' ? kindInclinometer
+           : type == 'T' ? kindTime
+                         : kindNone;
 }
 
 bool psimSsbMsg_t::addInfo_t::decodeRoll(double& out) const {

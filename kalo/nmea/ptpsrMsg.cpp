@@ -8,9 +8,7 @@ ptpsrMsg_t::ptpsrMsg_t(const nmeaFormat_t& format) : nmeaMsg_t(msgTypePtpsr, for
 
 ptpsrMsg_t::~ptpsrMsg_t() = default;
 
-bool ptpsrMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 2, &nmeaField_t::decodeHHMMSS, out);
-}
+bool ptpsrMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 2, out); }
 
 bool ptpsrMsg_t::decodeSentenceFormatter(std::string& out) const {
     return decodeString(*this, 1, out);
@@ -35,23 +33,23 @@ bool ptpsrMsg_t::decodeInclinationRMS(double& out) const { return decodeRadians(
 bool ptpsrMsg_t::decodeAzimuthOffset(double& out) const { return decodeRadians(*this, 10, out); }
 
 bool ptpsrMsg_t::decodeNumGPSSatellites(unsigned short& out) const {
-    return decodeField<unsigned short, int>(*this, 11, &nmeaField_t::decode, out, 10);
+    return decodeField(*this, 11, decodeShortText, out);
 }
 
 bool ptpsrMsg_t::decodeNumGLONASSSatellites(unsigned short& out) const {
-    return decodeField<unsigned short, int>(*this, 12, &nmeaField_t::decode, out, 10);
+    return decodeField(*this, 12, decodeShortText, out);
 }
 
 bool ptpsrMsg_t::decodeNumBeiDouSatellites(unsigned short& out) const {
-    return decodeField<unsigned short, int>(*this, 13, &nmeaField_t::decode, out, 10);
+    return decodeField(*this, 13, decodeShortText, out);
 }
 
 bool ptpsrMsg_t::decodeNumGalileoSatellites(unsigned short& out) const {
-    return decodeField<unsigned short, int>(*this, 14, &nmeaField_t::decode, out, 10);
+    return decodeField(*this, 14, decodeShortText, out);
 }
 
 bool ptpsrMsg_t::decodeNumOtherSatellites(unsigned short& out) const {
-    return decodeField<unsigned short, int>(*this, 15, &nmeaField_t::decode, out, 10);
+    return decodeField(*this, 15, decodeShortText, out);
 }
 
 } // namespace kalo

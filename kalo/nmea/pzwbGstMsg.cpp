@@ -10,9 +10,7 @@ pzwbGstMsg_t::~pzwbGstMsg_t() = default;
 
 unsigned pzwbGstMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool pzwbGstMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool pzwbGstMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool pzwbGstMsg_t::decodeRangeRms(double& out) const { return decodeReal(*this, 2, out); }
 

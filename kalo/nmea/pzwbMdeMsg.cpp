@@ -10,9 +10,7 @@ pzwbMdeMsg_t::~pzwbMdeMsg_t() = default;
 
 unsigned pzwbMdeMsg_t::capabilities() const { return capabilityTimeOfDay; }
 
-bool pzwbMdeMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool pzwbMdeMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool pzwbMdeMsg_t::decodePrn(unsigned& out) const { return decodeDecimal(*this, 2, out); }
 

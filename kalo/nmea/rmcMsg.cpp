@@ -13,22 +13,16 @@ rmcMsg_t::~rmcMsg_t() = default;
 unsigned rmcMsg_t::capabilities() const { return capabilityDate | capabilityTimeOfDay; }
 
 bool rmcMsg_t::decodeDate(date_t& out) const {
-    return decodeField(*this, 9, &nmeaField_t::decodeDDMMYY, out, defaultTwoDigitYearCutoff);
+    return decodeField(*this, 9, decodeDDMMYYText<defaultTwoDigitYearCutoff>, out);
 }
 
-bool rmcMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool rmcMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool rmcMsg_t::decodeValidity(char& out) const { return decodeLetter(*this, 2, out); }
 
-bool rmcMsg_t::decodeLatitude(double& out) const {
-    return decodeSigned(*this, 3, &nmeaField_t::decodeLatitude, &nmeaField_t::decodeNS, out);
-}
+bool rmcMsg_t::decodeLatitude(double& out) const { return kalo::decodeLatitude(*this, 3, out); }
 
-bool rmcMsg_t::decodeLongitude(double& out) const {
-    return decodeSigned(*this, 5, &nmeaField_t::decodeLongitude, &nmeaField_t::decodeEW, out);
-}
+bool rmcMsg_t::decodeLongitude(double& out) const { return kalo::decodeLongitude(*this, 5, out); }
 
 bool rmcMsg_t::decodeSpeedOverGround(double& out) const {
     double knots = 0;
@@ -42,7 +36,7 @@ bool rmcMsg_t::decodeSpeedOverGround(double& out) const {
 bool rmcMsg_t::decodeCourseOverGround(double& out) const { return decodeRadians(*this, 8, out); }
 
 bool rmcMsg_t::decodeMagneticVariation(double& out) const {
-    return decodeSigned(*this, 10, &nmeaField_t::decodeAsRadians, &nmeaField_t::decodeEW, out);
+    return decodeSigned(*this, 10, decodeRadiansText, decodeEWText, out);
 }
 
 bool rmcMsg_t::decodeFixMode(char& out) const { return decodeLetter(*this, 12, out); }

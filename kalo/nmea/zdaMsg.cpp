@@ -21,16 +21,13 @@ bool zdaMsg_t::decodeDate(date_t& out) const {
            decodeDecimal(*this, 4, out.year);
 }
 
-bool zdaMsg_t::decodeTimeOfDay(timeOfDay_t& out) const {
-    return decodeField(*this, 1, &nmeaField_t::decodeHHMMSS, out);
-}
+bool zdaMsg_t::decodeTimeOfDay(timeOfDay_t& out) const { return decodeTime(*this, 1, out); }
 
 bool zdaMsg_t::decodeLocalOffset(int& out) const {
     int hours = 0;
     int minutes = 0;
-    if (!decodeField<int, int>(*this, 5, &nmeaField_t::decode, hours, 10) ||
-        !decodeField<int, int>(*this, 6, &nmeaField_t::decode, minutes, 10) || minutes < 0 ||
-        minutes > 59) {
+    if (!decodeField(*this, 5, decodeIntegerText, hours) ||
+        !decodeField(*this, 6, decodeIntegerText, minutes) || minutes < 0 || minutes > 59) {
         return false;
     }
     const long long offset = 60LL * hours + (hours < 0 ? -minutes : minutes);

@@ -1,19 +1,9 @@
 #include "kalo/util/numberText.h"
 
-#include <cfloat>
 #include <charconv>
-#include <cstdint>
-#include <limits>
+#include <cstring>
 #include <locale>
 #include <sstream>
-#include <type_traits>
-
-// There are two ways to a number. The stream's formatted extraction defines the result. The fast
-// way takes what well-formed records consist of and leaves everything else to the stream: white
-// space and "+" in front, prefixes, overflow, and whatever is no number.
-//
-// A stream reads by the global locale. Plain digits mean the same in every one; any other text
-// takes the fast way only while the global locale is the classic one.
 
 namespace kalo {
 
@@ -34,26 +24,7 @@ bool extract(const char* data, std::size_t length, T& out, std::ios_base::fmtfla
     return !stream.fail() && stream.eof();
 }
 
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
-
-// A few decimal digits, which every type holds: what most integers are.
-template <typename T>
-bool parseDigits(const char* data, std::size_t length, T& out) {
-    if (length > std::numeric_limits<short>::digits10) {
-        return false;
-    }
-    unsigned value = 0;
-    for (std::size_t i = 0; i < length; ++i) {
-        if (!isDigit(data[i])) {
-            return false;
-        }
-        value = value * 10 + static_cast<unsigned>(data[i] - '0');
-    }
-    out = static_cast<T>(value);
-    return true;
-}
-
-// Only digits of the base, and a "-" where the type has a sign.
+// Digits of the base only, and a "-" where the type has a sign.
 template <typename T>
 bool parseInteger(const char* data, std::size_t length, T& out, int base) {
     T value = 0;
@@ -65,63 +36,43 @@ bool parseInteger(const char* data, std::size_t length, T& out, int base) {
     return true;
 }
 
+// Whether a text that is no integer can be read to where it ends to be one, as a stream does: `out`
+// is what the digits at its start say, or 0.
+template <typename T>
+bool readDigits(const char* data, std::size_t length, T& out) {
+    constexpr std::size_t mostDigits = std::numeric_limits<T>::digits10;
+    std::size_t digits = 0;
+    T value = 0;
+    while (digits < length && isDecimalDigit(data[digits])) {
+        if (digits == mostDigits) {
+            return false;
+        }
+        value = static_cast<T>(value * 10 + (data[digits] - '0'));
+        ++digits;
+    }
+    // A number may begin with white space or a sign.
+    if (digits == 0 && std::strchr(" \t\n\v\f\r+-", data[0]) != nullptr) {
+        return false;
+    }
+    out = value;
+    return true;
+}
+
 template <typename T>
 bool decodeInteger(const char* data, std::size_t length, T& out, int base) {
-    if (base != 10 && base != 16 && base != 8) {
+    if ((base != 10 && base != 16 && base != 8) || length == 0) {
         return false;
     }
-    if (length == 0) {
-        return false;
-    }
-    if ((base == 10 && parseDigits(data, length, out)) || parseInteger(data, length, out, base)) {
+    if (parseInteger(data, length, out, base)) {
         return true;
+    }
+    if (base == 10 && isClassicLocale() && readDigits(data, length, out)) {
+        return false;
     }
     return extract(data, length, out,
                    base == 10   ? std::ios_base::dec
                    : base == 16 ? std::ios_base::hex
                                 : std::ios_base::oct);
-}
-
-// A sign, digits and at most one point, read as an integer mantissa and a power of ten.
-struct decimal_t {
-    bool negative = false;
-    std::uint64_t mantissa = 0;
-    unsigned digits = 0;
-    unsigned decimals = 0;
-    bool hasPoint = false;
-};
-
-bool parseDecimal(const char* data, std::size_t length, decimal_t& out) {
-    const char* const end = data + length;
-    out.negative = *data == '-';
-    data += out.negative ? 1 : 0;
-    const char* point = end;
-    for (const char* at = data; at != end; ++at) {
-        if (isDigit(*at)) {
-            out.mantissa = out.mantissa * 10 + static_cast<std::uint64_t>(*at - '0');
-        } else if (*at == '.' && point == end) {
-            point = at;
-        } else {
-            return false;
-        }
-    }
-    out.hasPoint = point != end;
-    out.digits = static_cast<unsigned>(end - data) - (out.hasPoint ? 1 : 0);
-    out.decimals = out.hasPoint ? static_cast<unsigned>(end - point) - 1 : 0;
-    return out.digits > 0;
-}
-
-// So many digits fit the mantissa's type, and as many powers of ten are exact as doubles.
-constexpr unsigned maxDigits = 19;
-constexpr double powersOfTen[maxDigits + 1] = {1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,
-                                               1e7,  1e8,  1e9,  1e10, 1e11, 1e12, 1e13,
-                                               1e14, 1e15, 1e16, 1e17, 1e18, 1e19};
-
-// With both sides exact one division rounds correctly, unless the processor's registers are wider
-// than a double.
-bool isExact(const decimal_t& decimal) {
-    return FLT_EVAL_METHOD == 0 && decimal.digits <= maxDigits &&
-           decimal.mantissa <= std::uint64_t{1} << DBL_MANT_DIG;
 }
 
 // `from_chars` would take "inf" and "nan", which end in a letter or a parenthesis.
@@ -130,7 +81,7 @@ bool parseReal(const char* data, std::size_t length, T& out) {
 #if defined(__cpp_lib_to_chars)
     const char last = data[length - 1];
     T value = 0;
-    if (!isDigit(last) && last != '.') {
+    if (!isDecimalDigit(last) && last != '.') {
         return false;
     }
     const std::from_chars_result result = std::from_chars(data, data + length, value);
@@ -145,6 +96,29 @@ bool parseReal(const char* data, std::size_t length, T& out) {
     static_cast<void>(out);
     return false;
 #endif
+}
+
+// The same of a real number: the digits at the start, up to a character that ends them. Few digits,
+// so that `decodeText` reads them exactly.
+bool readDigits(const char* data, std::size_t length, double& out) {
+    std::size_t end = data[0] == '-' ? 1 : 0;
+    const std::size_t begin = end;
+    bool hasPoint = false;
+    while (end < length && (isDecimalDigit(data[end]) || (data[end] == '.' && !hasPoint))) {
+        hasPoint = hasPoint || data[end] == '.';
+        ++end;
+    }
+    const std::size_t digits = end - begin - (hasPoint ? 1 : 0);
+    const bool mayGoOn = end == length || data[end] == 'e' || data[end] == 'E';
+    const bool mayBegin = end == 0 && std::strchr(" \t\n\v\f\r+", data[0]) != nullptr;
+    if (mayGoOn || mayBegin || digits > mostExactDigits) {
+        return false;
+    }
+    if (digits == 0) {
+        out = 0;
+        return true;
+    }
+    return decodeText(data, end, out);
 }
 
 } // namespace
@@ -183,29 +157,40 @@ bool decodeText(const char* data, std::size_t length, float& out) {
     return extract(data, length, out, std::ios_base::dec);
 }
 
-bool decodeText(const char* data, std::size_t length, double& out) {
+bool decodeRest(const char* data, std::size_t length, unsigned& out) {
+    return decodeInteger(data, length, out, 10);
+}
+
+bool decodeRest(const char* data, std::size_t length, double& out) {
     if (length == 0) {
         return false;
+    }
+    if (!isClassicLocale()) {
+        return extract(data, length, out, std::ios_base::dec);
     }
     // Records in columns have blanks in front of their numbers.
     std::size_t blanks = 0;
     while (blanks + 1 < length && data[blanks] == ' ') {
         ++blanks;
     }
-    decimal_t decimal;
-    const bool exact = parseDecimal(data + blanks, length - blanks, decimal) && isExact(decimal);
-    const bool isPlain = blanks == 0 && !decimal.hasPoint;
-    if (exact && (isPlain || isClassicLocale())) {
-        const double value = static_cast<double>(decimal.mantissa) / powersOfTen[decimal.decimals];
-        out = decimal.negative ? -value : value;
+    if (blanks > 0 && isDecimalDigit(data[blanks])) {
+        return decodeText(data + blanks, length - blanks, out);
+    }
+    if (parseReal(data, length, out)) {
         return true;
     }
-    if (isClassicLocale() && parseReal(data, length, out)) {
-        return true;
+    if (dividesExactly && readDigits(data, length, out)) {
+        return false;
     }
     return extract(data, length, out, std::ios_base::dec);
 }
 
-bool isClassicLocale() { return std::locale() == std::locale::classic(); }
+// The classic locale is asked for once, and compared as bytes first, which takes no call: two
+// locales with the same representation are the same.
+bool isClassicLocale() {
+    static const std::locale& classic = std::locale::classic();
+    const std::locale global;
+    return std::memcmp(&global, &classic, sizeof global) == 0 || global == classic;
+}
 
 } // namespace kalo
