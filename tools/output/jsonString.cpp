@@ -48,6 +48,18 @@ void writeControl(buffer_t& out, unsigned char c) {
 } // namespace
 
 void writeJsonString(buffer_t& out, std::string_view bytes) {
+    char* const begin = out.room(bytes.size() + 2);
+    char* at = begin;
+    *at++ = '"';
+    std::size_t plain = 0;
+    while (plain < bytes.size() && isPlain(static_cast<unsigned char>(bytes[plain]))) {
+        *at++ = bytes[plain++];
+    }
+    if (plain == bytes.size()) { // nothing to escape, as a rule
+        *at++ = '"';
+        out.setEnd(at);
+        return;
+    }
     out.append('"');
     std::size_t done = 0;
     for (std::size_t i = 0; i < bytes.size();) {

@@ -1,5 +1,7 @@
 #include "tools/output/jsonWriter.h"
 
+#include <cstring>
+
 #include "tools/output/jsonString.h"
 #include "tools/output/numberText.h"
 #include "tools/record/registry.h"
@@ -8,43 +10,102 @@ namespace {
 
 constexpr double degreesPerRadian = 180 / 3.141592653589793;
 
-template <typename Number>
-void writeNumber(buffer_t& out, Number value) {
-    out.setEnd(writeInteger(out.room(longestNumber), value));
-}
-void writeNumber(buffer_t& out, double value) {
-    out.setEnd(writeShortest(out.room(longestNumber), value));
-}
-void writeNumber(buffer_t& out, float value) {
-    out.setEnd(writeShortest(out.room(longestNumber), value));
+// Text of a size that is known when the program is compiled, so that it is copied without a loop.
+template <std::size_t size>
+struct fixedText_t {
+    char text[size + 1] = {};
+
+    constexpr char* copyTo(char* at) const {
+        std::memcpy(at, text, size);
+        return at + size;
+    }
+};
+
+// ",\"NAME\":"
+template <typename Column>
+constexpr auto keyOf() {
+    constexpr std::string_view name = Column::row.name;
+    fixedText_t<name.size() + 4> key;
+    char* at = key.text;
+    *at++ = ',';
+    *at++ = '"';
+    for (const char c : name) {
+        *at++ = c;
+    }
+    *at++ = '"';
+    *at++ = ':';
+    return key;
 }
 
-void writeAngle(buffer_t& out, double radians, bool asRadians) {
-    char* const at = out.room(longestNumber);
-    out.setEnd(asRadians ? writeShortest(at, radians)
-                         : writeFifteenDigits(at, radians * degreesPerRadian));
+template <std::size_t size>
+char* copy(char* at, const char (&text)[size]) {
+    std::memcpy(at, text, size - 1);
+    return at + size - 1;
 }
 
-void writePair(buffer_t& out, unsigned value, char separator) {
-    out.setEnd(writePadded(out.room(longestNumber), value, 2));
-    out.append(separator);
+// What a value may take that is neither text nor a list: a date, say, or a time without its
+// fraction, or a number.
+constexpr std::size_t longestPlain = 64;
+
+char* put(char* at, bool value) { return value ? copy(at, "true") : copy(at, "false"); }
+char* put(char* at, std::uint64_t value) { return writeInteger(at, value); }
+char* put(char* at, unsigned value) { return writeInteger(at, std::uint64_t{value}); }
+char* put(char* at, unsigned short value) { return writeInteger(at, std::uint64_t{value}); }
+char* put(char* at, int value) { return writeInteger(at, value); }
+char* put(char* at, float value) { return writeShortest(at, value); }
+char* put(char* at, double value) { return writeShortest(at, value); }
+
+char* put(char* at, const kalo::date_t& date) {
+    at = writeYear(at, date.year);
+    *at++ = '-';
+    at = writePair(at, date.month);
+    *at++ = '-';
+    return writePair(at, date.day);
+}
+
+char* putWholeTime(char* at, const sentTime_t& sent) {
+    at = writePair(at, sent.time.hour);
+    *at++ = ':';
+    at = writePair(at, sent.time.minute);
+    *at++ = ':';
+    return writePair(at, sent.second);
+}
+
+char* putAngle(char* at, double radians, bool asRadians) {
+    return asRadians ? writeShortest(at, radians)
+                     : writeFifteenDigits(at, radians * degreesPerRadian);
+}
+
+char* put(char* at, const satellite_t& satellite, bool asRadians) {
+    char* const begin = at;
+    if (satellite.hasPrn) {
+        at = put(copy(at, ",\"prn\":"), satellite.prn);
+    }
+    if (satellite.hasElevation) {
+        at = putAngle(copy(at, ",\"elevation\":"), satellite.elevation, asRadians);
+    }
+    if (satellite.hasAzimuth) {
+        at = putAngle(copy(at, ",\"azimuth\":"), satellite.azimuth, asRadians);
+    }
+    if (satellite.hasSnr) {
+        at = put(copy(at, ",\"snr\":"), satellite.snr);
+    }
+    if (at == begin) {
+        *at++ = '{';
+    }
+    *begin = '{';
+    *at++ = '}';
+    return at;
 }
 
 void writeTime(buffer_t& out, const sentTime_t& sent) {
-    writePair(out, sent.time.hour, ':');
-    writePair(out, sent.time.minute, ':');
-    out.setEnd(writePadded(out.room(longestNumber), sent.second, 2));
+    char* at = putWholeTime(out.room(longestPlain + 1 + sent.fraction.size()), sent);
     if (!sent.fraction.empty()) {
-        out.append('.');
-        out.append(sent.fraction);
+        *at++ = '.';
+        std::memcpy(at, sent.fraction.data(), sent.fraction.size());
+        at += sent.fraction.size();
     }
-}
-
-void writeDate(buffer_t& out, const kalo::date_t& date) {
-    out.setEnd(writePadded(out.room(longestNumber), date.year, 4));
-    out.append('-');
-    writePair(out, date.month, '-');
-    out.setEnd(writePadded(out.room(longestNumber), date.day, 2));
+    out.setEnd(at);
 }
 
 // Takes the values of a record and writes those that are there.
@@ -54,12 +115,19 @@ public:
 
     template <typename Column, typename T>
     void value(Column /*column*/, const T& value) {
-        m_out.append(",\"");
-        m_out.append(Column::row.name);
-        m_out.append("\":");
+        static constexpr auto key = keyOf<Column>();
+        char* const at = key.copyTo(m_out.room(sizeof key + longestPlain));
         if constexpr (Column::row.unit.radianName != nullptr) {
-            writeAngle(m_out, value, m_radians);
+            m_out.setEnd(putAngle(at, value, m_radians));
+        } else if constexpr (std::is_same_v<T, kalo::date_t>) {
+            *at = '"';
+            char* const end = put(at + 1, value);
+            *end = '"';
+            m_out.setEnd(end + 1);
+        } else if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, char>) {
+            m_out.setEnd(put(at, value));
         } else {
+            m_out.setEnd(at);
             write(value);
         }
     }
@@ -68,12 +136,6 @@ public:
     void none(Column /*column*/) {}
 
 private:
-    void write(bool value) { m_out.append(value ? "true" : "false"); }
-    void write(unsigned value) { writeNumber(m_out, std::uint64_t{value}); }
-    void write(unsigned short value) { write(unsigned{value}); }
-    void write(int value) { writeNumber(m_out, value); }
-    void write(float value) { writeNumber(m_out, value); }
-    void write(double value) { writeNumber(m_out, value); }
     void write(char value) { writeJsonString(m_out, {&value, 1}); }
     void write(std::string_view value) { writeJsonString(m_out, value); }
 
@@ -83,61 +145,54 @@ private:
         m_out.append('"');
     }
 
-    void write(const kalo::date_t& value) {
-        m_out.append('"');
-        writeDate(m_out, value);
-        m_out.append('"');
-    }
-
     void write(const std::vector<unsigned>& values) {
+        char* at = m_out.room(values.size() * longestNumber + longestNumber);
         char separator = '[';
         for (const unsigned value : values) {
-            m_out.append(separator);
-            write(value);
+            *at++ = separator;
+            at = put(at, value);
             separator = ',';
         }
-        m_out.append(values.empty() ? "[]" : "]");
+        m_out.setEnd(values.empty() ? copy(at, "[]") : copy(at, "]"));
     }
 
     void write(const satelliteList_t& satellites) {
+        constexpr std::size_t longestSatellite = 4 * (longestNumber + 16);
+        const auto count = static_cast<std::size_t>(satellites.last - satellites.first);
+        char* at = m_out.room((count + 1) * longestSatellite);
         char separator = '[';
         for (const satellite_t& satellite : satellites) {
-            m_out.append(separator);
-            write(satellite);
+            *at++ = separator;
+            at = put(at, satellite, m_radians);
             separator = ',';
         }
-        m_out.append(separator == '[' ? "[]" : "]");
-    }
-
-    void write(const satellite_t& satellite) {
-        char separator = '{';
-        const auto key = [&](const char* name) {
-            m_out.append(separator);
-            m_out.append(name);
-            separator = ',';
-        };
-        if (satellite.hasPrn) {
-            key("\"prn\":");
-            write(satellite.prn);
-        }
-        if (satellite.hasElevation) {
-            key("\"elevation\":");
-            writeAngle(m_out, satellite.elevation, m_radians);
-        }
-        if (satellite.hasAzimuth) {
-            key("\"azimuth\":");
-            writeAngle(m_out, satellite.azimuth, m_radians);
-        }
-        if (satellite.hasSnr) {
-            key("\"snr\":");
-            write(satellite.snr);
-        }
-        m_out.append(separator == '{' ? "{}" : "}");
+        m_out.setEnd(count == 0 ? copy(at, "[]") : copy(at, "]"));
     }
 
     buffer_t& m_out;
     bool m_radians;
 };
+
+// ",\"type\":\"NAME\""
+template <typename Record>
+constexpr auto typeMemberOf() {
+    fixedText_t<Record::name.size() + 10> member;
+    char* at = member.text;
+    for (const std::string_view part :
+         {std::string_view(",\"type\":\""), Record::name, std::string_view("\"")}) {
+        for (const char c : part) {
+            *at++ = c;
+        }
+    }
+    return member;
+}
+template <typename Record>
+constexpr auto typeMember = typeMemberOf<Record>();
+
+constexpr auto typeMembers = arrayOfRecords([](auto record) {
+    using record_t = decltype(record);
+    return std::string_view(typeMember<record_t>.text, sizeof typeMember<record_t> - 1);
+});
 
 void writeText(buffer_t& out, std::string_view key, std::string_view text) {
     out.append(key);
@@ -191,26 +246,21 @@ void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
 
 // What stands in front of the values.
 void jsonWriter_t::writeBegin(const record_t& record) {
-    m_out.append(m_source);
-    m_out.append(",\"line\":");
-    writeNumber(m_out, record.line);
+    char* at = m_out.room(m_source.size() + 2 * longestPlain);
+    std::memcpy(at, m_source.data(), m_source.size());
+    at = put(copy(at + m_source.size(), ",\"line\":"), record.line);
     if (!record.raw.empty()) {
-        m_out.append(",\"offset\":");
-        writeNumber(m_out, record.offset);
+        at = put(copy(at, ",\"offset\":"), record.offset);
     }
+    m_out.setEnd(at);
     if (!record.received.empty()) {
         writeText(m_out, ",\"received\":", record.received);
     }
     if (!record.prefix.empty()) {
         writeText(m_out, ",\"prefix\":", record.prefix);
     }
-    if (record.type == noType) {
-        m_out.append(",\"type\":null");
-    } else {
-        m_out.append(",\"type\":\"");
-        m_out.append(recordTypes[record.type].name);
-        m_out.append('"');
-    }
+    m_out.append(record.type == noType ? std::string_view(",\"type\":null")
+                                       : typeMembers[record.type]);
     if (!record.talker.empty()) {
         writeText(m_out, ",\"talker\":", record.talker);
     }
@@ -238,14 +288,15 @@ void jsonWriter_t::writeFault(const record_t& record) {
 }
 
 void jsonWriter_t::writeInstant(const instant_t& instant) {
-    m_out.append(",\"time\":");
+    char* at = copy(m_out.room(2 * longestPlain), ",\"time\":");
     if (m_options.epoch) {
-        writeNumber(m_out, instant.timestamp);
+        m_out.setEnd(put(at, instant.timestamp));
         return;
     }
-    m_out.append('"');
-    writeDate(m_out, instant.date);
-    m_out.append('T');
+    *at++ = '"';
+    at = put(at, instant.date);
+    *at++ = 'T';
+    m_out.setEnd(at);
     writeTime(m_out, instant.time);
     m_out.append("Z\"");
 }

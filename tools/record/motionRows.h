@@ -15,8 +15,8 @@ inline bool motionStatus(const source_t<kalo::tss1Msg_t>& source, char& out) {
 /// The fields of the rows are columns, counted from 0.
 struct motionRecord_t {
     using view_t = kalo::tss1Msg_t;
-    static constexpr const char* name = "TSS1";
-    static constexpr const char* meaning = "motion";
+    static constexpr std::string_view name = "TSS1";
+    static constexpr std::string_view meaning = "motion";
     static constexpr std::tuple rows{
         row_t<&view_t::getRoll>{"roll", angle, range(14, 18), "", "col 14-18"},
         row_t<&view_t::getPitch>{"pitch", angle, range(20, 24), "", "col 20-24"},

@@ -22,8 +22,8 @@ inline bool satellitesOfGroup(const satelliteGroup_t& group, satelliteList_t& ou
 
 struct satellitesRecord_t {
     using view_t = satelliteGroup_t;
-    static constexpr const char* name = "SATELLITES";
-    static constexpr const char* meaning =
+    static constexpr std::string_view name = "SATELLITES";
+    static constexpr std::string_view meaning =
         "satellites in view, from a whole group of GSV sentences";
     static constexpr std::tuple rows{
         row_t<signalIdOfGroup>{"signalId", noUnit, 0,

@@ -59,8 +59,8 @@ inline bool wholeText(const source_t<kalo::ntripStreamDecoder_t>& source, std::s
 
 struct streamRecord_t {
     using view_t = kalo::ntripStreamDecoder_t;
-    static constexpr const char* name = "STR";
-    static constexpr const char* meaning = "stream of a sourcetable";
+    static constexpr std::string_view name = "STR";
+    static constexpr std::string_view meaning = "stream of a sourcetable";
     static constexpr std::tuple rows{
         row_t<tableText<1>>{"mountpoint", noUnit, fields(1), ""},
         row_t<tableText<2>>{"identifier", noUnit, fields(2), "source, usually the place"},
@@ -89,8 +89,8 @@ struct streamRecord_t {
 
 struct casterRecord_t {
     using view_t = kalo::ntripStreamDecoder_t;
-    static constexpr const char* name = "CAS";
-    static constexpr const char* meaning = "caster of a sourcetable";
+    static constexpr std::string_view name = "CAS";
+    static constexpr std::string_view meaning = "caster of a sourcetable";
     static constexpr std::tuple rows{
         row_t<tableText<1>>{"host", noUnit, fields(1), ""},
         row_t<tableNumber<2, unsigned>>{"port", noUnit, fields(2), ""},
@@ -108,8 +108,8 @@ struct casterRecord_t {
 
 struct networkRecord_t {
     using view_t = kalo::ntripStreamDecoder_t;
-    static constexpr const char* name = "NET";
-    static constexpr const char* meaning = "network of a sourcetable";
+    static constexpr std::string_view name = "NET";
+    static constexpr std::string_view meaning = "network of a sourcetable";
     static constexpr std::tuple rows{
         row_t<tableText<1>>{"identifier", noUnit, fields(1), ""},
         row_t<tableText<2>>{"operator", noUnit, fields(2), ""},
@@ -123,7 +123,7 @@ struct networkRecord_t {
 
 struct tableLineRecord_t {
     using view_t = kalo::ntripStreamDecoder_t;
-    static constexpr const char* name = "TABLE";
-    static constexpr const char* meaning = "another line of a sourcetable";
+    static constexpr std::string_view name = "TABLE";
+    static constexpr std::string_view meaning = "another line of a sourcetable";
     static constexpr std::tuple rows{row_t<wholeText>{"text", noUnit, 0, "the line"}};
 };

@@ -7,8 +7,8 @@
 
 struct trackingRecord_t {
     using view_t = kalo::atsAsciiMsg_t;
-    static constexpr const char* name = "ATS";
-    static constexpr const char* meaning = "acoustic tracking";
+    static constexpr std::string_view name = "ATS";
+    static constexpr std::string_view meaning = "acoustic tracking";
     static constexpr std::tuple rows{
         row_t<ownTime>{"timeOfDay", noUnit, fields(3), "UTC time", "token 4"},
         row_t<ownDate>{"date", noUnit, fields(0, 1, 2), "UTC date", "token 1-3"},
