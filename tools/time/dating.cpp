@@ -14,23 +14,18 @@ bool isInRange(const kalo::timeOfDay_t& time) {
     return time.hour < 24 && time.minute < 60 && time.second >= 0 && time.second < 61;
 }
 
-double timestampOf(const kalo::date_t& date, const kalo::timeOfDay_t& time) {
-    return kalo::dateTime_t(date, time).toTimestamp();
-}
-
-double noonOf(const kalo::date_t& date) { return timestampOf(date, {12, 0, 0}); }
-
-kalo::date_t dayOf(double timestamp) { return kalo::dateTime_t(timestamp).date; }
-
-bool isSameDay(const kalo::date_t& a, const kalo::date_t& b) {
-    return a.year == b.year && a.month == b.month && a.day == b.day;
+// As the library computes it: whole seconds add up exactly, the fraction comes last.
+double timestampOn(double dayBegin, const kalo::timeOfDay_t& time) {
+    const double whole = std::trunc(time.second);
+    return dayBegin + time.hour * 3600.0 + time.minute * 60.0 + whole + (time.second - whole);
 }
 
 } // namespace
 
 dating_t::dating_t(const std::optional<kalo::date_t>& date) : m_isDated(date.has_value()) {
     if (date) {
-        m_reference = noonOf(*date);
+        turnTo(*date);
+        m_reference = noon();
     }
 }
 
@@ -42,7 +37,8 @@ std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
             setDay(clue.date, clue);
             return {};
         }
-        setReference(timestampOf(clue.date, clue.time.time), clue);
+        turnTo(clue.date);
+        setReference(timestampOn(m_dayBegin, clue.time.time), clue);
         return instant_t{clue.date, clue.time, *m_reference};
     }
     if (!hasTime && !clue.hasDate) {
@@ -79,8 +75,14 @@ void dating_t::follow(const timeClue_t& clue) {
 
 // A date without a time moves the reference to another day, but not within its day.
 void dating_t::setDay(const kalo::date_t& date, const timeClue_t& clue) {
-    if (!m_reference || !isSameDay(dayOf(*m_reference), date)) {
-        setReference(noonOf(date), clue);
+    const bool hadReference = m_reference.has_value();
+    if (hadReference) {
+        turnTo(*m_reference);
+    }
+    const double before = m_dayBegin;
+    turnTo(date);
+    if (!hadReference || m_dayBegin != before) {
+        setReference(noon(), clue);
     }
 }
 
@@ -91,23 +93,36 @@ void dating_t::setReference(double timestamp, const timeClue_t& clue) {
 }
 
 // The instant at the time of day that lies nearest to the reference; of two the earlier.
-std::optional<instant_t> dating_t::nearest(const sentTime_t& time) const {
+std::optional<instant_t> dating_t::nearest(const sentTime_t& time) {
     // A leap second lies on the day that its minute lies on.
     kalo::timeOfDay_t place = time.time;
     place.second -= place.second >= 60 ? 1 : 0;
-    const double noon = noonOf(dayOf(*m_reference));
-    kalo::date_t best;
-    double least = INFINITY;
-    for (const double day : {noon - secondsPerDay, noon, noon + secondsPerDay}) {
-        const kalo::date_t date = dayOf(day);
-        const double distance = std::fabs(timestampOf(date, place) - *m_reference);
-        if (distance < least) {
-            least = distance;
-            best = date;
-        }
+    turnTo(*m_reference);
+    const double distance = timestampOn(m_dayBegin, place) - *m_reference;
+    if (distance >= secondsPerDay / 2) {
+        turnTo(m_dayBegin - secondsPerDay);
+    } else if (distance < -secondsPerDay / 2) {
+        turnTo(m_dayBegin + secondsPerDay);
     }
-    if (!isInCalendar(best)) {
+    if (!isInCalendar(m_day)) {
         return {};
     }
-    return instant_t{best, time, timestampOf(best, time.time)};
+    return instant_t{m_day, time, timestampOn(m_dayBegin, time.time)};
+}
+
+double dating_t::noon() const { return m_dayBegin + secondsPerDay / 2; }
+
+// Both make another day the current one; as long as it stays the same nothing is computed.
+void dating_t::turnTo(double timestamp) {
+    if (!(timestamp >= m_dayBegin && timestamp < m_dayBegin + secondsPerDay)) {
+        m_day = kalo::dateTime_t(timestamp).date;
+        m_dayBegin = kalo::dateTime_t(m_day, {}).toTimestamp();
+    }
+}
+
+void dating_t::turnTo(const kalo::date_t& date) {
+    if (date.day != m_day.day || date.month != m_day.month || date.year != m_day.year) {
+        m_day = date;
+        m_dayBegin = kalo::dateTime_t(m_day, {}).toTimestamp();
+    }
 }

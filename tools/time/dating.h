@@ -31,10 +31,15 @@ private:
     void follow(const timeClue_t& clue);
     void setDay(const kalo::date_t& date, const timeClue_t& clue);
     void setReference(double timestamp, const timeClue_t& clue);
-    std::optional<instant_t> nearest(const sentTime_t& time) const;
+    std::optional<instant_t> nearest(const sentTime_t& time);
+    double noon() const;
+    void turnTo(double timestamp);
+    void turnTo(const kalo::date_t& date);
 
     bool m_isDated; // by the user, or by a record with a date of its own
     std::optional<double> m_reference;
     std::optional<double> m_referenceStamp; // of the line that gave the reference
+    kalo::date_t m_day{1970, 1, 1};         // the day that was last spoken of
+    double m_dayBegin = 0;
     std::uint64_t m_undated = 0;
 };
