@@ -1,10 +1,29 @@
 #include "tools/input/lineSplitter.h"
 
 #include <algorithm>
+#include <cstring>
 
 namespace {
 
 constexpr std::size_t npos = std::string::npos;
+
+// Plain bytes lie between these two.
+constexpr char belowPlain = '$';
+constexpr char abovePlain = '\x7F';
+
+bool isPlain(char c) { return c > belowPlain && c < abovePlain; }
+
+// Whether one of the eight bytes at `text` is not plain. Bytes from 0x80 on are not by their
+// highest bit, the others show there what is added to them.
+bool holdsOther(const char* text) {
+    constexpr std::uint64_t ones = 0x0101010101010101;
+    std::uint64_t bytes = 0;
+    std::memcpy(&bytes, text, sizeof bytes);
+    const std::uint64_t low = bytes & 0x7F * ones;
+    const std::uint64_t isAbove = bytes | (low + ones * (0x80 - abovePlain));
+    const std::uint64_t isNotBelow = low + ones * (0x7F - belowPlain);
+    return ((isAbove | ~isNotBelow) & 0x80 * ones) != 0;
+}
 
 } // namespace
 
@@ -15,6 +34,7 @@ void lineSplitter_t::append(std::string_view data) {
     m_base += m_begin;
     m_scan = std::max(m_scan, m_begin) - m_begin;
     m_lf = std::max(m_lf, m_begin) - m_begin;
+    m_plain = std::max(m_plain, m_begin) - m_begin;
     m_end = m_end == npos ? npos : m_end - m_begin;
     m_begin = 0;
     m_buffer.append(data);
@@ -65,6 +85,38 @@ bool lineSplitter_t::next(line_t& line) {
             return true;
         }
     }
+}
+
+bool lineSplitter_t::nextPlain(line_t& line) {
+    if (m_keepEnds || m_tooLong || m_end != npos || (m_endRun > 0 && !passEnd())) {
+        return false;
+    }
+    const char* const data = m_buffer.data();
+    const std::size_t size = m_buffer.size();
+    if (m_begin == size || (data[m_begin] != '$' && data[m_begin] != '!')) {
+        return false;
+    }
+    std::size_t at = std::max(m_plain, m_begin + 1);
+    while (at + sizeof(std::uint64_t) <= size && !holdsOther(data + at)) {
+        at += sizeof(std::uint64_t);
+    }
+    while (at < size && isPlain(data[at])) {
+        ++at;
+    }
+    m_plain = at;
+    const std::size_t endLength =
+        std::string_view(data + at, size - at).substr(0, 2) == "\r\n" ? 2 : 1;
+    if (at + endLength > size || data[at + endLength - 1] != '\n' || at - m_begin > maxLength) {
+        return false;
+    }
+    line.text = {data + m_begin, at - m_begin};
+    line.end = {data + at, endLength};
+    line.number = ++m_lineEnds;
+    line.offset = m_base + m_begin;
+    line.tooLong = false;
+    line.continued = false;
+    m_begin = at + endLength;
+    return true;
 }
 
 // The position of the current line's end. The next LF is kept, so that a file with CR alone is not

@@ -31,6 +31,11 @@ public:
     void finish();
     /// The next line; false when more input is needed, or after `finish` at the end.
     bool next(line_t& line);
+    /// The next line if it is plain: it begins with "$" or "!", and what follows is printable ASCII
+    /// without blanks, quotes, "#", and further start characters. Most lines of most logs are;
+    /// such a line is found and known to be plain in one pass. Its `end` is its line end. False
+    /// when the next line is another, or not complete yet: then `next` goes on.
+    bool nextPlain(line_t& line);
 
     std::uint64_t blankLines() const { return m_blankLines; }
 
@@ -48,6 +53,7 @@ private:
     std::size_t m_scan = 0;                // no CR from m_begin to here
     std::size_t m_lf = 0;                  // no LF from m_begin to here
     std::size_t m_end = std::string::npos; // of the current line's text, once it is found
+    std::size_t m_plain = 0;               // no byte that is not plain from m_begin to here
     std::uint64_t m_endRun = 0;            // CRs gone by of the end of a line already handed out
     bool m_tooLong = false;                // the current line has been handed out in part
     std::uint64_t m_lineEnds = 0;

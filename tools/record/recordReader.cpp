@@ -10,6 +10,8 @@
 
 namespace {
 
+constexpr std::string_view lineEnd = "\r\n";
+
 // Who sent a sentence: its address without the start character and the three letters of the type.
 std::string_view talkerOf(std::string_view address) {
     const bool isProprietary = address.size() > 1 && address[1] == 'P';
@@ -36,17 +38,7 @@ void recordReader_t::finish() {
 }
 
 bool recordReader_t::next(record_t& record) {
-    if (m_hasGroup) {
-        // It has the line of the sentence that finished it, and no bytes of its own.
-        m_hasGroup = false;
-        record.offset = 0;
-        record.raw = {};
-        record.text = {};
-        record.type = typeOf<satellitesRecord_t>;
-        record.content = &m_groups.group();
-        record.hasChecksum = true;
-        record.clue = {};
-        record.instant.reset();
+    if (nextGroup(record) || nextPlain(record)) {
         return true;
     }
     piece_t piece;
@@ -56,10 +48,7 @@ bool recordReader_t::next(record_t& record) {
         }
         return false;
     }
-    record = {};
-    record.line = m_line.number;
-    record.offset = m_line.offset + static_cast<std::size_t>(piece.raw.data() - m_line.text.data());
-    record.raw = piece.raw;
+    reset(record, m_line, piece.raw);
     record.received = m_received;
     record.prefix = piece.prefix;
     record.text = piece.text;
@@ -72,20 +61,90 @@ bool recordReader_t::next(record_t& record) {
     return true;
 }
 
+// A finished group has the line of the sentence that finished it, and no bytes of its own.
+bool recordReader_t::nextGroup(record_t& record) {
+    if (!m_hasGroup) {
+        return false;
+    }
+    m_hasGroup = false;
+    record.raw = {};
+    record.text = {};
+    record.type = typeOf<satellitesRecord_t>;
+    record.content = &m_groups.group();
+    record.hasChecksum = true;
+    record.clue = {};
+    record.instant.reset();
+    return true;
+}
+
+// A plain line that ends with its checksum is one sentence: what cutting it would find, at a
+// fraction of the price. Any other line is left to be cut.
+bool recordReader_t::nextPlain(record_t& record) {
+    const bool mayBeSentence =
+        m_options.split.only == kind_t::none || m_options.split.only == kind_t::sentence;
+    if (!mayBeSentence || m_nextPiece < m_split.pieces.size() || !m_lines.nextPlain(m_line)) {
+        return false;
+    }
+    const std::string_view text = m_line.text;
+    const std::size_t size = text.size();
+    const bool hasDigits = size > 3 && text[size - 3] == '*' && hexDigit(text[size - 2]) < 16 &&
+                           hexDigit(text[size - 1]) < 16;
+    const bool isComplete = m_line.end.size() == lineEnd.size();
+    if (!hasDigits || !(isComplete ? m_sentence.init(text.data(), size + lineEnd.size())
+                                   : frame(completed(text)))) {
+        cutLine();
+        return false;
+    }
+    m_received.clear();
+    m_stamp.reset();
+    reset(record, m_line, text);
+    record.received = {};
+    record.prefix = {};
+    record.text = text;
+    record.fault = fault_t::none;
+    record.hasChecksum = true;
+    readSentence(record);
+    date(record);
+    return true;
+}
+
 bool recordReader_t::nextPiece(piece_t& piece) {
     while (m_nextPiece == m_split.pieces.size()) {
         if (!m_lines.next(m_line)) {
             return false;
         }
-        splitLine(m_line, m_options.split, m_inTableHeader, m_split);
-        m_nextPiece = 0;
-        if (!m_line.continued) {
-            m_received.assign(m_split.received);
-            m_stamp = stampTime(m_received);
-        }
+        cutLine();
     }
     piece = m_split.pieces[m_nextPiece++];
     return true;
+}
+
+void recordReader_t::cutLine() {
+    splitLine(m_line, m_options.split, m_inTableHeader, m_split);
+    m_nextPiece = 0;
+    if (!m_line.continued) {
+        m_received.assign(m_split.received);
+        m_stamp = stampTime(m_received);
+    }
+}
+
+// Field by field, which is cheaper than a new record: most are set again at once.
+void recordReader_t::reset(record_t& record, const line_t& line, std::string_view raw) {
+    record.line = line.number;
+    record.offset = line.offset + static_cast<std::size_t>(raw.data() - line.text.data());
+    record.raw = raw;
+    record.talker = {};
+    record.type = noType;
+    record.content = nothing_t();
+    record.hasChecksum = false;
+    record.hasMore = false;
+    record.clue.hasTime = false;
+    record.clue.hasDate = false;
+    record.clue.isVoid = false;
+    record.clue.hasStamp = false;
+    record.clue.satellites = {};
+    record.clue.lostSatellite = false;
+    record.instant.reset();
 }
 
 void recordReader_t::decode(const piece_t& piece, record_t& record) {
@@ -112,11 +171,15 @@ void recordReader_t::decode(const piece_t& piece, record_t& record) {
         return;
     }
     }
+    if (record.fault == fault_t::none) {
+        date(record);
+    }
+}
+
+void recordReader_t::date(record_t& record) {
     record.clue.hasStamp = m_stamp.has_value();
     record.clue.stamp = m_stamp.value_or(0);
-    if (record.fault == fault_t::none) {
-        record.instant = m_dating.date(record.clue);
-    }
+    record.instant = m_dating.date(record.clue);
 }
 
 void recordReader_t::decodeSentence(const piece_t& piece, record_t& record) {
@@ -124,12 +187,21 @@ void recordReader_t::decodeSentence(const piece_t& piece, record_t& record) {
     if (piece.checksumDigits == 1) { // some devices leave out the leading 0
         m_completed.insert(piece.text.size() - 1, 1, '0');
     }
-    if (!m_sentence.init(m_completed.data(), m_completed.size())) {
+    if (!frame(m_completed)) {
         record.fault = fault_t::badChecksumDigits; // what is here was judged before
         return;
     }
-    record.content = &m_sentence;
     record.hasChecksum = piece.checksumDigits > 0;
+    readSentence(record);
+}
+
+bool recordReader_t::frame(const std::string& sentence) {
+    return m_sentence.init(sentence.data(), sentence.size());
+}
+
+// Of the sentence that was framed.
+void recordReader_t::readSentence(record_t& record) {
+    record.content = &m_sentence;
     record.type = typeOfSentence(m_sentence.type());
     record.talker = talkerOf(m_sentence.field(0)->toString());
     if (record.type != noType) {
@@ -172,5 +244,5 @@ void recordReader_t::decodeTracking(record_t& record) {
 
 // The bytes that are handed to the library, line end included.
 const std::string& recordReader_t::completed(std::string_view text) {
-    return m_completed.assign(text).append("\r\n");
+    return m_completed.assign(text).append(lineEnd);
 }

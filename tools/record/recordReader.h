@@ -38,12 +38,20 @@ public:
     const satelliteGroups_t& groups() const { return m_groups; }
 
 private:
+    bool nextGroup(record_t& record);
+    bool nextPlain(record_t& record);
     bool nextPiece(piece_t& piece);
+    void cutLine();
     void decode(const piece_t& piece, record_t& record);
     void decodeSentence(const piece_t& piece, record_t& record);
+    bool frame(const std::string& sentence);
+    void readSentence(record_t& record);
+    void date(record_t& record);
     void decodeTracking(record_t& record);
     void offerSatellites(const record_t& record);
     const std::string& completed(std::string_view text);
+
+    static void reset(record_t& record, const line_t& line, std::string_view raw);
 
     readOptions_t m_options;
     lineSplitter_t m_lines;
