@@ -19,13 +19,16 @@ bool chooses(const std::vector<T>& list, const U& value) {
 class jsonConsumer_t : public recordConsumer_t {
 public:
     jsonConsumer_t(const decodeOptions_t& options, buffer_t& out)
-        : m_choice(options.choice), m_json(out, options.json) {}
+        : m_choice(options.choice), m_json(out, options.json) {
+        m_choosesAll = m_choice.types.empty() && m_choice.talkers.empty() &&
+                       m_choice.prefixes.empty() && !m_choice.onlyValid && !m_choice.onlyMalformed;
+    }
 
     void beginInput(const std::string& name) override { m_json.setSource(name); }
 
     void take(const record_t& record) override {
         m_counts.add(record);
-        if (isChosen(record)) {
+        if (m_choosesAll || isChosen(record)) {
             m_json.write(record, m_scratch);
         }
     }
@@ -43,6 +46,7 @@ private:
     }
 
     const recordChoice_t& m_choice;
+    bool m_choosesAll;
     jsonWriter_t m_json;
     counts_t m_counts;
     scratch_t m_scratch;

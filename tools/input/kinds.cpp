@@ -17,13 +17,13 @@ std::string_view takeToken(std::string_view& text) {
     return token;
 }
 
-// Whether a token behind the first four has a colon, which a tracking record cannot do without.
-bool hasTaggedToken(std::string_view text) {
-    text = text.substr(0, text.find('*'));
+// The length of the four tokens that a tracking record begins with.
+std::size_t frontLength(std::string_view text) {
+    std::string_view left = text;
     for (int i = 0; i < 4; ++i) {
-        takeToken(text);
+        takeToken(left);
     }
-    return text.find(':') != std::string_view::npos;
+    return text.size() - left.size();
 }
 
 bool readsAsMoment(std::string_view text) {
@@ -82,7 +82,10 @@ bool holdsTag(const kalo::atsAsciiMsg_t& tracking) {
 }
 
 bool isTracking(std::string_view text, bool needsTag) {
-    return hasTaggedToken(text) && readsAsMoment(text) &&
+    const std::string_view content = text.substr(0, text.find('*'));
+    const std::size_t front = frontLength(content);
+    return content.find(':', front) != std::string_view::npos &&
+           readsAsMoment(content.substr(0, front)) &&
            (!needsTag || holdsTag({text.data(), text.size()}));
 }
 

@@ -2,6 +2,7 @@
 // coordinates by fixed columns; logs hold damaged texts that become wrong values that way.
 #pragma once
 
+#include <cmath>
 #include <string>
 
 /// Six digits, then perhaps a point and digits.
@@ -17,4 +18,4 @@ bool isLongitude(const std::string& text);
 bool isInLatitudes(double radians);
 bool isInLongitudes(double radians);
 
-bool isFinite(double value);
+inline bool isFinite(double value) { return std::isfinite(value); }

@@ -68,20 +68,24 @@ bool isVoid(const kalo::rmcMsg_t& view) {
 // One block of a GSV sentence; false when nothing of it was sent.
 bool readSatellite(const kalo::gsvMsg_t& view, unsigned block, satellite_t& satellite, bool& lost) {
     const unsigned first = 4 + block * 4;
-    satellite.hasPrn = view.decodeSatPrn(block, satellite.prn);
-    satellite.hasElevation =
-        view.decodeSatElevation(block, satellite.elevation) && isFinite(satellite.elevation);
-    satellite.hasAzimuth =
-        view.decodeSatAzimuth(block, satellite.azimuth) && isFinite(satellite.azimuth);
-    satellite.hasSnr = view.decodeSatSnr(block, satellite.snr) && isFinite(satellite.snr);
-    const bool decoded[] = {satellite.hasPrn, satellite.hasElevation, satellite.hasAzimuth,
-                            satellite.hasSnr};
     bool anySent = false;
-    for (unsigned i = 0; i < 4; ++i) {
-        const bool sent = !view.field(first + i)->isEmpty();
-        anySent = anySent || sent;
-        lost = lost || (sent && !decoded[i]);
-    }
+    // Reads a value if it was sent.
+    const auto read = [&](unsigned offset, bool& has, auto decode) {
+        if (!view.field(first + offset)->isEmpty()) {
+            anySent = true;
+            has = decode();
+            lost = lost || !has;
+        }
+    };
+    read(0, satellite.hasPrn, [&] { return view.decodeSatPrn(block, satellite.prn); });
+    read(1, satellite.hasElevation, [&] {
+        return view.decodeSatElevation(block, satellite.elevation) && isFinite(satellite.elevation);
+    });
+    read(2, satellite.hasAzimuth, [&] {
+        return view.decodeSatAzimuth(block, satellite.azimuth) && isFinite(satellite.azimuth);
+    });
+    read(3, satellite.hasSnr,
+         [&] { return view.decodeSatSnr(block, satellite.snr) && isFinite(satellite.snr); });
     return anySent;
 }
 
