@@ -150,6 +150,7 @@ void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[
     }
     const double whole = std::trunc(clue.time.time.second);
     clue.time.second = static_cast<unsigned>(whole);
+    clue.time.fraction = {};
     if (parts >= partsWithMilliseconds) {
         const auto count =
             static_cast<unsigned>(std::lround((clue.time.time.second - whole) * 1000));
