@@ -171,7 +171,9 @@ public:
 
     void convertInput() {
         const bool isRead = readLines("-", m_output, [&](const line_t& line) {
-            convert(std::string(line.text), fmt::format("-: line {}", line.number));
+            if (!line.continued) { // the rest of a line that is too long, which was reported
+                convert(std::string(line.text), fmt::format("-: line {}", line.number));
+            }
         });
         m_status = isRead ? m_status : exitFailure;
     }
