@@ -1,0 +1,158 @@
+"""The words of the command line, the files that they name, and what is said of wrong ones."""
+import os
+import pathlib
+import re
+import subprocess
+import sys
+import unittest
+
+import records
+from kalo import HAS_TERMINALS, ROOT, Test, completed, run, write
+
+DEPTH = completed(b"$SDDPT,1*hh\n")
+
+
+class Words(Test):
+    def testHelpAndVersion(self):
+        for words, start in (
+                (["--help", "-h", "help"], "usage: kalo COMMAND [OPTION...] [FILE...]\n"),
+                (["help decode", "decode --help", "decode -h", "decode --radian x --help"],
+                 "usage: kalo decode [OPTION...] [FILE...]\n"),
+                (["help encode", "encode --help"],
+                 "usage: kalo encode [OPTION...] tss1 [FILE...]\n"),
+                (["help time", "time --help"], "usage: kalo time [OPTION...] [INSTANT...]\n"),
+                (["--version", "-V"], "kalo ")):
+            status, out, err = run(words[0].split())
+            self.assertEqual((status, err), (0, ""), words)
+            self.assertTrue(out.decode().startswith(start), out)
+            for others in words:
+                self.assertEqual(run(others.split())[1], out, others)
+
+    def testWrongUsage(self):
+        leaps = ("4294967295,4294967295,137,7 128,18,137,7 17,128,137,7 -1,18,137,7 17,18,256,7 "
+                 "17,18,137,0 17,18,137,8 17,18,137 17,18,137,7,1 17,,137,7 a,18,137,7").split()
+        for words, message in (
+                ("decod x", "no such command: decod; did you mean decode?"),
+                ("help tiem", "no such command: tiem; did you mean time?"),
+                ("x\x1B[31m" + "y" * 300, r"no such command: x\x1B[31m" + "y" * 194 + "..."),
+                ("--raw", "no such option: --raw"),
+                ("decode --radian", "decode: no such option: --radian; did you mean --radians?"),
+                ("decode --type RMC,SATELITES",
+                 "decode: --type: no such record type: SATELITES; did you mean SATELLITES?"),
+                ("decode --type", "decode: --type"),
+                ("decode --kind TSS1", "decode: --kind: no such kind: TSS1 (expected nmea, "),
+                ("decode --only-valid --only-malformed",
+                 "decode: --only-valid and --only-malformed cannot be combined"),
+                ("decode --date 2014-08-01 --date 2014-08-02", "decode: --date is given more"),
+                ("decode --date 2014-02-29",
+                 "decode: --date: no such date: 2014-02-29 (expected YYYY-MM-DD)"),
+                ("decode --date 2014-8-1", "decode: --date: no such date: 2014-8-1"),
+                ("decode --date 2014-08-01T", "decode: --date: no such date: 2014-08-01T"),
+                ("decode --date=", "decode: --date"),
+                ("fields GGB", "fields: no such record type: GGB; did you mean GGA?"),
+                ("encode", "encode: missing format (expected tss1)"),
+                ("encode foo", "encode: no such format: foo (expected tss1)"),
+                ("encode tss1 --raw", "encode: no such option: --raw"),
+                *((f"time --leap={leap} @0",
+                   f"time: --leap: not leap-second parameters: {leap} (") for leap in leaps)):
+            status, out, err = run(words.split(), DEPTH)
+            self.assertEqual((status, out), (2, b""), words)
+            self.assertTrue(err.startswith("kalo: " + message), err)
+            self.assertRegex(err, r"^.*\nkalo: see kalo (\w+ )?--help\n$")
+        self.assertEqual(run([])[:2], (2, b""))
+
+    def testFields(self):
+        self.assertEqual(run(["fields", "VDM", "gsv"])[1].decode().splitlines()[:3], [
+            "type       name                     unit     fields    meaning",
+            "VDM        address, fields                             message of another vessel's "
+            "transponder, as sent",
+            "GSV        messageCount                      1         sentences in the group"])
+        # The list of values and the recording, which holds every kind, name the same ones.
+        listed, printed = {}, {}
+        for line in run(["fields"])[1].decode().splitlines()[1:]:
+            listed.setdefault(line[:10].strip(), set()).update(line[11:35].strip().split(", "))
+        out = run(["decode"], (ROOT / "examples/recordings/voyage.log").read_bytes())[1]
+        for record in records.read(out):
+            if record["type"] and "error" not in record:
+                values = set(record) - set(records.KEYS) | {"address", "fields"} & set(record)
+                printed.setdefault(record["type"], set()).update(values)
+        self.assertEqual(printed, listed)
+
+    @unittest.skipUnless(HAS_TERMINALS, "no pseudo-terminals")
+    def testTerminals(self):
+        ours, theirs = os.openpty()
+        for words in ["decode"], ["encode", "tss1"], ["time"]:
+            status, out, err = run(words, stdin=theirs)
+            self.assertEqual((status, out), (2, b""))
+            self.assertTrue(err.startswith(f"usage: kalo {words[0]} [OPTION...] "), err)
+        run(["time", "1930:18.5"], stdout=theirs)
+        self.assertEqual(os.read(ours, 1000).decode().split(),
+                         "2017-01-01T00:00:00.5Z GPS week 1930, 18.5 s Unix 1483228800.5".split())
+
+    def testRecipe(self):
+        """The program in the documentation gets the bytes of the input back."""
+        code = re.search(r"```python\n(.*?)```", (ROOT / "docs/output.md").read_text(), re.DOTALL)
+        data = completed(b"\\x\xFF\xC3\xA9\n$GPGSV,1,1,01,1,45,90,*hh\nx$GPXYZ,\\\n")
+        out = run(["decode", "--raw"], data)[1]
+        self.assertIn(b"SATELLITES", out)
+        self.assertEqual(subprocess.run([sys.executable, "-c", code[1]], input=out,
+                                        stdout=subprocess.PIPE, check=True).stdout, data)
+
+
+class Files(Test):
+    def testNames(self):
+        """Each file is an input with its own day and groups; the others are done if one fails."""
+        first = write(b'a"\\\xFF.log', completed(
+            b"\n$GPZDA,120000,14,03,2026,,*hh\n$GPGSV,2,1,02,1,45,90,*hh"))
+        write("[a,b]", completed(b"$GPGSV,2,2,02,2,45,90,*hh\n"))
+        write("--raw", completed(b"$GPGLL,,,,,120000,A*hh\n"))
+        status, out, err = run(["decode", "--", first, "no\nsuch", ".", "-", "[a,b]", "--raw"],
+                               DEPTH)
+        self.assertEqual([(record["source"], record["line"], record["type"], record.get("time"))
+                          for record in records.read(out)], [
+            (r'a"\\\xFF.log', 2, "ZDA", "2026-03-14T12:00:00Z"),
+            (r'a"\\\xFF.log', 3, "GSV", None), ("-", 1, "DPT", None), ("[a,b]", 1, "GSV", None),
+            ("--raw", 1, "GLL", None)])
+        self.assertEqual((status, err.splitlines()), (1, [
+            r"kalo: no\x0Asuch: No such file or directory", "kalo: .: Is a directory",
+            "kalo: 5 records: 5 decoded; 1 blank line; satellite groups: 2 incomplete; "
+            "1 record has a time but no date; give --date YYYY-MM-DD"]))
+        self.assertEqual(run(["decode", "-q", "-t", "DPT", "--", "--raw"]), (0, b"", ""))
+
+    def testStandardStreams(self):
+        """Messages that cannot be written cost no record; other streams that fail are named."""
+        write("ok", DEPTH)
+        words, close = ["decode", "ok", "missing", "ok"], os.close
+        expected = run(words)[1]
+        self.assertEqual(expected.count(b"\n"), 2)
+        self.assertEqual(run(words, stderr=None, preexec_fn=lambda: close(2))[:2], (1, expected))
+        self.assertEqual(run(words, stderr=self.open("/dev/full"))[:2], (1, expected))
+        self.assertEqual(run(["decode", "-q", "ok"], stdout=None, preexec_fn=lambda: close(1)),
+                         (1, b"", "kalo: standard output: Bad file descriptor\n"))
+        self.assertEqual(run(["decode", "-q", "-", "ok"], preexec_fn=lambda: close(0)),
+                         (1, expected[:len(expected) // 2], "kalo: -: Bad file descriptor\n"))
+
+    def testInputThatIsTheOutput(self):
+        for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),
+                            (["decode", "-q"], "-"), (["time"], "-")):
+            write("log", DEPTH)
+            result = run(words, stdin=self.open("log", "rb"), stdout=self.open("log", "ab"))
+            self.assertEqual(result, (1, b"", f"kalo: {name}: the input is also the output; "
+                                              "write to another file\n"))
+            self.assertEqual(pathlib.Path("log").read_bytes(), DEPTH)
+
+    def testCompressed(self):
+        """What begins like one of these is refused; what only begins alike is text."""
+        for name, data in (("gzip", b"\x1F\x8B\x08"), ("bzip2", b"BZh91AY&SY"),
+                           ("bzip2", b"BZh1\x17rE8P\x90"), ("xz", b"\xFD7zXZ\0"),
+                           ("zstd", b"\x28\xB5\x2F\xFD"), ("lz4", b"\x04\x22\x4D\x18"),
+                           ("zip", b"PK\x03\x04"), ("zip", b"PK\x05\x06")):
+            for words, chunk in (["decode", "-q"], 1), (["encode", "tss1"], 1), (["time"], 4096):
+                self.assertEqual(run(words, data + b"\n$GPXYZ,1\n", chunk),
+                                 (1, b"", f"kalo: -: {name}-compressed input; unpack it first\n"))
+            for text in data[:-1], data[:-1] + b"x", b"BZhub: " + DEPTH:
+                self.assertEqual(run(["decode"], text)[1].count(b"\n"), 1, text)
+
+
+if __name__ == "__main__":
+    unittest.main()
