@@ -47,7 +47,7 @@ bool readDigits(const char* data, std::size_t length, T& out) {
         if (digits == mostDigits) {
             return false;
         }
-        value = static_cast<T>(value * 10 + (data[digits] - '0'));
+        value = static_cast<T>(value * 10 + static_cast<T>(data[digits] - '0'));
         ++digits;
     }
     // A number may begin with white space or a sign.
