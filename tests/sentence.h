@@ -1,14 +1,18 @@
 // What the library's tests share: sentences with checksum and line end, and tables of texts.
 #pragma once
 
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstring>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include <gtest/gtest.h>
 
 #include "kalo/nmea/nmeaFormat.h"
-#include "kalo/time/dateTime.h"
 
 constexpr double pi = 3.141592653589793;
 constexpr double rad(double degrees) { return degrees * pi / 180; }
@@ -28,22 +32,17 @@ inline kalo::nmeaFormat_t framed(const std::string& body) {
     return {text.data(), text.size()};
 }
 
-// Dates and times of day as one number, and what `decode(out)` gives as such a number.
-constexpr unsigned ymd(unsigned year, unsigned month, unsigned day) {
-    return year * 10000 + month * 100 + day;
-}
-constexpr double hms(unsigned hour, unsigned minute, double second) {
-    return hour * 3600.0 + minute * 60.0 + second;
-}
-template <typename Decode>
-std::optional<unsigned> dateOf(const Decode& decode) {
-    kalo::date_t out;
-    return decode(out) ? std::optional(ymd(out.year, out.month, out.day)) : std::nullopt;
-}
-template <typename Decode>
-std::optional<double> timeOf(const Decode& decode) {
-    kalo::timeOfDay_t out;
-    return decode(out) ? std::optional(hms(out.hour, out.minute, out.second)) : std::nullopt;
+/// A copy that ends where readable memory ends, until the next call.
+inline std::string_view guarded(const std::string& text) {
+    static const auto page = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
+    static char* const end = [] {
+        void* memory =
+            mmap(nullptr, 2 * page, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANON, -1, 0);
+        char* const behind = static_cast<char*>(memory) + page;
+        return mprotect(behind, page, PROT_NONE) == 0 ? behind : nullptr;
+    }();
+    std::memcpy(end - text.size(), text.data(), text.size());
+    return {end - text.size(), text.size()};
 }
 
 using strings_t = std::vector<std::string>;

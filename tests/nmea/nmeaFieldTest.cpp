@@ -1,7 +1,7 @@
 #include "kalo/nmea/nmeaFormat.h"
 
 #include "kalo/time/timeUtil.h"
-#include "tests/sentence.h"
+#include "tests/nmea/recordValues.h"
 
 namespace {
 
@@ -61,29 +61,31 @@ TEST(nmeaField, decodesCoordinates) {
 
 TEST(nmeaField, decodesTimes) {
     const auto read = [](const std::string& text) {
-        return timeOf([&](auto& out) { return nmeaField_t(text).decodeHHMMSS(out); });
+        kalo::timeOfDay_t time;
+        return nmeaField_t(text).decodeHHMMSS(time) ? textOf(time) : "refused";
     };
-    checkTexts<double>(read, {{hms(12, 35, 19.25), {"123519.25"}},
-                              {hms(12, 35, 19), {"123519", "123519."}},
-                              {hms(12, 35, 1), {"12351"}},
-                              {hms(12, 35, 7), {"1235 7"}},
-                              {hms(12, 35, -7), {"1235-7"}},
-                              {hms(99, 60, 99.5), {"996099.5"}},
-                              {refused, {"", "1235", "1235x9", "12a519", "-12519"}}});
+    checkTexts<std::string>(read, {{"12:35:19.25", {"123519.25"}},
+                                   {"12:35:19", {"123519", "123519."}},
+                                   {"12:35:1", {"12351"}},
+                                   {"12:35:7", {"1235 7"}},
+                                   {"12:35:-7", {"1235-7"}},
+                                   {"99:60:99.5", {"996099.5"}},
+                                   {"refused", {"", "1235", "1235x9", "12a519", "-12519"}}});
 }
 
 TEST(nmeaField, decodesDates) {
     unsigned cutoff = 70;
     const auto read = [&](const std::string& text) {
-        return dateOf([&](auto& out) { return nmeaField_t(text).decodeDDMMYY(out, cutoff); });
+        kalo::date_t date;
+        return nmeaField_t(text).decodeDDMMYY(date, cutoff) ? textOf(date) : "refused";
     };
     const unsigned century = kalo::currentCentury();
-    checkTexts<unsigned>(read, {{ymd(century - 6, 3, 23), {"230394"}},
-                                {ymd(century + 26, 2, 31), {"310226"}},
-                                {ymd(century + 3, 2, 1), {" 1 2 3"}},
-                                {refused, {"", "23039", "2303941", "2303-4", "23x394"}}});
+    checkTexts<std::string>(read, {{textOf(century - 6) + "-3-23", {"230394"}},
+                                   {textOf(century + 26) + "-2-31", {"310226"}},
+                                   {textOf(century + 3) + "-2-1", {" 1 2 3"}},
+                                   {"refused", {"", "23039", "2303941", "2303-4", "23x394"}}});
     cutoff = 95;
-    checkTexts<unsigned>(read, {{ymd(century + 94, 3, 23), {"230394"}}});
+    checkTexts<std::string>(read, {{textOf(century + 94) + "-3-23", {"230394"}}});
 }
 
 TEST(nmeaField, decodesAddresses) {
@@ -109,7 +111,7 @@ strings_t fieldsOf(const nmeaFormat_t& format) {
 
 TEST(nmeaFormat, framesAndSplits) {
     const auto read = [](const std::string& text) {
-        return fieldsOf(nmeaFormat_t(text.data(), text.size()));
+        return fieldsOf(nmeaFormat_t(guarded(text).data(), text.size()));
     };
     checkTexts<strings_t>(read, {{strings_t{"$A", "1", ""}, {"$A,1,\r\n"}},
                                  {strings_t{"$", ""}, {"$,\r\n"}},
@@ -136,7 +138,7 @@ TEST(nmeaFormat, framesAndSplits) {
 
 TEST(nmeaFormat, saysWhatIsWrong) {
     const auto read = [](const std::string& text) {
-        const nmeaFormat_t format(text.data(), text.size());
+        const nmeaFormat_t format(guarded(text).data(), text.size());
         EXPECT_TRUE(!format.isValid() && format.type() == kalo::msgTypeUnknown) << text;
         EXPECT_EQ(format.fieldCount(), 0U) << text;
         return format.formatError();
@@ -159,25 +161,21 @@ TEST(nmeaFormat, recognisesTypes) {
 }
 
 TEST(nmeaFormat, isFramedAgainAndCopied) {
+    const std::string wrong = "$GPGGA,1*00\r\n", good = sentence("$GPGGA,1,2,3,another");
     nmeaFormat_t format;
     EXPECT_TRUE(!format.isValid() && format.formatError() == 0);
-    const std::string wrong = "$GPGGA,1*00\r\n", shorter = sentence("$GPHDT,4");
-    const std::string longer = sentence("$GPGGA,1,2,3,a text that no short string holds");
     EXPECT_FALSE(format.init(wrong.data(), wrong.size()));
-    EXPECT_TRUE(format.init(longer.data(), longer.size()));
+    EXPECT_TRUE(format.init(good.data(), good.size()));
     const nmeaFormat_t copy = format;
-    EXPECT_TRUE(format.init(shorter.data(), shorter.size()));
-    EXPECT_EQ(fieldsOf(format), (strings_t{"$GPHDT", "4"}));
-    EXPECT_EQ(format.type(), kalo::msgTypeHdt);
-    EXPECT_TRUE(copy.fieldCount() == 5 && copy.type() == kalo::msgTypeGga && copy.isValid());
-    EXPECT_EQ(copy.formatError(), 2); // success leaves the code
+    format = framed("$GPHDT,4");
+    EXPECT_TRUE(format.type() == kalo::msgTypeHdt && format.fieldCount() == 2);
     format = copy;
     format = *&format; // to itself
-    EXPECT_EQ(fieldsOf(format), fieldsOf(copy));
-    EXPECT_FALSE(format.init(nullptr, 0));
-    EXPECT_EQ(format.fieldCount(), 0U);
-    format = nmeaFormat_t();
-    EXPECT_EQ(copy.field(4)->toString(), "a text that no short string holds");
+    for (const nmeaFormat_t& each : {copy, format}) {
+        EXPECT_TRUE(each.isValid() && each.type() == kalo::msgTypeGga);
+        EXPECT_EQ(fieldsOf(each), (strings_t{"$GPGGA", "1", "2", "3", "another"}));
+        EXPECT_EQ(each.formatError(), 2); // success leaves the code
+    }
 }
 
 } // namespace

@@ -17,26 +17,30 @@ template <typename T>
 std::string textOf(const T& value) {
     std::ostringstream text;
     text.precision(17);
-    if constexpr (std::is_same_v<T, sentTime_t>) {
-        text << value.time.hour << ':' << value.time.minute << ':' << value.time.second;
-    } else if constexpr (std::is_same_v<T, kalo::date_t>) {
-        text << value.year << '-' << value.month << '-' << value.day;
-    } else if constexpr (std::is_same_v<T, std::vector<unsigned>>) {
-        for (const unsigned number : value) {
-            text << number << ' ';
-        }
-    } else if constexpr (std::is_same_v<T, satelliteList_t>) {
-        for (const satellite_t& satellite : value) {
-            text << (satellite.hasPrn ? textOf(satellite.prn) : "-") << ' '
-                 << (satellite.hasElevation ? textOf(satellite.elevation) : "-") << ' '
-                 << (satellite.hasAzimuth ? textOf(satellite.azimuth) : "-") << ' '
-                 << (satellite.hasSnr ? textOf(satellite.snr) : "-") << '\n';
-        }
-    } else {
-        text << value;
-    }
+    text << value;
     return text.str();
 }
+inline std::string textOf(const kalo::date_t& date) {
+    return textOf(date.year) + '-' + textOf(date.month) + '-' + textOf(date.day);
+}
+inline std::string textOf(const kalo::timeOfDay_t& time) {
+    return textOf(time.hour) + ':' + textOf(time.minute) + ':' + textOf(time.second);
+}
+inline std::string textOf(const sentTime_t& sent) { return textOf(sent.time); }
+template <typename List>
+std::string textOfList(const List& list) {
+    std::string text;
+    for (const auto& entry : list) {
+        text += textOf(entry) + ' ';
+    }
+    return text;
+}
+inline std::string textOf(const std::vector<unsigned>& numbers) { return textOfList(numbers); }
+inline std::string textOf(const satellite_t& satellite) {
+    return textOfList(std::vector<double>{static_cast<double>(satellite.prn), satellite.elevation,
+                                          satellite.azimuth, satellite.snr});
+}
+inline std::string textOf(const satelliteList_t& satellites) { return textOfList(satellites); }
 
 struct textSink_t {
     values_t values;

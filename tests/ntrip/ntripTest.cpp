@@ -1,27 +1,25 @@
-#include <functional>
 #include <iomanip>
 #include <sstream>
 
 #include "kalo/ntrip/ntripRecordType.h"
 #include "kalo/ntrip/ntripStreamDecoder.h"
-#include "tests/sentence.h"
+#include "tests/nmea/recordValues.h"
 
 namespace {
 
 using kalo::ntripRecordDecoder_t;
 using kalo::ntripStreamDecoder_t;
 
-// The type and the length of the first line, from memory of exactly that size.
-kalo::ntripRecordType_t typeOf(const std::string& received, unsigned& length) {
-    const std::vector<char> bytes(received.begin(), received.end());
-    length = static_cast<unsigned>(bytes.size());
-    return kalo::decodeNtripRecordType(bytes.data(), length);
+// The type and the length of the first line.
+kalo::ntripRecordType_t firstLine(const std::string& received, unsigned& length) {
+    length = static_cast<unsigned>(received.size());
+    return kalo::decodeNtripRecordType(guarded(received).data(), length);
 }
 
 TEST(ntripRecordType, readsTheFirstLine) {
     const auto read = [](const std::string& received) {
         unsigned length = 0;
-        const kalo::ntripRecordType_t type = typeOf(received, length);
+        const kalo::ntripRecordType_t type = firstLine(received, length);
         EXPECT_EQ(length, received.find('\n') + 1) << received;
         return type;
     };
@@ -40,18 +38,18 @@ TEST(ntripRecordType, readsTheFirstLine) {
 }
 
 TEST(ntripRecordType, waitsForTheLineEnd) {
-    for (const auto& [size, expected] : {std::pair(0U, 0U), {511U, 0U}, {512U, 0U}, {513U, 513U}}) {
-        unsigned length = 0;
-        EXPECT_EQ(typeOf(std::string("STR;").append(size, 'x').substr(0, size), length),
-                  kalo::ntripRecordUnknown);
-        EXPECT_EQ(length, expected) << size;
+    unsigned length = 77;
+    for (const unsigned size : {0U, 511U, 512U, 513U}) {
+        EXPECT_EQ(firstLine(std::string(size, 'x'), length), kalo::ntripRecordUnknown);
+        EXPECT_EQ(length, size > 512 ? size : 0);
     }
+    EXPECT_EQ(firstLine("NET;x\r", length), kalo::ntripRecordUnknown);
+    EXPECT_EQ(length, 0U);
 }
 
 ntripStreamDecoder_t recordOf(const std::string& line) {
-    const std::vector<char> bytes(line.begin(), line.end());
     ntripStreamDecoder_t decoder;
-    decoder.init(bytes.data(), static_cast<unsigned>(bytes.size()));
+    decoder.init(guarded(line).data(), static_cast<unsigned>(line.size()));
     return decoder;
 }
 
@@ -83,55 +81,47 @@ TEST(ntripRecordDecoder, splitsRecords) {
     EXPECT_EQ(fieldsOf(copy), (strings_t{"a", "b"}));
 }
 
-/// What `decode(record, out)` gives for a text in one field, where no other field decodes.
-template <typename T, typename Decode>
-void check(unsigned field, Decode decode, T before, const std::vector<texts_t<T>>& rows) {
-    const auto read = [&](const std::string& text) {
-        std::string line = "STR;";
-        for (unsigned i = 1; i < 17; ++i) {
-            line += (i == field ? text : "?") + ';';
-        }
-        return valueOf<T>([&](T& out) { return decode(recordOf(line), out); }, before);
-    };
-    checkTexts<T>(read, rows);
+/// The value of a row for lines that describe a stream; "" is none.
+void check(const char* name, const std::vector<texts_t<std::string>>& rows) {
+    checkTexts<std::string>(
+        [&](const std::string& line) { return valuesOf(typeOf<streamRecord_t>, line).at(name); },
+        rows);
 }
 
-TEST(ntripRecordDecoder, decodesFields) {
-    const auto number = [](const auto& record, auto& out) { return record.decodeField(2, out); };
-    check<unsigned>(2, number, 63, {{1, {"1", "01"}}, {10, {"010"}}, {refused, {""}}});
-    check<float>(2, number, 63, {{0.5F, {"0.5"}}, {refused, {""}}});
-    const auto letter = [](const auto& record, bool& out) { return record.decodeYN(2, out); };
-    const auto digit = [](const auto& record, bool& out) { return record.decodeOneZero(2, out); };
-    for (const bool before : {false, true}) {
-        check<bool>(2, letter, before,
-                    {{true, {"Y"}}, {false, {"N"}}, {refused, {"", "0", "1", "y", "Yes"}}});
-        check<bool>(2, digit, before,
-                    {{true, {"1", "01"}}, {false, {"0"}}, {refused, {"", "2", "Y", "4294967297"}}});
+TEST(ntripStreamDecoder, decodesFields) {
+    check("carrierType",
+          {{"None", {"STR;;;;;0"}},
+           {"L1", {"STR;;;;;1"}},
+           {"L1L2", {"STR;;;;;2", "STR;;;;;02"}},
+           {"", {"STR;;;;;3", "STR;;;;;-1", "STR;;;;;1.", "STR;;;;;4294967296", "STR;;;;;N"}}});
+    check("nmea", {{"1", {"STR;;;;;;;;;;;1", "STR;;;;;;;;;;;01"}},
+                   {"0", {"STR;;;;;;;;;;;0"}},
+                   {"", {"STR;;;;;;;;;;;2", "STR;;;;;;;;;;;Y", "STR;;;;;;;;;;;4294967297"}}});
+    check("solutionType", {{"Single", {"STR;;;;;;;;;;;;0"}},
+                           {"Network", {"STR;;;;;;;;;;;;1"}},
+                           {"", {"STR;;;;;;;;;;;;2", "STR;;;;;;;;;;;;x"}}});
+    check("authType",
+          {{"None", {"STR;;;;;;;;;;;;;;;N"}},
+           {"Basic", {"STR;;;;;;;;;;;;;;;B"}},
+           {"Digest", {"STR;;;;;;;;;;;;;;;D"}},
+           {"", {"STR;;;;;;;;;;;;;;;n", "STR;;;;;;;;;;;;;;;BD", "STR;;;;;;;;;;;;;;;None"}}});
+    check("fee",
+          {{"1", {"STR;;;;;;;;;;;;;;;;Y"}},
+           {"0", {"STR;;;;;;;;;;;;;;;;N"}},
+           {"", {"STR;;;;;;;;;;;;;;;;1", "STR;;;;;;;;;;;;;;;;y", "STR;;;;;;;;;;;;;;;;Yes"}}});
+    check("bitrate", {{"10", {"STR;;;;;;;;;;;;;;;;;010"}}, {"", {"STR;;;;;;;;;;;;;;;;;0x1"}}});
+    check("latitude", {{"0.5", {"STR;;;;;;;;;0.5"}}, {"", {"STR;;;;;;;;;0.5 "}}});
+}
+
+TEST(ntripRecordDecoder, leavesOutUntouched) {
+    const ntripStreamDecoder_t record = recordOf("STR;;Yes\n");
+    for (const unsigned field : {1U, 2U, 3U}) { // empty, no letter or digit, not there
+        EXPECT_FALSE(valueOf<bool>([&](bool& out) { return record.decodeYN(field, out); }, true));
+        EXPECT_FALSE(
+            valueOf<bool>([&](bool& out) { return record.decodeOneZero(field, out); }, true));
     }
-    unsigned out = 0;
-    EXPECT_FALSE(recordOf("CAS;1\n").decodeField(2, out));
-}
-
-template <typename T>
-void check(unsigned field, bool (ntripStreamDecoder_t::*decoder)(T&) const,
-           const std::vector<texts_t<T>>& rows) {
-    check<T>(field, std::mem_fn(decoder), static_cast<T>(7), rows);
-}
-
-TEST(ntripStreamDecoder, decodesThreeFields) {
-    check(5, &ntripStreamDecoder_t::decodeCarrierType,
-          {{kalo::carrierNone, {"0"}},
-           {kalo::carrierL1, {"1"}},
-           {kalo::carrierL1L2, {"2", "02"}},
-           {refused, {"3", "-1", "1.", "4294967296", "", "N"}}});
-    check(
-        12, &ntripStreamDecoder_t::decodeSolutionType,
-        {{kalo::solutionSingle, {"0"}}, {kalo::solutionNetwork, {"1"}}, {refused, {"2", "x", ""}}});
-    check(15, &ntripStreamDecoder_t::decodeAuthType,
-          {{kalo::authNone, {"N"}},
-           {kalo::authBasic, {"B"}},
-           {kalo::authDigest, {"D"}},
-           {refused, {"n", "b", "BD", "None", "0", ""}}});
+    EXPECT_FALSE(valueOf<unsigned>([&](auto& out) { return record.decodeField(1, out); }, 77));
+    EXPECT_FALSE(valueOf<float>([&](auto& out) { return record.decodeField(1, out); }, 77));
 }
 
 template <typename Value>

@@ -16,7 +16,7 @@ using kalo::gpsTime_t;
 
 constexpr std::uint32_t epoch = 315964800, day = 86400, week = 604800;
 constexpr double infinity = std::numeric_limits<double>::infinity();
-constexpr gps2utc_t leap2016{17, 18, 137, 7};
+constexpr gps2utc_t leap2016{17, 18, 137, 7}, midweek{17, 18, 250, 3};
 
 /// The Unix times of the first second behind each leap second since 1980, from the system's time
 /// zone data. GPS minus UTC is 1, 2, ... from then on.
@@ -70,7 +70,6 @@ TEST(gpsTime, convertsByTheTable) {
 }
 
 TEST(gpsTime, convertsByParameters) {
-    const gps2utc_t midweek{17, 18, 250, 3};
     const struct {
         gpsTime_t time;
         gps2utc_t parameters;
@@ -97,6 +96,8 @@ TEST(gpsTime, isMadeFromTimestamps) {
         gpsTime_t time;
     } cases[] = {{1483228782.875, leap2016, {1929, 604799.875}}, // the week ends before the day
                  {1483228783.0, leap2016, {1930, 0}},
+                 {epoch + 250.0 * week + 3 * day - 1, midweek, {250, 3 * day + 16}},
+                 {epoch + 250.0 * week + 3 * day, midweek, {250, 3 * day + 18}},
                  {epoch + 256.0 * week - 1, {0, 5, 0, 1}, {256, 4}},
                  {epoch + 256.0 * week, {0, 5, 0, 1}, {256, 0}}, // the cycle begins again
                  // outside the span: modulo 2^32, and what is not finite counts as 0
@@ -143,17 +144,10 @@ TEST(timeContext, convertsWithWhatIsKnown) {
     expectTimes(1483228801, 1483833601, 1483187415.5);
     context.setGps2Utc({18, 18, 137, 7});
     expectTimes(1483228800, 1483833600, 1483187415.5);
-}
-
-// Late and early times stay on the day and in the week that are set.
-TEST(timeContext, rollsNothingOver) {
-    timeContext_t context;
-    context.setDate({2016, 12, 31});
-    context.setGpsWeek(1929);
+    // late and early times stay on the day and in the week that are set
     EXPECT_EQ(context.timeOfDayToUnix({23, 59, 60.5}), 1483228800.5);
     EXPECT_EQ(context.timeOfDayToUnix({0, 0, 1}), 1483142401);
-    EXPECT_EQ(context.gpsWeekSecondsToUnix(604817), 1483228800);
-    EXPECT_EQ(context.gpsWeekSecondsToUnix(1), 1482623984);
+    EXPECT_EQ(context.gpsWeekSecondsToUnix(604800 + 18), 1483833600 + 604800);
 }
 
 } // namespace

@@ -17,9 +17,8 @@ bool reference(const std::string& text, T& out, std::ios_base::fmtflags base) {
     std::istringstream stream(text);
     stream.setf(base, std::ios_base::basefield);
     if (std::is_unsigned_v<T>) {
-        std::istringstream blanks(text);
-        blanks >> std::ws;
-        if (blanks.peek() == '-') {
+        const std::size_t first = text.find_first_not_of(" \t\n\v\f\r");
+        if (first != std::string::npos && text[first] == '-') {
             return false;
         }
     }
