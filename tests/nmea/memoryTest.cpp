@@ -140,8 +140,10 @@ TEST(memory, listsAllocateForTheirEntriesAlone) {
 template <typename Use>
 void failEach(long least, Use use) {
     bool failed = true;
-    for (long number = 1; failed; ++number) {
+    long number = 0;
+    while (failed) {
         const long before = live;
+        ++number;
         use([&](auto action) {
             untilFailure = number;
             try {
