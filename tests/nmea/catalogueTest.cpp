@@ -86,6 +86,10 @@ TEST(catalogue, choosesTheUnit) {
             {"$GPVTG,,,,,5,N,10.2,K", "$GPVTG,,,,,5,N", "$GPRMC,,,,,,,5"}},
            {"speedOverGround", 10.2 / 3.6, {"$GPVTG,,,,,,N,10.2,K", "$GPVTG,,,,,5,n,10.2,K"}},
            {"speedOverGround", refused, {"$GPVTG,,,,,5,K,1,N", "$GPVTG,,,,,5", "$GPVTG,,,,,,,1"}}});
+    double out = 77; // nothing is written before the field of the unit is there
+    EXPECT_FALSE(dbtMsg_t(framed("$SDDBT,1")).decodeDepth(out));
+    EXPECT_FALSE(mwvMsg_t(framed("$WIMWV,,,1")).decodeWindSpeed(out));
+    EXPECT_EQ(out, 77);
 }
 
 TEST(catalogue, keepsSigns) {

@@ -137,8 +137,9 @@ TEST(nmeaFormat, framesAndSplits) {
 }
 
 TEST(nmeaFormat, saysWhatIsWrong) {
-    const auto read = [](const std::string& text) {
-        const nmeaFormat_t format(guarded(text).data(), text.size());
+    nmeaFormat_t format = framed("$GPHDT,1"); // what it was before counts for nothing
+    const auto read = [&](const std::string& text) {
+        EXPECT_FALSE(format.init(guarded(text).data(), text.size())) << text;
         EXPECT_TRUE(!format.isValid() && format.type() == kalo::msgTypeUnknown) << text;
         EXPECT_EQ(format.fieldCount(), 0U) << text;
         return format.formatError();
@@ -147,7 +148,8 @@ TEST(nmeaFormat, saysWhatIsWrong) {
                            {1,
                             {"$", "$GPHDT", "$GPHDT\n", "$GPHDT\r", "$GPHDT\n\r", "$GPHDT*G1\r\n",
                              "$GPHDT*4 \r\n", "$GPHDT*-1\r\n", "$GPHDT*0x\r\n"}},
-                           {2, {"$GPHDT*4E\r\n", "$GPHDT\r\n$GPGGA*56\r\n"}}});
+                           {2, {"$GPHDT*4E\r\n", "$GPHDT\r\n$GPGGA*56\r\n"}},
+                           {0, {"GPHDT\r\n"}}});
 }
 
 // Only the end of the address counts, and the start character decides which table.
