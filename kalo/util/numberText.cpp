@@ -190,6 +190,7 @@ bool decodeRest(const char* data, std::size_t length, double& out) {
 bool isClassicLocale() {
     static const std::locale& classic = std::locale::classic();
     const std::locale global;
+    // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c,cert-oop57-cpp)
     return std::memcmp(&global, &classic, sizeof global) == 0 || global == classic;
 }
 

@@ -17,7 +17,7 @@ struct triples_t {
     unsigned char lengthWithPoint[1000] = {};
 
     constexpr triples_t() {
-        for (int i = 0; i < 1000; ++i) {
+        for (std::size_t i = 0; i < 1000; ++i) {
             text[3 * i] = static_cast<char>('0' + i / 100);
             text[3 * i + 1] = static_cast<char>('0' + i / 10 % 10);
             text[3 * i + 2] = static_cast<char>('0' + i % 10);
@@ -62,6 +62,7 @@ char* writeSign(char* at, double value) {
 constexpr double mostThousandths = 1e9;
 
 std::int64_t thousandthsOf(double magnitude) {
+    // NOLINTNEXTLINE(bugprone-incorrect-roundings) what it is used for is checked behind it
     return static_cast<std::int64_t>(magnitude * 1000 + 0.5);
 }
 
@@ -174,7 +175,7 @@ char* writeInteger(char* at, int value) {
 
 char* writePair(char* at, unsigned value) {
     if (value < 100) {
-        std::memcpy(at, triples.text + 3 * value + 1, 2);
+        std::memcpy(at, triples.text + std::size_t{3} * value + 1, 2);
         return at + 2;
     }
     return writeInteger(at, std::uint64_t{value});
