@@ -8,7 +8,15 @@
 namespace kalo {
 
 struct ntripRecordDecoder_t::state_t {
-    std::vector<std::string> fields;
+    std::vector<std::string> fields; // those behind the first `count` keep their memory
+    std::size_t count = 0;
+
+    void add(std::string_view text) {
+        if (count == fields.size()) {
+            fields.emplace_back();
+        }
+        fields[count++] = text;
+    }
 };
 
 ntripRecordDecoder_t::ntripRecordDecoder_t() : m_state(new state_t) {}
@@ -28,27 +36,25 @@ ntripRecordDecoder_t& ntripRecordDecoder_t::operator=(const ntripRecordDecoder_t
 ntripRecordDecoder_t::~ntripRecordDecoder_t() { delete m_state; }
 
 void ntripRecordDecoder_t::init(const char* data, unsigned length) {
-    m_state->fields.clear();
-    std::string_view left(data, length);
-    for (;;) {
-        const std::size_t end = left.find_first_of(";\r\n");
-        if (end == std::string_view::npos) {
+    m_state->count = 0;
+    const std::string_view text(data, length);
+    std::size_t begin = 0;
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const char c = text[at];
+        if (c == ';' || c == '\r' || c == '\n') {
+            m_state->add(text.substr(begin, at - begin));
+            begin = at + 1;
+        }
+        if (c == '\r' || c == '\n') {
             return;
         }
-        m_state->fields.emplace_back(left.substr(0, end));
-        if (left[end] != ';') {
-            return;
-        }
-        left.remove_prefix(end + 1);
     }
 }
 
-unsigned ntripRecordDecoder_t::fieldCount() const {
-    return static_cast<unsigned>(m_state->fields.size());
-}
+unsigned ntripRecordDecoder_t::fieldCount() const { return static_cast<unsigned>(m_state->count); }
 
 const std::string* ntripRecordDecoder_t::fieldAt(unsigned index) const {
-    const bool isThere = index < m_state->fields.size() && !m_state->fields[index].empty();
+    const bool isThere = index < m_state->count && !m_state->fields[index].empty();
     return isThere ? &m_state->fields[index] : nullptr;
 }
 

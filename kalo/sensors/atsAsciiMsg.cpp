@@ -39,9 +39,22 @@ enum slot_t : unsigned {
     slotPositionQuality = 19
 };
 
+// A tag has one or two letters: these and their count as one number, which is compared at once. 0
+// is no tag's.
+constexpr unsigned tagCode(std::string_view tag) {
+    unsigned code = static_cast<unsigned>(tag.size());
+    for (const char c : tag) {
+        code = code << 8 | static_cast<unsigned char>(c);
+    }
+    return tag.size() > 2 ? 0 : code;
+}
+
 struct fieldInfo_t {
+    constexpr fieldInfo_t(unsigned ofSlot, std::string_view ofTag)
+        : slot(ofSlot), tag(tagCode(ofTag)) {}
+
     unsigned slot;
-    std::string_view tag;
+    unsigned tag;
 };
 
 constexpr fieldInfo_t fieldInfo[] = {
@@ -109,8 +122,9 @@ void atsAsciiMsg_t::state_t::parse(std::string_view line) {
         if (colon == std::string_view::npos) {
             continue;
         }
+        const unsigned tag = tagCode(token.substr(0, colon));
         for (const fieldInfo_t& row : fieldInfo) {
-            if (row.tag == token.substr(0, colon)) {
+            if (row.tag == tag) {
                 slots[row.slot] = token.substr(colon + 1);
             }
         }

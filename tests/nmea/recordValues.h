@@ -62,7 +62,7 @@ inline values_t valuesOf(typeIndex_t type, const std::string& text) {
     kalo::tss1Msg_t motion;
     kalo::ntripStreamDecoder_t table;
     std::vector<satellite_t> satellites;
-    char milliseconds[4] = {};
+    char milliseconds[3] = {};
     record_t record;
     record.type = type;
     record.text = text;

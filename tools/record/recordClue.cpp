@@ -1,7 +1,8 @@
 #include "tools/record/recordClue.h"
 
+#include <algorithm>
 #include <cmath>
-#include <cstdio>
+#include <iterator>
 
 #include "kalo/time/timeUtil.h"
 #include "tools/record/plausible.h"
@@ -134,7 +135,7 @@ void readSentenceClue(const kalo::nmeaFormat_t& sentence, typeIndex_t type,
     readers[type](sentence, satellites, clue);
 }
 
-void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[4], clue_t& clue) {
+void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[3], clue_t& clue) {
     constexpr unsigned timeSlot = 3;
     std::string text;
     clue.hasDate = tracking.decodeDate(clue.date);
@@ -154,7 +155,9 @@ void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[
     if (parts >= partsWithMilliseconds) {
         const auto count =
             static_cast<unsigned>(std::lround((clue.time.time.second - whole) * 1000));
-        static_cast<void>(std::snprintf(milliseconds, sizeof milliseconds, "%03u", count % 1000));
-        clue.time.fraction = milliseconds;
+        const unsigned digits[] = {count / 100 % 10, count / 10 % 10, count % 10};
+        std::transform(std::begin(digits), std::end(digits), milliseconds,
+                       [](unsigned digit) { return static_cast<char>('0' + digit); });
+        clue.time.fraction = {milliseconds, std::size(digits)};
     }
 }

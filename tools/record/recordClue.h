@@ -11,4 +11,4 @@ void readSentenceClue(const kalo::nmeaFormat_t& sentence, typeIndex_t type,
                       std::vector<satellite_t>& satellites, clue_t& clue);
 
 /// The time and date of a tracking record; `milliseconds` then owns the digits of its fraction.
-void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[4], clue_t& clue);
+void readTrackingClue(const kalo::atsAsciiMsg_t& tracking, char (&milliseconds)[3], clue_t& clue);

@@ -66,7 +66,7 @@ private:
     kalo::tss1Msg_t m_motion;
     kalo::atsAsciiMsg_t m_tracking;
     kalo::ntripStreamDecoder_t m_table;
-    char m_milliseconds[4] = {};
+    char m_milliseconds[3] = {};
     std::vector<satellite_t> m_satellites; // of one sentence
     satelliteGroups_t m_groups;
     bool m_isFinished = false;

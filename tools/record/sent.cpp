@@ -9,7 +9,11 @@ template <typename IsFilled>
 bool anyFilled(fieldSet_t fields, unsigned count, IsFilled isFilled) {
     for (unsigned i = 0; i < count; ++i) {
         const unsigned bit = i < fieldBits ? i : fieldBits - 1;
-        if ((fields >> bit & 1) != 0 && isFilled(i)) {
+        const fieldSet_t left = fields >> bit;
+        if (left == 0) {
+            return false;
+        }
+        if ((left & 1) != 0 && isFilled(i)) {
             return true;
         }
     }

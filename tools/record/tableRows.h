@@ -35,12 +35,12 @@ bool tableFlag(const kalo::ntripStreamDecoder_t& record, bool& out) {
 }
 
 /// An enumeration as the word that the library prints for it.
-std::string tableWord(kalo::ntripCarrierType_t value);
-std::string tableWord(kalo::ntripSolutionType_t value);
-std::string tableWord(kalo::ntripAuthType_t value);
+const std::string& tableWord(kalo::ntripCarrierType_t value);
+const std::string& tableWord(kalo::ntripSolutionType_t value);
+const std::string& tableWord(kalo::ntripAuthType_t value);
 
 template <auto accessor>
-bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string& out) {
+bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string_view& out) {
     decltype(outputOf(accessor)) value{};
     if (!(record.*accessor)(value)) {
         return false;
@@ -50,7 +50,7 @@ bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string& out) {
 }
 
 /// A network has the authentication of a stream at another place.
-bool networkAuth(const kalo::ntripStreamDecoder_t& record, std::string& out);
+bool networkAuth(const kalo::ntripStreamDecoder_t& record, std::string_view& out);
 
 inline bool wholeText(const source_t<kalo::ntripStreamDecoder_t>& source, std::string_view& out) {
     out = source.text;
