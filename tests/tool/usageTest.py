@@ -141,18 +141,6 @@ class Files(Test):
                                               "write to another file\n"))
             self.assertEqual(pathlib.Path("log").read_bytes(), DEPTH)
 
-    def testCompressed(self):
-        """What begins like one of these is refused; what only begins alike is text."""
-        for name, data in (("gzip", b"\x1F\x8B\x08"), ("bzip2", b"BZh91AY&SY"),
-                           ("bzip2", b"BZh1\x17rE8P\x90"), ("xz", b"\xFD7zXZ\0"),
-                           ("zstd", b"\x28\xB5\x2F\xFD"), ("lz4", b"\x04\x22\x4D\x18"),
-                           ("zip", b"PK\x03\x04"), ("zip", b"PK\x05\x06")):
-            for words, chunk in (["decode", "-q"], 1), (["encode", "tss1"], 1), (["time"], 4096):
-                self.assertEqual(run(words, data + b"\n$GPXYZ,1\n", chunk),
-                                 (1, b"", f"kalo: -: {name}-compressed input; unpack it first\n"))
-            for text in data[:-1], data[:-1] + b"x", b"BZhub: " + DEPTH:
-                self.assertEqual(run(["decode"], text)[1].count(b"\n"), 1, text)
-
 
 if __name__ == "__main__":
     unittest.main()

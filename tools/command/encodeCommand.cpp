@@ -240,26 +240,23 @@ public:
         : m_options(options), m_output(STDOUT_FILENO) {}
 
     int run() {
+        std::string name;
+        std::optional<reader_t> reader;
+        const lineUser_t user = {[&](const std::string& source) {
+                                     name = source;
+                                     reader.emplace();
+                                 },
+                                 [&](const line_t& line) { encodeLine(name, line, *reader); }};
         for (const std::string& file : m_options.files) {
             if (m_output.isClosed() || stopSignal() != 0) {
                 break;
             }
-            encodeInput(file);
+            m_status = readLines(file, m_output, user) ? m_status : exitFailure;
         }
         return finish(m_output, m_status);
     }
 
 private:
-    void encodeInput(const std::string& name) {
-        reader_t reader;
-        const bool isRead = readLines(name, m_output, [&](const line_t& line) {
-            if (!line.continued) { // the rest of a line that is too long, which was reported
-                encodeLine(name, line, reader);
-            }
-        });
-        m_status = isRead ? m_status : exitFailure;
-    }
-
     void encodeLine(const std::string& name, const line_t& line, reader_t& reader) {
         std::optional<members_t> members;
         std::string record;

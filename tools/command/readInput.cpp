@@ -1,76 +1,169 @@
 #include "tools/command/readInput.h"
 
+#include <optional>
+
 #include "tools/input/input.h"
+#include "tools/input/unpack.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
 
-bool readBlocks(const std::string& name, output_t& output,
-                const std::function<void(std::string_view block)>& use) {
+namespace {
+
+// An input that is waited for with all output written.
+class liveBytes_t : public bytes_t {
+public:
+    liveBytes_t(input_t& input, output_t& output) : m_input(input), m_output(output) {}
+
+    std::string_view read() override {
+        // A live reader gets what there is before the next bytes are waited for.
+        if (!m_input.isReady()) {
+            m_output.flush();
+            m_input.wait(m_output.descriptor());
+            m_output.checkReader();
+        }
+        return m_output.isClosed() ? std::string_view() : m_input.read();
+    }
+
+    std::string fault() const override { return m_input.fault(); }
+
+private:
+    input_t& m_input;
+    output_t& m_output;
+};
+
+// Bytes whose beginning has been looked at.
+class restartedBytes_t : public bytes_t {
+public:
+    explicit restartedBytes_t(bytes_t& bytes) : m_bytes(bytes) {}
+
+    // What the input holds; the bytes that this takes are read again.
+    content_t look(bool mayBeTar) {
+        content_t content = content_t::undecided;
+        for (std::string_view block; content == content_t::undecided;) {
+            block = m_bytes.read();
+            if (block.empty()) {
+                return content_t::text;
+            }
+            m_start.append(block);
+            content = contentOf(m_start, mayBeTar);
+        }
+        return content;
+    }
+
+    std::string_view read() override {
+        if (!m_isStartRead) {
+            m_isStartRead = true;
+            if (!m_start.empty()) {
+                return m_start;
+            }
+        }
+        return m_bytes.read();
+    }
+
+    std::string fault() const override { return m_bytes.fault(); }
+
+private:
+    bytes_t& m_bytes;
+    std::string m_start;
+    bool m_isStartRead = false;
+};
+
+// What is packed several times, or in an archive within an archive, is left alone.
+constexpr unsigned mostLayers = 4;
+
+class contentReader_t {
+public:
+    contentReader_t(output_t& output, const byteUser_t& user) : m_output(output), m_user(user) {}
+
+    bool read(const std::string& name, bytes_t& bytes, bool mayBeArchive, unsigned layers = 0) {
+        restartedBytes_t content(bytes);
+        const content_t format = content.look(mayBeArchive || layers > 0);
+        if (format == content_t::text) {
+            return use(name, content);
+        }
+        const bool isArchive = format == content_t::zip || format == content_t::tar;
+        if (layers == mostLayers || (isArchive && !mayBeArchive)) {
+            complain(name, isArchive ? "an archive cannot be read here; unpack it into files first"
+                                     : "packed too many times; unpack it first");
+            return false;
+        }
+        if (isArchive) {
+            return readMembers(name, *openArchive(format, content), layers);
+        }
+        return read(name, *unpack(format, content), true, layers + 1);
+    }
+
+private:
+    bool readMembers(const std::string& name, members_t& archive, unsigned layers) {
+        bool areRead = true;
+        for (std::string member; isGoingOn() && archive.next(member);) {
+            areRead = read(name + ':' + member, archive, false, layers + 1) && areRead;
+        }
+        return areRead && isWhole(name, archive);
+    }
+
+    bool use(const std::string& name, bytes_t& bytes) {
+        m_user.begin(name);
+        for (std::string_view block = bytes.read(); !block.empty(); block = bytes.read()) {
+            m_user.use(block);
+            m_output.flushIfDue();
+        }
+        m_user.end();
+        return isWhole(name, bytes);
+    }
+
+    bool isWhole(const std::string& name, const bytes_t& bytes) {
+        const std::string fault = isGoingOn() ? bytes.fault() : "";
+        if (!fault.empty()) {
+            complain(name, fault);
+        }
+        return fault.empty();
+    }
+
+    bool isGoingOn() const { return !m_output.isClosed() && stopSignal() == 0; }
+
+    output_t& m_output;
+    const byteUser_t& m_user;
+};
+
+} // namespace
+
+bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user) {
     output.flush(); // opening may take its time
     input_t input(name);
     if (input.isSameFile(output.descriptor())) {
         complain(name, "the input is also the output; write to another file");
         return false;
     }
-    std::string start; // the first bytes, as long as they do not tell what they are
-    content_t content = content_t::undecided;
-    while (!output.isClosed() && !input.failed()) {
-        // A live reader gets what there is before the next bytes are waited for.
-        if (!input.isReady()) {
-            output.flush();
-            input.wait(output.descriptor());
-            output.checkReader();
-            if (output.isClosed()) {
-                return true;
-            }
-        }
-        std::string_view block = input.read();
-        if (block.empty()) {
-            break;
-        }
-        if (content == content_t::undecided) {
-            const char* format = nullptr;
-            block = start.append(block);
-            content = contentOf(start, format);
-            if (content == content_t::compressed) {
-                complain(name, std::string(format) + "-compressed input; unpack it first");
-                return false;
-            }
-            if (content == content_t::undecided) {
-                continue;
-            }
-        }
-        use(block);
-        output.flushIfDue();
-    }
-    if (content == content_t::undecided && stopSignal() == 0) {
-        use(start);
-    }
-    if (input.failed()) {
-        complain(name, input.reason());
-    }
-    return !input.failed();
+    liveBytes_t bytes(input, output);
+    return contentReader_t(output, user).read(name, bytes, input.isRegular());
 }
 
-bool readLines(const std::string& name, output_t& output,
-               const std::function<void(const line_t& line)>& use) {
-    lineSplitter_t lines(false);
-    line_t line;
+bool readLines(const std::string& name, output_t& output, const lineUser_t& user) {
+    std::optional<lineSplitter_t> lines;
     const auto useLines = [&] {
-        while (!output.isClosed() && lines.next(line)) {
-            use(line);
-            output.flushIfLarge();
+        for (line_t line; !output.isClosed() && lines->next(line);) {
+            if (!line.continued) {
+                user.use(line);
+                output.flushIfLarge();
+            }
         }
     };
-    const bool isRead = readBlocks(name, output, [&](std::string_view block) {
-        lines.append(block);
-        useLines();
-    });
-    if (stopSignal() == 0) {
-        lines.finish();
-        useLines();
-    }
-    return isRead;
+    return readBlocks(name, output,
+                      {[&](const std::string& source) {
+                           lines.emplace(false);
+                           user.begin(source);
+                       },
+                       [&](std::string_view block) {
+                           lines->append(block);
+                           useLines();
+                       },
+                       [&] {
+                           if (stopSignal() == 0) {
+                               lines->finish();
+                               useLines();
+                           }
+                       }});
 }
 
 int finish(output_t& output, int status) {

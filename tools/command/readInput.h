@@ -8,15 +8,28 @@
 #include "tools/input/lineSplitter.h"
 #include "tools/output/output.h"
 
-/// Opens an input, "-" being standard input, and hands on what can be had, block by block; each
-/// must be used before the next. Ends early when the output is closed or a stop signal came. False,
-/// with a message, when the input could not be read to its end, is compressed, or is the output.
-bool readBlocks(const std::string& name, output_t& output,
-                const std::function<void(std::string_view block)>& use);
+/// What is done with the bytes of an input, or of each member of an archive.
+struct byteUser_t {
+    std::function<void(const std::string& name)> begin;
+    std::function<void(std::string_view block)> use; ///< each must be used before the next
+    /// There are no more; after a stop signal the last may be cut anywhere.
+    std::function<void()> end;
+};
 
-/// The same line by line, without the blank ones.
-bool readLines(const std::string& name, output_t& output,
-               const std::function<void(const line_t& line)>& use);
+/// Opens an input, "-" being standard input, and hands on what can be had, block by block.
+/// Compressed data are unpacked; the members of an archive are inputs of their own, with names such
+/// as "logs.tar:monday.log". Ends early when the output is closed or a stop signal came. False,
+/// with a message, when the input could not be read to its end, or is the output.
+bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user);
+
+/// What is done with the lines of an input, or of each member of an archive, without blank ones.
+struct lineUser_t {
+    std::function<void(const std::string& name)> begin;
+    std::function<void(const line_t& line)> use; ///< of a line that is too long its first part
+};
+
+/// The same line by line.
+bool readLines(const std::string& name, output_t& output, const lineUser_t& user);
 
 constexpr int exitFailure = 1;
 constexpr int exitUsage = 2;

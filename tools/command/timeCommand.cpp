@@ -170,12 +170,13 @@ public:
     }
 
     void convertInput() {
-        const bool isRead = readLines("-", m_output, [&](const line_t& line) {
-            if (!line.continued) { // the rest of a line that is too long, which was reported
-                convert(std::string(line.text), fmt::format("-: line {}", line.number));
-            }
-        });
-        m_status = isRead ? m_status : exitFailure;
+        std::string name;
+        const lineUser_t user = {[&](const std::string& source) { name = source; },
+                                 [&](const line_t& line) {
+                                     convert(std::string(line.text),
+                                             fmt::format("{}: line {}", name, line.number));
+                                 }};
+        m_status = readLines("-", m_output, user) ? m_status : exitFailure;
     }
 
     int finish() { return ::finish(m_output, m_status); }

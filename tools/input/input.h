@@ -4,17 +4,23 @@
 #include <string>
 #include <string_view>
 
-class input_t {
+#include "tools/input/bytes.h"
+
+/// Whether this input, "-" being standard input, is a regular file.
+bool isRegularFile(const std::string& name);
+
+class input_t : public bytes_t {
 public:
     /// Opens `name`, "-" being standard input. Does not wait for the other end of a pipe: `wait`
-    /// does. See `failed`.
+    /// does. See `fault`.
     explicit input_t(const std::string& name);
     input_t(const input_t&) = delete;
     input_t& operator=(const input_t&) = delete;
-    ~input_t();
+    ~input_t() override;
 
     const std::string& name() const { return m_name; }
 
+    bool isRegular() const;
     /// Whether it is the regular file behind another descriptor.
     bool isSameFile(int descriptor) const;
 
@@ -22,13 +28,8 @@ public:
     bool isReady() const;
     /// Waits for that; returns early when nobody reads `output` any more, or at a stop signal.
     void wait(int output) const;
-    /// What can be had now, at least one byte, waiting for it if need be; empty at the end, after a
-    /// failure, and when a stop signal came. The bytes live until the next `read`.
-    std::string_view read();
-
-    bool failed() const { return m_error != 0; }
-    /// Why it failed, for people.
-    std::string reason() const;
+    std::string_view read() override;
+    std::string fault() const override;
 
 private:
     std::string m_name;
@@ -36,9 +37,3 @@ private:
     int m_descriptor;
     int m_error = 0;
 };
-
-/// What the first bytes of an input tell about it.
-enum class content_t { undecided, text, compressed };
-
-/// Looks at the first bytes of an input. `format` gets the name of a compressed format.
-content_t contentOf(std::string_view start, const char*& format);

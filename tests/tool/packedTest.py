@@ -1,0 +1,121 @@
+"""Compressed inputs and archives give the records of what they hold."""
+import bz2
+import gzip
+import lzma
+import pathlib
+import subprocess
+import tarfile
+import unittest
+import zipfile
+import zlib
+
+from kalo import ROOT, Test, Tool, completed, run, write
+
+VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
+DEPTH = completed(b"$SDDPT,4.2*hh\n")
+
+
+def packedBy(program):
+    return lambda data: subprocess.run([program, "-q", "-c"], input=data, check=True,
+                                       stdout=subprocess.PIPE).stdout
+
+
+FORMATS = {"gz": gzip.compress, "xz": lzma.compress, "bz2": bz2.compress,
+           "zst": packedBy("zstd"), "lz4": packedBy("lz4")}
+
+
+def decoded(words, data=b"", chunk=32768):
+    status, out, err = run(["decode", "-q", *words], data, chunk)
+    return status, out.decode().splitlines(), err
+
+
+def renamed(lines, name):
+    return [line.replace('"source":"-"', f'"source":"{name}"') for line in lines]
+
+
+class Packed(Test):
+    def setUp(self):
+        super().setUp()
+        self.expected = decoded([], VOYAGE)[1]
+        self.assertGreater(len(self.expected), 1000)
+
+    def testFormats(self):
+        """By their first bytes, whatever the name; several members, also with padding between."""
+        for name, pack in FORMATS.items():
+            with self.subTest(name):
+                data = pack(VOYAGE)
+                write("voyage.log", data)
+                self.assertEqual(decoded(["voyage.log"]),
+                                 (0, renamed(self.expected, "voyage.log"), ""))
+                self.assertEqual(decoded([], data, 1000), (0, self.expected, ""))
+                self.assertEqual(decoded([], pack(b"")), (0, [], ""))
+                twice = pack(DEPTH) + bytes(8 if name in ("gz", "xz") else 0) + pack(DEPTH)
+                self.assertEqual(len(decoded([], twice)[1]), 2)
+        self.assertEqual(run(["time"], gzip.compress(b"1930:18\n"))[0], 0)
+        self.assertIn("kalo: -: line 1: ", run(["encode", "tss1"], gzip.compress(b"{}\n"))[2])
+
+    def testArchives(self):
+        """Members are inputs; they may be compressed, and so may the archive."""
+        write("a.log", VOYAGE)
+        write("b.log.gz", gzip.compress(DEPTH))
+        with tarfile.open("x.tar", "w") as tar, zipfile.ZipFile(
+                "x.zip", "w", zipfile.ZIP_DEFLATED) as zipped:
+            for name in "a.log", "b.log.gz":
+                tar.add(name, "logs/" + name)
+                zipped.write(name, "logs/" + name)
+        for archive in "x.tar", "x.zip":
+            status, lines, err = decoded([archive])
+            self.assertEqual((status, err), (0, ""))
+            self.assertEqual(lines[:-1], renamed(self.expected, archive + ":logs/a.log"))
+            self.assertIn(f'"source":"{archive}:logs/b.log.gz","line":1', lines[-1])
+            packed = gzip.compress(pathlib.Path(archive).read_bytes())
+            lines = decoded([], packed)[1]
+            self.assertEqual(lines[:-1], renamed(self.expected, "-:logs/a.log"))
+        with tarfile.open("outer.tar", "w") as tar:
+            tar.add("x.tar")
+        status, lines, err = decoded(["outer.tar"])
+        self.assertEqual((status, lines), (1, []))
+        self.assertIn("kalo: outer.tar:x.tar: an archive cannot be read here", err)
+
+    def testDamage(self):
+        """What can be had comes out; then comes the reason."""
+        for name in "gz", "xz":
+            data = FORMATS[name](VOYAGE)
+            status, lines, err = decoded([], data[:len(data) // 2])
+            self.assertEqual((status, err), (1, "kalo: -: the compressed data ends too early\n"))
+            self.assertGreater(len(lines), 400)
+            self.assertEqual(lines[:-2], self.expected[:len(lines) - 2])
+            self.assertEqual(decoded([], data + b"x"),
+                             (1, self.expected, "kalo: -: other bytes follow the compressed data\n"))
+        for name, pack in FORMATS.items():
+            data = bytearray(pack(VOYAGE))
+            data[len(data) // 2] ^= 0x55
+            for damaged in data[:-9], data:
+                status, _, err = decoded([], bytes(damaged))
+                self.assertEqual(status, 1, name)
+                self.assertRegex(err, "^kalo: -: .+\n$")
+
+    def testLookAlikes(self):
+        """What only begins like a compressed file is text."""
+        for data in (b"\x1F\x8B\x08", b"BZh91AY&SY", b"BZh1\x17rE8P\x90", b"\xFD7zXZ\0",
+                     b"\x28\xB5\x2F\xFD", b"\x04\x22\x4D\x18", b"PK\x03\x04", b"PK\x05\x06"):
+            for text in data[:-1], data[:-1] + b"x", b"BZhub: " + DEPTH, b"begin 644 x\n":
+                for chunk in 1, 1000:
+                    self.assertEqual(len(decoded([], text, chunk)[1]), 1, text)
+
+    def testLive(self):
+        """Records come as they are unpacked."""
+        packer = zlib.compressobj(6, zlib.DEFLATED, 31)
+        with Tool("decode", "-q") as tool:
+            for number in range(3):
+                tool.stdin.write(packer.compress(DEPTH) + packer.flush(zlib.Z_SYNC_FLUSH))
+                self.assertIn(b'"line":%d,' % (number + 1), tool.line())
+        for name in "xz", "zst":
+            with Tool("decode", "-q") as tool:
+                for number in range(2):
+                    tool.stdin.write(FORMATS[name](DEPTH))
+                    self.assertIn(b'"line":%d,' % (number + 1), tool.line())
+
+
+if __name__ == "__main__":
+    unittest.main()

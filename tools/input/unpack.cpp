@@ -1,0 +1,313 @@
+#include "tools/input/unpack.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <new>
+
+#include <archive.h>
+#include <archive_entry.h>
+#include <lzma.h>
+#include <zlib.h>
+#include <zstd.h>
+#include <zstd_errors.h>
+
+namespace {
+
+constexpr std::size_t bufferSize = 131072;
+constexpr const char* cutOff = "the compressed data ends too early";
+
+struct magic_t {
+    content_t content;
+    std::string_view bytes; ///< "\x01" stands for any digit from 1 to 9
+};
+
+// What files of these formats begin with. bzip2: the level of compression, and the start of the
+// first block or, of an empty file, of the end. gzip: the one method there is. zip: a member, or
+// the end of an empty archive.
+constexpr magic_t magics[] = {
+    {content_t::gzip, {"\x1F\x8B\x08", 3}},
+    {content_t::bzip2, {"BZh\x01\x31\x41\x59\x26\x53\x59", 10}},
+    {content_t::bzip2, {"BZh\x01\x17\x72\x45\x38\x50\x90", 10}},
+    {content_t::xz, {"\xFD\x37zXZ\0", 6}},
+    {content_t::zstd, {"\x28\xB5\x2F\xFD", 4}},
+    {content_t::lz4, {"\x04\x22\x4D\x18", 4}},
+    {content_t::zip, {"PK\x03\x04", 4}},
+    {content_t::zip, {"PK\x05\x06", 4}},
+};
+
+bool fits(char c, char mark) { return mark == '\x01' ? c >= '1' && c <= '9' : c == mark; }
+
+// A tar archive begins with a name of up to 100 bytes and NUL; its mark comes later.
+content_t tarOrText(std::string_view start) {
+    constexpr std::size_t nameLength = 100;
+    constexpr std::size_t markAt = 257;
+    constexpr std::string_view mark = "ustar";
+    if (start.substr(0, nameLength).find_first_of("\r\n") != std::string_view::npos) {
+        return content_t::text;
+    }
+    if (start.size() < markAt + mark.size()) {
+        return content_t::undecided;
+    }
+    return start.substr(markAt, mark.size()) == mark ? content_t::tar : content_t::text;
+}
+
+enum class step_t { going, ended, damaged, tooLarge };
+
+// The codecs take bytes off the front of `in` and write at most `room` bytes to `out`.
+
+class gzipCodec_t {
+public:
+    static constexpr char firstByte = '\x1F';
+
+    gzipCodec_t() { static_cast<void>(inflateInit2(&m_stream, gzipWindow)); }
+    gzipCodec_t(const gzipCodec_t&) = delete;
+    gzipCodec_t& operator=(const gzipCodec_t&) = delete;
+    ~gzipCodec_t() { inflateEnd(&m_stream); }
+
+    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+        m_stream.next_in = reinterpret_cast<z_const Bytef*>(const_cast<char*>(in.data())); // NOLINT
+        m_stream.avail_in = static_cast<uInt>(in.size());
+        m_stream.next_out = reinterpret_cast<Bytef*>(out); // NOLINT
+        m_stream.avail_out = static_cast<uInt>(room);
+        const int result = inflate(&m_stream, Z_SYNC_FLUSH);
+        in.remove_prefix(in.size() - m_stream.avail_in);
+        written = room - m_stream.avail_out;
+        if (result == Z_STREAM_END) {
+            inflateReset(&m_stream);
+            return step_t::ended;
+        }
+        return result == Z_OK || result == Z_BUF_ERROR ? step_t::going : step_t::damaged;
+    }
+
+private:
+    static constexpr int gzipWindow = 15 + 16; // the largest, with the header of gzip
+
+    z_stream m_stream = {};
+};
+
+class zstdCodec_t {
+public:
+    static constexpr char firstByte = '\x28';
+
+    zstdCodec_t() : m_stream(ZSTD_createDStream(), ZSTD_freeDStream) {}
+
+    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+        ZSTD_inBuffer from = {in.data(), in.size(), 0};
+        ZSTD_outBuffer to = {out, room, 0};
+        const std::size_t left = ZSTD_decompressStream(m_stream.get(), &to, &from);
+        in.remove_prefix(from.pos);
+        written = to.pos;
+        switch (ZSTD_getErrorCode(left)) {
+        case ZSTD_error_no_error: return left == 0 ? step_t::ended : step_t::going;
+        case ZSTD_error_frameParameter_windowTooLarge: return step_t::tooLarge;
+        default: return step_t::damaged;
+        }
+    }
+
+private:
+    std::unique_ptr<ZSTD_DStream, std::size_t (*)(ZSTD_DStream*)> m_stream;
+};
+
+class xzCodec_t {
+public:
+    static constexpr char firstByte = '\xFD';
+
+    xzCodec_t() { start(); }
+    xzCodec_t(const xzCodec_t&) = delete;
+    xzCodec_t& operator=(const xzCodec_t&) = delete;
+    ~xzCodec_t() { lzma_end(&m_stream); }
+
+    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+        m_stream.next_in = reinterpret_cast<const std::uint8_t*>(in.data()); // NOLINT
+        m_stream.avail_in = in.size();
+        m_stream.next_out = reinterpret_cast<std::uint8_t*>(out); // NOLINT
+        m_stream.avail_out = room;
+        const lzma_ret result = lzma_code(&m_stream, LZMA_RUN);
+        in.remove_prefix(in.size() - m_stream.avail_in);
+        written = room - m_stream.avail_out;
+        if (result == LZMA_STREAM_END) {
+            start();
+            return step_t::ended;
+        }
+        switch (result) {
+        case LZMA_OK:
+        case LZMA_BUF_ERROR: return step_t::going;
+        case LZMA_MEMLIMIT_ERROR:
+        case LZMA_MEM_ERROR: return step_t::tooLarge;
+        default: return step_t::damaged;
+        }
+    }
+
+private:
+    void start() {
+        constexpr std::uint64_t mostMemory = 1073741824;
+        if (lzma_stream_decoder(&m_stream, mostMemory, 0) != LZMA_OK) {
+            throw std::bad_alloc();
+        }
+    }
+
+    lzma_stream m_stream = LZMA_STREAM_INIT;
+};
+
+// A compressed stream, which may have several members, each complete in itself. What can be
+// unpacked is handed on at once.
+template <typename Codec>
+class packedBytes_t : public bytes_t {
+public:
+    explicit packedBytes_t(bytes_t& packed) : m_packed(packed), m_buffer(bufferSize, '\0') {}
+
+    std::string_view read() override {
+        while (m_fault.empty() && (m_isFull || hasInput())) {
+            std::size_t written = 0;
+            const step_t step = m_codec.step(m_in, m_buffer.data(), m_buffer.size(), written);
+            m_isInside = step == step_t::going;
+            m_isFull = m_isInside && written == m_buffer.size(); // there may be more of it
+            m_hasMember = m_hasMember || step == step_t::ended;
+            m_fault = step == step_t::damaged    ? "damaged compressed data"
+                      : step == step_t::tooLarge ? "unpacking it takes too much memory"
+                                                 : "";
+            if (written > 0) {
+                return {m_buffer.data(), written};
+            }
+        }
+        return {};
+    }
+
+    std::string fault() const override { return m_fault; }
+
+private:
+    bool hasInput() {
+        for (;;) {
+            while (!m_isInside && !m_in.empty() && m_in[0] == '\0') { // padding
+                m_in.remove_prefix(1);
+            }
+            if (!m_in.empty()) {
+                if (!m_isInside && m_hasMember && m_in[0] != Codec::firstByte) {
+                    m_fault = "other bytes follow the compressed data";
+                }
+                return m_fault.empty();
+            }
+            m_in = m_packed.read();
+            if (m_in.empty()) {
+                m_fault = m_packed.fault();
+                if (m_fault.empty() && m_isInside) {
+                    m_fault = cutOff;
+                }
+                return false;
+            }
+        }
+    }
+
+    bytes_t& m_packed;
+    std::string_view m_in;
+    std::string m_buffer;
+    Codec m_codec;
+    bool m_isInside = true;
+    bool m_isFull = false;
+    bool m_hasMember = false;
+    std::string m_fault;
+};
+
+// What the archive library reads: a compressed stream as its only member, or an archive.
+class libraryBytes_t : public members_t {
+public:
+    libraryBytes_t(content_t format, bytes_t& packed)
+        : m_packed(packed), m_archive(archive_read_new(), archive_read_free) {
+        archive* const reader = m_archive.get();
+        switch (format) {
+        case content_t::bzip2: archive_read_support_filter_bzip2(reader); break;
+        case content_t::lz4: archive_read_support_filter_lz4(reader); break;
+        case content_t::tar: archive_read_support_format_tar(reader); break;
+        default: archive_read_support_format_zip_streamable(reader); break;
+        }
+        if (format != content_t::tar && format != content_t::zip) {
+            archive_read_support_format_raw(reader);
+            archive_read_support_format_empty(reader);
+        }
+        keep(archive_read_open(reader, &m_packed, nullptr, give, nullptr));
+    }
+
+    bool next(std::string& name) override {
+        archive_entry* entry = nullptr;
+        while (m_fault.empty() && keep(archive_read_next_header(m_archive.get(), &entry))) {
+            if (archive_entry_filetype(entry) == AE_IFREG) {
+                const char* const path = archive_entry_pathname(entry);
+                name = path != nullptr ? path : "";
+                m_hasMember = true;
+                return true;
+            }
+        }
+        m_hasMember = false;
+        return false;
+    }
+
+    std::string_view read() override {
+        const void* data = nullptr;
+        std::size_t size = 0;
+        la_int64_t offset = 0;
+        while (m_hasMember && m_fault.empty() &&
+               keep(archive_read_data_block(m_archive.get(), &data, &size, &offset))) {
+            if (size > 0) {
+                return {static_cast<const char*>(data), size};
+            }
+        }
+        return {};
+    }
+
+    std::string fault() const override { return m_fault; }
+
+private:
+    // Whether there is more; keeps what was wrong.
+    bool keep(int result) {
+        if (result != ARCHIVE_OK && result != ARCHIVE_WARN && result != ARCHIVE_EOF) {
+            m_fault = m_packed.fault();
+            const char* const text = archive_error_string(m_archive.get());
+            if (m_fault.empty()) {
+                m_fault = text != nullptr ? text : cutOff;
+            }
+        }
+        return result == ARCHIVE_OK || result == ARCHIVE_WARN;
+    }
+
+    static la_ssize_t give(archive* /*reader*/, void* packed, const void** block) {
+        const std::string_view bytes = static_cast<bytes_t*>(packed)->read();
+        *block = bytes.data();
+        return static_cast<la_ssize_t>(bytes.size());
+    }
+
+    bytes_t& m_packed;
+    std::unique_ptr<archive, int (*)(archive*)> m_archive;
+    bool m_hasMember = false;
+    std::string m_fault;
+};
+
+} // namespace
+
+content_t contentOf(std::string_view start, bool mayBeTar) {
+    for (const magic_t& magic : magics) {
+        const std::size_t known = std::min(start.size(), magic.bytes.size());
+        if (std::equal(start.begin(), start.begin() + static_cast<std::ptrdiff_t>(known),
+                       magic.bytes.begin(), fits)) {
+            return known == magic.bytes.size() ? magic.content : content_t::undecided;
+        }
+    }
+    return mayBeTar ? tarOrText(start) : content_t::text;
+}
+
+std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed) {
+    switch (format) {
+    case content_t::gzip: return std::make_unique<packedBytes_t<gzipCodec_t>>(packed);
+    case content_t::zstd: return std::make_unique<packedBytes_t<zstdCodec_t>>(packed);
+    case content_t::xz: return std::make_unique<packedBytes_t<xzCodec_t>>(packed);
+    default: {
+        auto bytes = std::make_unique<libraryBytes_t>(format, packed);
+        std::string name;
+        bytes->next(name);
+        return bytes;
+    }
+    }
+}
+
+std::unique_ptr<members_t> openArchive(content_t format, bytes_t& archive) {
+    return std::make_unique<libraryBytes_t>(format, archive);
+}

@@ -1,0 +1,30 @@
+// Compressed inputs and archives, which are recognised by their first bytes.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "tools/input/bytes.h"
+
+/// What an input holds.
+enum class content_t { undecided, text, gzip, zstd, xz, bzip2, lz4, zip, tar };
+
+/// Looks at the first bytes of an input. A tar archive is recognised only with `mayBeTar`: it takes
+/// more bytes than a live input may have for some time. With `undecided` more bytes are needed.
+content_t contentOf(std::string_view start, bool mayBeTar);
+
+/// The bytes that `packed` holds, which is compressed in this format. They come as soon as they can
+/// be had with gzip, zstd and lz4, block by block with the others. Memory: what the format asks
+/// for, with zstd up to 128 MiB, with xz up to 1 GiB.
+std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed);
+
+/// The members of a tar or zip archive, one after another. What is read are the bytes of the
+/// member that `next` went to.
+class members_t : public bytes_t {
+public:
+    /// Goes to the next file; false at the end of the archive and after a failure.
+    virtual bool next(std::string& name) = 0;
+};
+
+std::unique_ptr<members_t> openArchive(content_t format, bytes_t& archive);
