@@ -4,7 +4,8 @@
     readLogs.py TOOL FOLDER...
 
 Of every file below the folders: the sentences, their instants, positions, headings, depths, winds
-and speeds, and which groups of GSV sentences end. The status is 1 for any difference.
+and speeds, and which groups of GSV sentences end. The status is 1 for any difference. Logs in folders
+named "layouts" are left out: this reads stamps of one shape only.
 """
 import calendar
 import itertools
@@ -91,6 +92,10 @@ class Days:
     """Finds the day of a time of day by the last instant that is known."""
     dated = last = last_stamp = None
 
+    @staticmethod
+    def nearest_day(instant, time):
+        return math.ceil((instant - time) / 86400 - 0.5) * 86400
+
     def instant(self, kind, fields, stamp):
         match = TIME.fullmatch(fields[TIMES[kind]]) if kind in TIMES else None
         day = day_of(kind, fields)
@@ -111,8 +116,10 @@ class Days:
             elif self.last is None:
                 return None
             elif stamp is not None and self.last_stamp is not None:
-                self.last += stamp - self.last_stamp
-            day = math.ceil((self.last - time) / 86400 - 0.5) * 86400
+                moved = self.last + stamp - self.last_stamp
+                if abs(self.nearest_day(moved, time) + time - moved) <= 3600:
+                    self.last = moved
+            day = self.nearest_day(self.last, time)
         self.last, self.last_stamp = day + time, stamp
         return self.last
 
@@ -198,7 +205,8 @@ def main():
         print("SKIPPED: recordings of real devices, KALO_RECORDINGS names no folder")
     results = [compare(sys.argv[1], os.path.join(path, name))
                for folder in sys.argv[2:] + ([outside] if outside else [])
-               for path, _, files in os.walk(folder) for name in files if name[-6:] != ".jsonl"]
+               for path, _, files in os.walk(folder) for name in files
+               if name[-6:] != ".jsonl" and os.path.basename(path) != "layouts"]
     compared, differences = map(sum, zip((0, 0), *results))
     print(f"{len(results)} files, {compared} values compared, {differences} differences")
     return 1 if differences or not compared else 0

@@ -5,8 +5,8 @@ import re
 from kalo import unescaped
 
 # The order of the keys; any other key is a value and stands where "values" does.
-KEYS = ("source line offset received prefix type talker time values checksum address fields error "
-        "stated computed raw").split()
+KEYS = ("source line offset received tag prefix type talker time timeRule values checksum address "
+        "fields error stated computed suffix raw").split()
 LINE_END = re.compile(rb"\r*\n|\r")
 
 

@@ -11,6 +11,7 @@ import records
 from kalo import ROOT, checksum, completed, run, unescaped
 
 START = re.compile(rb"[$!](?=[A-Z][A-Z0-9]{3,},)")
+STAMP = re.compile(rb"^\d{4}-\d\d-\d\d.\d\d:\d\d:\d\d(\.5\+01:00|Z)[ ,]?")
 SUM = re.compile(rb"\*([0-9A-Fa-f]{1,2})")
 
 
@@ -44,8 +45,7 @@ def lost(decoded):
             if any(holdsGood(raw[begin:end]) for begin, end in zip(starts, [*starts[1:], None])):
                 yield record
         text = b"".join(unescaped(record["raw"]) for record in line)
-        received = line[0].get("received") if line else None
-        if bad == line and holdsGood(fromFirstStart(text[len(received) + 1 if received else 0:])):
+        if bad == line and holdsGood(fromFirstStart(STAMP.sub(b"", text, 1))):
             yield text
 
 

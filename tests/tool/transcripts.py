@@ -50,7 +50,7 @@ class Case:
         if self.arguments[0] == "decode" and self.status == 0:
             out = run([*self.arguments, "--raw"], self.input)[1]
             yield from records.faults(records.read(out), self.input,
-                                      complete=not re.search("type|only|talker|prefix",
+                                      complete=not re.search("type|only|talker|prefix|since|until",
                                                              " ".join(self.arguments)))
 
 

@@ -56,7 +56,9 @@ void counts_t::add(const recordReader_t& reader) {
     m_complete += reader.groups().complete();
     m_partial += reader.groups().partial();
     m_incomplete += reader.groups().incomplete();
-    m_undated += reader.undated();
+    m_undated += reader.dating().undated();
+    m_farFromStamp += reader.dating().farFromStamp();
+    m_rolledOver += reader.dating().rolledOver();
 }
 
 std::string counts_t::text() const {
@@ -81,6 +83,13 @@ std::string counts_t::text() const {
     all.append((records == 0 ? "0 records" : counted(records, "record", "records")) + kinds.text());
     all.append(counted(m_blankLines, "blank line", "blank lines"));
     all.append(groups.text());
+    if (m_farFromStamp > 0) {
+        partList_t reason(" (", ", ");
+        reason.add(m_rolledOver, "by 1024 weeks");
+        all.append(counted(m_farFromStamp, "record has", "records have") +
+                   " a date more than a day from the stamp" + reason.text() +
+                   (m_rolledOver > 0 ? ")" : ""));
+    }
     if (m_undated > 0) {
         all.append(counted(m_undated, "record has", "records have") +
                    " a time but no date; give --date YYYY-MM-DD");

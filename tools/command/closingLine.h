@@ -26,4 +26,6 @@ private:
     std::uint64_t m_partial = 0;
     std::uint64_t m_incomplete = 0;
     std::uint64_t m_undated = 0;
+    std::uint64_t m_farFromStamp = 0;
+    std::uint64_t m_rolledOver = 0;
 };

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cctype>
+#include <cmath>
+#include <ctime>
 
 #include <fmt/format.h>
 #include <unistd.h>
@@ -13,6 +15,8 @@
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
 #include "tools/command/timeCommand.h"
+#include "tools/input/input.h"
+#include "tools/input/stamp.h"
 #include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
@@ -42,6 +46,22 @@ kalo::date_t dateOfArgument(const std::string& text) {
     return date;
 }
 
+// The first instant of a period, or its last one. A day is a period of its own.
+double boundOfArgument(const std::string& text, bool isLast) {
+    kalo::date_t date;
+    if (parseDate(text, date)) {
+        constexpr double secondsPerDay = 86400;
+        const double begin = kalo::dateTime_t(date, {}).toTimestamp();
+        return isLast ? std::nextafter(begin + secondsPerDay, begin) : begin;
+    }
+    const std::optional<double> instant = isoTime(text);
+    if (!instant) {
+        throw usageError_t("no such time: " + printable(text) +
+                           " (expected YYYY-MM-DD or YYYY-MM-DDThh:mm:ssZ)");
+    }
+    return *instant;
+}
+
 kalo::gps2utc_t leapOfArgument(const std::string& text) {
     kalo::gps2utc_t leap;
     if (!parseLeap(text, leap)) {
@@ -66,6 +86,13 @@ kind_t kindOfArgument(const std::string& text) {
         }
     }
     throw usageError_t("no such kind: " + printable(text) + " (expected nmea, tss1, ats or ntrip)");
+}
+
+dateOrder_t orderOfArgument(const std::string& text) {
+    if (text != "dmy" && text != "mdy") {
+        throw usageError_t("no such order: " + printable(text) + " (expected dmy or mdy)");
+    }
+    return text == "dmy" ? dateOrder_t::dayFirst : dateOrder_t::monthFirst;
 }
 
 std::string inCapitals(std::string text) {
@@ -108,8 +135,30 @@ command_t decodeVerb() {
                "Accept only lines that end in CR LF, with nothing in front of the record"),
           {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
            [&](const std::string& text) { split.only = kindOfArgument(text); }},
-          {"--date", "YYYY-MM-DD", "The day on which each input begins, to date times of day",
-           [&, options](const std::string& text) { options->read.date = dateOfArgument(text); }},
+          {"--since", "TIME",
+           "Print only records from this instant (2014-08-01T12:00:00Z) or day on",
+           [&](const std::string& text) { choice.since = boundOfArgument(text, false); }},
+          {"--until", "TIME", "Print only records up to this instant, or to the end of this day",
+           [&](const std::string& text) { choice.until = boundOfArgument(text, true); }},
+          {"--date", "YYYY-MM-DD|today", "The day on which each input begins, to date times of day",
+           [options](const std::string& text) {
+               if (text == "today") {
+                   options->read.dating.begin = static_cast<double>(std::time(nullptr));
+               } else {
+                   options->read.dating.date = dateOfArgument(text);
+               }
+           }},
+          {"--not-before", "YYYY-MM-DD",
+           "Move dates before this day on by 1024 weeks, or a multiple of it: for receivers past "
+           "their week rollover",
+           [options](const std::string& text) {
+               options->read.dating.notBefore = dateOfArgument(text);
+           }},
+          {"--date-order", "dmy|mdy", "Order of day and month in stamps such as 03/04/2026",
+           [options](const std::string& text) { options->read.dateOrder = orderOfArgument(text); }},
+          flag("--receive-time", options->read.stampsReads,
+               "Add the host's clock as received to what is read from a pipe or device"),
+          flag("--explain", options->json.explain, "Add timeRule: how time got its date"),
           flag("--epoch", options->json.epoch, "Print times as Unix seconds"),
           flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
           flag("--raw", options->json.raw, "Add each record's original text as raw"),
@@ -117,6 +166,12 @@ command_t decodeVerb() {
         [options](const texts_t& operands) {
             if (options->choice.onlyValid && options->choice.onlyMalformed) {
                 throw usageError_t("--only-valid and --only-malformed cannot be combined");
+            }
+            for (const std::string& file : operands) {
+                if (options->read.stampsReads && isRegularFile(file)) {
+                    throw usageError_t("--receive-time: " + printable(file) +
+                                       " is a file, not live input");
+                }
             }
             options->files = operands;
             return decodeCommand(*options);

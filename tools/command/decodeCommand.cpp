@@ -21,7 +21,8 @@ public:
     jsonConsumer_t(const decodeOptions_t& options, buffer_t& out)
         : m_choice(options.choice), m_json(out, options.json) {
         m_choosesAll = m_choice.types.empty() && m_choice.talkers.empty() &&
-                       m_choice.prefixes.empty() && !m_choice.onlyValid && !m_choice.onlyMalformed;
+                       m_choice.prefixes.empty() && !m_choice.onlyValid &&
+                       !m_choice.onlyMalformed && !m_choice.since && !m_choice.until;
     }
 
     void beginInput(const std::string& name) override { m_json.setSource(name); }
@@ -42,7 +43,14 @@ private:
         const bool isMalformed = record.fault != fault_t::none;
         return !(m_choice.onlyValid && isMalformed) && !(m_choice.onlyMalformed && !isMalformed) &&
                chooses(m_choice.types, record.type) && chooses(m_choice.talkers, record.talker) &&
-               chooses(m_choice.prefixes, record.prefix);
+               chooses(m_choice.prefixes, record.prefix) && isInTime(record);
+    }
+
+    // What has no time of its own goes with its neighbours, and is kept while none has one.
+    bool isInTime(const record_t& record) const {
+        const std::optional<double> moment = momentOf(record);
+        return !moment || !((m_choice.since && *moment < *m_choice.since) ||
+                            (m_choice.until && *moment > *m_choice.until));
     }
 
     const recordChoice_t& m_choice;

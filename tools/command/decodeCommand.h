@@ -1,6 +1,7 @@
 // `kalo decode`: records to JSON lines.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,6 +15,8 @@ struct recordChoice_t {
     std::vector<std::string> prefixes;
     bool onlyValid = false;
     bool onlyMalformed = false;
+    std::optional<double> since; ///< Unix seconds, as is the next
+    std::optional<double> until;
 };
 
 struct decodeOptions_t {

@@ -1,9 +1,19 @@
 #include "tools/command/recordInputs.h"
 
+#include <chrono>
 #include <optional>
 
 #include "tools/command/readInput.h"
 #include "tools/terminal/stopSignal.h"
+
+namespace {
+
+double now() {
+    const auto sinceEpoch = std::chrono::system_clock::now().time_since_epoch();
+    return std::chrono::duration<double>(sinceEpoch).count();
+}
+
+} // namespace
 
 bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& options,
                  output_t& output, recordConsumer_t& consumer) {
@@ -20,6 +30,9 @@ bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& op
                                  consumer.beginInput(source);
                              },
                              [&](std::string_view block) {
+                                 if (options.stampsReads) {
+                                     reader->setReadTime(now());
+                                 }
                                  reader->feed(block);
                                  takeRecords();
                              },

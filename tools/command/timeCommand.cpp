@@ -64,7 +64,7 @@ public:
             }
             return fromGps(out);
         }
-        const std::optional<double> stamp = stampTime(text);
+        const std::optional<double> stamp = isoTime(text);
         if (!stamp) {
             return "not an instant (expected 2017-01-01T00:00:00Z, 1930:18 or @1483228800)";
         }

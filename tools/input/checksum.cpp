@@ -4,15 +4,6 @@
 
 namespace {
 
-// How many hexadecimal digits stand at `at`: 0, 1, or 2 for two and more.
-unsigned digitsAt(std::string_view text, std::size_t at) {
-    unsigned count = 0;
-    while (count < 2 && at + count < text.size() && hexDigit(text[at + count]) < 16) {
-        ++count;
-    }
-    return count;
-}
-
 unsigned valueAt(std::string_view text, std::size_t at, unsigned digits) {
     const unsigned first = hexDigit(text[at]);
     return digits == 1 ? first : first * 16 + hexDigit(text[at + 1]);
@@ -23,7 +14,7 @@ std::size_t starOfEnd(std::string_view text) {
     for (const std::size_t digits : {2U, 1U}) {
         if (text.size() > digits + 1) {
             const std::size_t star = text.size() - digits - 1;
-            if (text[star] == '*' && digitsAt(text, star + 1) == digits) {
+            if (text[star] == '*' && hexDigitsAt(text, star + 1) == digits) {
                 return star;
             }
         }
@@ -32,6 +23,14 @@ std::size_t starOfEnd(std::string_view text) {
 }
 
 } // namespace
+
+unsigned hexDigitsAt(std::string_view text, std::size_t at) {
+    unsigned count = 0;
+    while (count < 2 && at + count < text.size() && hexDigit(text[at + count]) < 16) {
+        ++count;
+    }
+    return count;
+}
 
 checksum_t checksumAtEnd(std::string_view sentence) {
     checksum_t checksum;
@@ -59,7 +58,7 @@ checksum_t findChecksum(std::string_view piece) {
     unsigned computed = 0;
     for (std::size_t i = 1; i < text.size(); ++i) {
         if (text[i] == '*') {
-            const unsigned digits = digitsAt(text, i + 1);
+            const unsigned digits = hexDigitsAt(text, i + 1);
             if (digits > 0 && valueAt(text, i + 1, digits) == computed) {
                 return {checksum_t::matching, i + 1 + digits, digits, computed, computed};
             }

@@ -20,6 +20,9 @@ struct checksum_t {
     unsigned computed = 0; ///< with `different`
 };
 
+/// How many hexadecimal digits stand at `at`: 0, 1, or 2 for two and more.
+unsigned hexDigitsAt(std::string_view text, std::size_t at);
+
 /// The checksum at the end of a sentence, which begins with its start character. One digit with no
 /// other behind it stands for two: some devices leave out the leading 0.
 checksum_t checksumAtEnd(std::string_view sentence);

@@ -93,8 +93,9 @@ std::size_t nextTracking(std::string_view text) {
     // A record begins behind a blank, or directly behind the checksum of the one before it.
     const std::size_t first = std::min(text.find_first_not_of(blank), text.size());
     for (std::size_t at = first + 1; at < text.size(); ++at) {
-        const bool begins = text[at - 1] == ' ' || (at >= 3 && text[at - 3] == '*');
-        if (!begins || !isDigit(text[at])) {
+        const bool begins =
+            isDigit(text[at]) && (text[at - 1] == ' ' || (at >= 3 && text[at - 3] == '*'));
+        if (!begins) {
             continue;
         }
         const std::size_t length = momentLength(text.substr(at));

@@ -1,17 +1,20 @@
 #include "tools/input/pieces.h"
 
 #include <algorithm>
+#include <optional>
 
 #include "tools/input/checksum.h"
 #include "tools/input/kinds.h"
-#include "tools/input/stamp.h"
+#include "tools/input/surroundings.h"
+#include "tools/input/tagBlock.h"
 #include "tools/input/text.h"
 
 namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
+constexpr charSet_t startCharacters("$!");
 
-bool isStartCharacter(char c) { return c == '$' || c == '!'; }
+bool isStartCharacter(char c) { return startCharacters.holds(c); }
 
 // Whether the text behind a start character reads as an address and a comma: at least four capital
 // letters and digits, a letter first.
@@ -25,74 +28,119 @@ bool isAddress(std::string_view text) {
 
 // Whether what may be an address, whatever its length and letters, is printable.
 bool isPrintableAddress(std::string_view text) {
-    const std::string_view address = text.substr(0, text.find_first_of(",*"));
-    return std::all_of(address.begin(), address.end(), [](char c) { return c >= ' ' && c <= '~'; });
+    const auto* const end = std::find_if(text.begin(), text.end(), [](char c) {
+        return c == ',' || c == '*' || c < ' ' || c > '~';
+    });
+    return end == text.end() || *end == ',' || *end == '*';
 }
 
 // Cuts one line; its parts are positions in the text of the line.
 class cutter_t {
 public:
-    cutter_t(const line_t& line, const splitOptions_t& options, bool& inTableHeader,
-             std::vector<piece_t>& pieces)
-        : m_text(line.text), m_end(line.end), m_options(options), m_inTableHeader(inTableHeader),
-          m_pieces(pieces) {}
+    cutter_t(const line_t& line, const splitOptions_t& options, splitState_t& state,
+             splitLine_t& out)
+        : m_text(line.text), m_end(line.end), m_options(options), m_state(state), m_out(out),
+          m_begin(options.strict ? 0 : markLength(line.text)),
+          m_isJson(m_begin < m_text.size() && m_text[m_begin] == '{') {
+        m_out.texts.reserve(m_text.size() + 64); // its parts stay where they are
+    }
 
-    void cut(std::size_t begin);
+    void cut();
     void cutStrictly();
-    void addWhole(std::size_t begin, kind_t kind, fault_t fault);
-    void addOther(kind_t kind, std::size_t begin, std::size_t end);
+    /// All of the line as one piece, behind its stamp if `hasLead`.
+    void addWhole(bool hasLead, kind_t kind, fault_t fault);
+    void addAll(kind_t kind);
+    /// In a JSON object a stamp behind its last sentence is one of all.
+    void spreadStamp();
 
 private:
+    // A place where a sentence may begin.
     struct start_t {
-        std::size_t begin; // of the start characters in a row, which all but the last are prefix
+        std::size_t blocks; // where the tag blocks begin
+        std::size_t run;    // of start characters, which all but the last are prefix
         std::size_t at;
     };
+    // What follows the checksum of a sentence.
+    struct behind_t {
+        std::size_t length = 0; // that belongs to the sentence
+        std::string_view suffix;
+        bool hasStamp = false;
+        stamp_t stamp;
+    };
 
+    start_t noStart() const { return {m_text.size(), m_text.size(), m_text.size()}; }
     bool isThere(const start_t& start) const { return start.at < m_text.size(); }
-    start_t findStart(std::size_t from, std::size_t weak) const;
+    start_t startAt(std::size_t from, std::size_t run, std::size_t at) const;
+    start_t findStart(std::size_t from) const;
+    start_t findFirstStart();
+    bool isBehindStamp(std::size_t at, const start_t& strong);
+    stampRules_t rules(bool takesNumbers) const { return {m_state.order, m_isJson, takesNumbers}; }
+
+    void setHead(const start_t& first, const lead_t& lead);
+    void take(const lead_t& lead);
+    std::size_t takeLead();
+    void addOther(kind_t kind, std::size_t begin, std::size_t end);
     void addAlone(const start_t& start);
     void addJoined(const start_t& first);
     bool addMatching(const start_t& start, std::size_t end);
+    void addUnmatched(const start_t& start);
+    void addSentence(const start_t& start, std::size_t textEnd, std::size_t end,
+                     const behind_t& behind);
+    void setPrefix(const start_t& start);
     void addCut(std::size_t start, std::size_t end);
     piece_t& add(std::size_t start, std::size_t textEnd, std::size_t end, kind_t kind,
                  fault_t fault = fault_t::none);
-    kind_t kindOf(std::string_view text, bool beforeSentence);
+    char envelopeOf(const start_t& start) const;
+    behind_t readBehind(std::string_view text, char closing) const;
+    kind_t kindOf(std::string_view text, bool beforeSentence, bool behindStamp);
 
     std::string_view m_text;
     std::string_view m_end;
     const splitOptions_t& m_options;
-    bool& m_inTableHeader;
-    std::vector<piece_t>& m_pieces;
-    std::size_t m_front = 0; // where the first prefix may begin
-    std::size_t m_done = 0;  // where the next piece begins
+    splitState_t& m_state;
+    splitLine_t& m_out;
+    std::size_t m_begin;       // behind what is dropped
+    bool m_isJson;             // the line is a JSON object
+    std::size_t m_done = 0;    // where the next piece begins
+    std::string_view m_prefix; // of the next piece
+    std::optional<std::size_t> m_stampEnd;
 };
 
-// Text before the first start is a record of its own, or the prefix of the sentence.
-void cutter_t::cut(std::size_t begin) {
-    m_front = begin;
-    const start_t first = findStart(begin, begin);
-    const kind_t kind = kindOf(m_text.substr(begin, first.begin - begin), isThere(first));
-    if (kind != kind_t::none) {
-        addOther(kind, begin, first.begin);
-    } else if (!isThere(first)) {
-        addWhole(begin, kind,
-                 m_options.only == kind_t::sentence ? fault_t::noStartCharacter
-                                                    : fault_t::notARecord);
-    } else if (!isThere(findStart(first.at + 1, m_text.size()))) {
-        addAlone(first);
+// Text before the first start is a record of its own, or stands in front of the sentence.
+void cutter_t::cut() {
+    const start_t first = findFirstStart();
+    const bool hasStart = isThere(first);
+    const lead_t lead = leadOf(m_text.substr(m_begin, first.blocks - m_begin), rules(false));
+    const std::size_t begin = m_begin + lead.length;
+    const kind_t kind = kindOf(m_text.substr(begin, first.blocks - begin), hasStart, lead.hasStamp);
+    if (kind == kind_t::none && hasStart) {
+        setHead(first, lead);
+        if (isThere(findStart(first.at + 1))) {
+            addJoined(first);
+        } else {
+            addAlone(first);
+        }
         return;
     }
+    if (kind == kind_t::none) {
+        take(lead);
+        add(begin, m_text.size(), m_text.size(), kind,
+            m_options.only == kind_t::sentence ? fault_t::noStartCharacter : fault_t::notARecord);
+        return;
+    }
+    take(lead);
+    addOther(kind, begin, first.blocks);
     addJoined(first);
 }
 
 void cutter_t::cutStrictly() {
-    const kind_t kind = kindOf(m_text, false);
+    const kind_t kind = kindOf(m_text, false, false);
     if (kind != kind_t::none) {
-        addWhole(0, kind, fault_t::none);
+        addWhole(false, kind, fault_t::none);
         return;
     }
-    addWhole(0, kind_t::sentence, fault_t::none);
-    piece_t& piece = m_pieces.back();
+    addWhole(false, kind_t::sentence, fault_t::none);
+    piece_t& piece = m_out.pieces.back();
     if (m_text.empty() || !isStartCharacter(m_text[0])) {
         piece.fault = fault_t::noStartCharacter;
     } else if (m_end.size() < lineEnd.size() ||
@@ -104,14 +152,26 @@ void cutter_t::cutStrictly() {
     }
 }
 
-void cutter_t::addWhole(std::size_t begin, kind_t kind, fault_t fault) {
-    m_front = begin;
+void cutter_t::addWhole(bool hasLead, kind_t kind, fault_t fault) {
+    const std::size_t begin = hasLead ? takeLead() : 0;
     add(begin, m_text.size(), m_text.size(), kind, fault);
+}
+
+void cutter_t::addAll(kind_t kind) {
+    const std::size_t begin = m_options.strict ? 0 : takeLead();
+    addOther(kind, begin, m_text.size());
+}
+
+void cutter_t::spreadStamp() {
+    if (m_isJson && !m_out.hasStamp && !m_out.pieces.empty() &&
+        m_out.pieces.back().hasStampBehind) {
+        m_out.hasStamp = true;
+        m_out.stamp = m_out.pieces.back().stampBehind;
+    }
 }
 
 // One record of another kind, or several that are joined.
 void cutter_t::addOther(kind_t kind, std::size_t begin, std::size_t end) {
-    m_front = std::max(m_front, begin);
     do {
         const std::string_view text = m_text.substr(begin, end - begin);
         const std::size_t length = kind == kind_t::motion     ? nextMotion(text)
@@ -122,51 +182,128 @@ void cutter_t::addOther(kind_t kind, std::size_t begin, std::size_t end) {
     } while (begin < end);
 }
 
-// The first start from `from` on: with an address and a comma behind it or, at `weak`, with
-// anything printable.
-cutter_t::start_t cutter_t::findStart(std::size_t from, std::size_t weak) const {
-    for (std::size_t at = m_text.find_first_of("$!", from); at < m_text.size();
-         at = m_text.find_first_of("$!", at + 1)) {
-        const std::size_t begin = at;
+cutter_t::start_t cutter_t::startAt(std::size_t from, std::size_t run, std::size_t at) const {
+    return {tagBlocksBegin(m_text, from, run), run, at};
+}
+
+// The first start from `from` on with an address and a comma behind it.
+cutter_t::start_t cutter_t::findStart(std::size_t from) const {
+    for (std::size_t at = startCharacters.findIn(m_text, from); at < m_text.size();
+         at = startCharacters.findIn(m_text, at + 1)) {
+        const std::size_t run = at;
         while (at + 1 < m_text.size() && isStartCharacter(m_text[at + 1])) {
             ++at;
         }
         if (isAddress(m_text.substr(at + 1))) {
-            return {begin, at};
-        }
-        if (begin == weak && isPrintableAddress(m_text.substr(begin + 1))) {
-            return {begin, begin};
+            return startAt(from, run, at);
         }
     }
-    return {m_text.size(), m_text.size()};
+    return noStart();
+}
+
+// At the beginning of a line, behind a stamp or a tag block anything printable may be an address.
+cutter_t::start_t cutter_t::findFirstStart() {
+    const start_t strong = findStart(m_begin);
+    for (std::size_t at = startCharacters.findIn(m_text, m_begin); at < strong.run;
+         at = startCharacters.findIn(m_text, at + 1)) {
+        const bool mayStart =
+            at == m_begin || tagBlocksBegin(m_text, m_begin, at) < at || isBehindStamp(at, strong);
+        if (mayStart && isPrintableAddress(m_text.substr(at + 1))) {
+            return startAt(m_begin, at, at);
+        }
+    }
+    return strong;
+}
+
+// Whether the first stamp in front of `strong` ends at `at`, but for what separates them.
+bool cutter_t::isBehindStamp(std::size_t at, const start_t& strong) {
+    if (!m_stampEnd) { // looked for once
+        stamp_t stamp;
+        const std::string_view head = m_text.substr(m_begin, strong.blocks - m_begin);
+        m_stampEnd = findStamp(head, rules(true), stamp)
+                         ? stamp.text.data() - m_text.data() + stamp.text.size()
+                         : m_text.size();
+    }
+    const std::size_t end = *m_stampEnd;
+    return at == end || at == end + 1 || (at == end + 2 && m_text.substr(end, 2) == ": ");
+}
+
+// The stamp and the prefix of a line whose first record is the sentence at `first`.
+void cutter_t::setHead(const start_t& first, const lead_t& lead) {
+    const std::string_view head = m_text.substr(m_begin, first.blocks - m_begin);
+    if (lead.hasStamp) { // at the start, or behind a name: there is none before it
+        m_out.stamp = lead.stamp;
+    }
+    m_out.hasStamp = lead.hasStamp || findStamp(head, rules(true), m_out.stamp);
+    if (m_isJson || envelopeOf(first) == '>') {
+        return;
+    }
+    // Start characters in front of the last one belong to the text that they stand behind.
+    const std::string_view run = m_text.substr(first.run, first.at - first.run);
+    const bool hasBlocks = first.run > first.blocks;
+    std::string_view before;
+    std::string_view behind = hasBlocks ? head : m_text.substr(m_begin, first.at - m_begin);
+    if (m_out.hasStamp) {
+        const auto stampBegin = static_cast<std::size_t>(m_out.stamp.text.data() - head.data());
+        before = head.substr(0, stampBegin);
+        behind.remove_prefix(stampBegin + m_out.stamp.text.size());
+    }
+    const std::string_view parts[] = {withoutDecoration(before), withoutDecoration(behind),
+                                      hasBlocks ? run : std::string_view()};
+    const std::size_t begin = m_out.texts.size();
+    for (const std::string_view part : parts) {
+        if (!part.empty()) {
+            m_out.texts.append(m_out.texts.size() > begin ? " " : "").append(part);
+        }
+    }
+    m_prefix = std::string_view(m_out.texts).substr(begin);
+}
+
+// The stamp and the prefix of a line whose first record is no sentence.
+void cutter_t::take(const lead_t& lead) {
+    m_out.hasStamp = lead.hasStamp;
+    if (lead.hasStamp) {
+        m_out.stamp = lead.stamp;
+    }
+    m_prefix = lead.name;
+}
+
+// Where the record of a line begins that is taken as a whole.
+std::size_t cutter_t::takeLead() {
+    const lead_t lead = leadOf(m_text.substr(m_begin), rules(false));
+    take(lead);
+    return m_begin + lead.length;
 }
 
 // The only sentence of a line need not have a checksum.
 void cutter_t::addAlone(const start_t& start) {
     if (!addMatching(start, m_text.size())) {
-        add(start.at, m_text.size(), m_text.size(), kind_t::sentence);
+        addUnmatched(start);
     }
 }
 
 // Among several records of a line a checksum alone tells a sentence from the remains of one.
 void cutter_t::addJoined(const start_t& first) {
-    const std::size_t before = m_pieces.size();
+    const std::size_t before = m_out.pieces.size();
     const std::size_t begin = m_done;
+    const std::string_view prefix = m_prefix;
     bool anyMatching = false;
     for (start_t start = first; isThere(start);) {
-        const start_t next = findStart(start.at + 1, m_text.size());
-        if (addMatching(start, next.begin)) {
+        const start_t next = findStart(start.at + 1);
+        if (addMatching(start, next.blocks)) {
             anyMatching = true;
         } else {
-            addCut(start.at, next.begin);
+            setPrefix(start);
+            addCut(start.at, next.blocks);
         }
         start = next;
     }
-    const bool areSeveral = m_pieces.size() >= before + 2;
+    const bool areSeveral = m_out.pieces.size() >= before + 2;
     if (!anyMatching && areSeveral &&
         findChecksum(m_text.substr(first.at)).state == checksum_t::matching) {
-        m_pieces.resize(before);
+        m_out.pieces.resize(before);
         m_done = begin;
+        m_prefix = prefix;
         addMatching(first, m_text.size());
     }
 }
@@ -178,12 +315,64 @@ bool cutter_t::addMatching(const start_t& start, std::size_t end) {
         return false;
     }
     const std::size_t textEnd = start.at + checksum.end;
-    const std::size_t next = std::min(m_text.find_first_not_of(" \t", textEnd), end);
-    add(start.at, textEnd, next, kind_t::sentence).checksumDigits = checksum.digits;
+    const behind_t behind =
+        readBehind(m_text.substr(textEnd, end - textEnd), closingOf(envelopeOf(start)));
+    const std::size_t next = textEnd + behind.length;
+    addSentence(start, textEnd, next, behind);
+    m_out.pieces.back().checksumDigits = checksum.digits;
     if (next < end) {
         addCut(next, end);
     }
     return true;
+}
+
+// Adds the only sentence of a line, which has no checksum that matches: it ends at the digits that
+// could be its checksum, by what follows them, or where its envelope closes.
+void cutter_t::addUnmatched(const start_t& start) {
+    const std::string_view text = m_text.substr(start.at);
+    const char closing = closingOf(envelopeOf(start));
+    std::size_t textEnd = std::string_view::npos;
+    bool isLast = true;
+    for (std::size_t star = text.rfind('*'); star != std::string_view::npos;
+         star = star == 0 ? std::string_view::npos : text.rfind('*', star - 1)) {
+        const std::size_t digitsEnd = star + 1 + hexDigitsAt(text, star + 1);
+        const std::string_view rest = text.substr(digitsEnd);
+        const std::size_t printed = printedEndLength(rest);
+        const bool closes = closing != '\0' && printed < rest.size() && rest[printed] == closing;
+        tail_t tail;
+        if (digitsEnd > star + 1 &&
+            (closes || (isLast && (printed == rest.size() || readTail(rest, tail))))) {
+            textEnd = digitsEnd;
+            break;
+        }
+        isLast = false;
+        if (closing == '\0') {
+            break;
+        }
+    }
+    if (textEnd == std::string_view::npos && closing != '\0') {
+        textEnd = text.find(closing, 1);
+    }
+    textEnd = std::min(textEnd, text.size());
+    const behind_t behind = readBehind(text.substr(textEnd), closing);
+    addSentence(start, start.at + textEnd, m_text.size(), behind);
+}
+
+void cutter_t::addSentence(const start_t& start, std::size_t textEnd, std::size_t end,
+                           const behind_t& behind) {
+    setPrefix(start);
+    piece_t& piece = add(start.at, textEnd, end, kind_t::sentence);
+    piece.tags = m_text.substr(start.blocks, start.run - start.blocks);
+    piece.suffix = behind.suffix;
+    piece.hasStampBehind = behind.hasStamp;
+    piece.stampBehind = behind.stamp;
+}
+
+// A later sentence of a line has the start characters in front of it for its prefix.
+void cutter_t::setPrefix(const start_t& start) {
+    if (!m_out.pieces.empty()) {
+        m_prefix = m_text.substr(start.run, start.at - start.run);
+    }
 }
 
 void cutter_t::addCut(std::size_t start, std::size_t end) {
@@ -193,33 +382,67 @@ void cutter_t::addCut(std::size_t start, std::size_t end) {
 // The piece from where the last one ended to `end`, with its record at `start`.
 piece_t& cutter_t::add(std::size_t start, std::size_t textEnd, std::size_t end, kind_t kind,
                        fault_t fault) {
-    const std::size_t front = std::max(m_front, m_done);
-    piece_t& piece = m_pieces.emplace_back();
+    piece_t& piece = m_out.pieces.emplace_back();
     piece.raw = m_text.substr(m_done, end - m_done);
-    piece.prefix = m_text.substr(front, start - front);
+    piece.prefix = m_prefix;
     piece.text = m_text.substr(start, textEnd - start);
     piece.kind = kind;
     piece.fault = fault;
+    m_prefix = {};
     m_done = end;
     return piece;
 }
 
+// The character directly in front of a sentence and its tag blocks.
+char cutter_t::envelopeOf(const start_t& start) const {
+    return start.blocks > m_begin ? m_text[start.blocks - 1] : '\0';
+}
+
+// What stands behind the end of a sentence: blanks and printed line ends, the end of its envelope,
+// or what stations add. The rest is not of the sentence.
+cutter_t::behind_t cutter_t::readBehind(std::string_view text, char closing) const {
+    behind_t behind;
+    const std::size_t printed = printedEndLength(text);
+    const bool closes = closing != '\0' && printed < text.size() && text[printed] == closing;
+    tail_t tail;
+    if (m_isJson || (closes && closing == '<')) {
+        behind.length = text.size();
+        behind.hasStamp = findStamp(text, rules(true), behind.stamp);
+    } else if (closes) {
+        behind.length = text.size();
+        behind.suffix = withoutDecoration(text.substr(printed + 1));
+    } else if (readTail(text, tail)) {
+        behind.length = text.size();
+        behind.hasStamp = tail.hasStamp;
+        behind.stamp = tail.stamp;
+        const std::size_t begin = m_out.texts.size();
+        m_out.texts.append(tail.words);
+        behind.suffix = std::string_view(m_out.texts).substr(begin);
+    } else {
+        behind.length = printed;
+    }
+    return behind;
+}
+
 // The kind of a text that is no sentence.
-kind_t cutter_t::kindOf(std::string_view text, bool beforeSentence) {
+kind_t cutter_t::kindOf(std::string_view text, bool beforeSentence, bool behindStamp) {
     if (m_options.only == kind_t::sentence || text.empty() || isStartCharacter(text[0])) {
         return kind_t::none;
     }
     if (text[0] == ':') {
         return kind_t::motion;
     }
-    if (isTracking(text, beforeSentence)) {
+    // Behind a stamp only with a checksum that matches, or without one and with a known tag.
+    const bool hasChecksum = text.find('*') != std::string_view::npos;
+    if (isTracking(text, beforeSentence || (behindStamp && !hasChecksum)) &&
+        !(behindStamp && kalo::atsAsciiMsg_t(text.data(), text.size()).checksumError())) {
         return kind_t::tracking;
     }
     const tableLine_t line = tableLineOf(text);
-    if (line == tableLine_t::none || (line == tableLine_t::header && !m_inTableHeader)) {
+    if (line == tableLine_t::none || (line == tableLine_t::header && !m_state.inTableHeader)) {
         return kind_t::none;
     }
-    m_inTableHeader = line == tableLine_t::status || line == tableLine_t::header;
+    m_state.inTableHeader = line == tableLine_t::status || line == tableLine_t::header;
     return kind_t::table;
 }
 
@@ -259,25 +482,24 @@ const char* faultText(fault_t fault) {
     return "";
 }
 
-void splitLine(const line_t& line, const splitOptions_t& options, bool& inTableHeader,
+void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& state,
                splitLine_t& out) {
-    out.received = {};
+    out.hasStamp = false;
     out.pieces.clear();
-    cutter_t cutter(line, options, inTableHeader, out.pieces);
-    std::size_t begin = 0;
-    if (!options.strict && !line.continued) {
-        const std::size_t length = stampLength(line.text);
-        out.received = line.text.substr(0, length);
-        begin = length > 0 ? length + 1 : 0;
-    }
+    out.texts.clear();
+    cutter_t cutter(line, options, state, out);
     if (line.tooLong) {
-        cutter.addWhole(0, kind_t::none, fault_t::lineTooLong);
+        cutter.addWhole(!options.strict && !line.continued, kind_t::none, fault_t::lineTooLong);
     } else if (options.only != kind_t::none && options.only != kind_t::sentence) {
-        cutter.addOther(options.only, begin, line.text.size());
+        cutter.addAll(options.only);
     } else if (options.strict) {
         cutter.cutStrictly();
     } else {
-        cutter.cut(begin);
+        cutter.cut();
+    }
+    cutter.spreadStamp();
+    if (out.hasStamp && state.order == dateOrder_t::unknown) {
+        state.order = out.stamp.tells;
     }
     for (piece_t& piece : out.pieces) {
         if (piece.kind == kind_t::sentence && piece.fault == fault_t::none &&

@@ -1,13 +1,15 @@
-// Cuts a line into the pieces that become records: the receive stamp, the text in front of a
-// sentence, joined and damaged sentences, and records of other kinds. Every byte of a line is in
-// exactly one piece. tools/record/recordReader.h decodes the pieces.
+// Cuts a line into the pieces that become records, and finds what loggers and stations have written
+// around them: stamps, names, tag blocks, envelopes, tails. Every byte of a line is in exactly one
+// piece. tools/record/recordReader.h decodes the pieces.
 #pragma once
 
 #include <cstddef>
+#include <string>
 #include <string_view>
 #include <vector>
 
 #include "tools/input/lineSplitter.h"
+#include "tools/input/stamp.h"
 
 /// Kinds of records.
 enum class kind_t {
@@ -37,30 +39,42 @@ constexpr std::size_t faultCount = 10;
 const char* faultText(fault_t fault);
 
 struct splitOptions_t {
-    bool strict = false;          ///< lines as they are: no stamp, no prefix, no joined records
+    bool strict = false;          ///< lines as they are: nothing around a record, no joined records
     kind_t only = kind_t::none;   ///< every line is taken for this kind
     bool requireChecksum = false; ///< a sentence without a checksum is malformed
 };
 
-/// One piece. Its texts are parts of the line and live as long.
+/// What the lines of an input tell those that follow.
+struct splitState_t {
+    bool inTableHeader =
+        false; ///< behind the status line of a sourcetable, before its first record
+    dateOrder_t order = dateOrder_t::unknown; ///< of dates such as 03/04/2026
+};
+
+/// One piece. Its texts are parts of the line, or of the texts that `splitLine_t` owns.
 struct piece_t {
     std::string_view raw;    ///< all its bytes, without the line end
-    std::string_view prefix; ///< what stands in front of a sentence
+    std::string_view prefix; ///< what else stands in front of it
+    std::string_view tags;   ///< the tag blocks in front of a sentence
     std::string_view text;   ///< the record itself: of a sentence up to its checksum
+    std::string_view suffix; ///< what stands behind a sentence's envelope, or was added to it
     kind_t kind = kind_t::none;
     fault_t fault = fault_t::none;
     unsigned checksumDigits = 0; ///< of a sentence: how many digits its checksum has, or 0
     unsigned stated = 0;         ///< with `checksumMismatch`
     unsigned computed = 0;       ///< with `checksumMismatch`
+    bool hasStampBehind = false;
+    stamp_t stampBehind; ///< which counts where the line has none in front
 };
 
 /// A line that has been cut.
 struct splitLine_t {
-    std::string_view received; ///< the stamp, empty without one
+    bool hasStamp = false;
+    stamp_t stamp; ///< of all its records
     std::vector<piece_t> pieces;
+    std::string texts; ///< those that do not stand in the line as they are
 };
 
-/// Cuts `line` into `out`, whose memory is used again. `inTableHeader` is what one line tells the
-/// next: it stands behind the status line of a sourcetable and before its first record.
-void splitLine(const line_t& line, const splitOptions_t& options, bool& inTableHeader,
+/// Cuts `line` into `out`, whose memory is used again.
+void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& state,
                splitLine_t& out);

@@ -1,6 +1,7 @@
 // What the sources beside it ask about bytes, in no locale.
 #pragma once
 
+#include <cstddef>
 #include <string_view>
 
 inline bool isDigit(char c) { return c >= '0' && c <= '9'; }
@@ -10,6 +11,29 @@ inline bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
 inline bool isLetter(char c) { return isCapital(static_cast<char>(c & ~0x20)); }
 
 inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
+
+/// A set of characters that is looked up, not searched.
+class charSet_t {
+public:
+    explicit constexpr charSet_t(std::string_view characters) {
+        for (const char c : characters) {
+            m_holds[static_cast<unsigned char>(c)] = true;
+        }
+    }
+
+    constexpr bool holds(char c) const { return m_holds[static_cast<unsigned char>(c)]; }
+
+    /// The position of the first of these characters from `from` on; the size of `text` without.
+    constexpr std::size_t findIn(std::string_view text, std::size_t from = 0) const {
+        while (from < text.size() && !holds(text[from])) {
+            ++from;
+        }
+        return from < text.size() ? from : text.size();
+    }
+
+private:
+    bool m_holds[256] = {};
+};
 
 inline bool startsWith(std::string_view text, std::string_view start) {
     return text.substr(0, start.size()) == start;

@@ -194,6 +194,18 @@ constexpr auto typeMembers = arrayOfRecords([](auto record) {
     return std::string_view(typeMember<record_t>.text, sizeof typeMember<record_t> - 1);
 });
 
+const char* nameOf(dayRule_t rule) {
+    switch (rule) {
+    case dayRule_t::own: return "own";
+    case dayRule_t::near: return "near";
+    case dayRule_t::stamp: return "stamp";
+    case dayRule_t::option: return "option";
+    case dayRule_t::isVoid: return "void";
+    case dayRule_t::rollover: return "rollover";
+    }
+    return "";
+}
+
 void writeText(buffer_t& out, std::string_view key, std::string_view text) {
     out.append(key);
     writeJsonString(out, text);
@@ -237,6 +249,9 @@ void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
     if (record.fault != fault_t::none) {
         writeFault(record);
     }
+    if (!record.suffix.empty()) {
+        writeText(m_out, ",\"suffix\":", record.suffix);
+    }
     const bool isShown = isLost || m_options.raw || record.fault != fault_t::none;
     if (isShown && !record.raw.empty()) {
         writeText(m_out, ",\"raw\":", record.raw);
@@ -256,6 +271,10 @@ void jsonWriter_t::writeBegin(const record_t& record) {
     if (!record.received.empty()) {
         writeText(m_out, ",\"received\":", record.received);
     }
+    if (!record.tags.empty()) {
+        m_out.append(",\"tag\":");
+        m_tags.write(m_out, record.tags);
+    }
     if (!record.prefix.empty()) {
         writeText(m_out, ",\"prefix\":", record.prefix);
     }
@@ -266,6 +285,9 @@ void jsonWriter_t::writeBegin(const record_t& record) {
     }
     if (record.instant) {
         writeInstant(*record.instant);
+        if (m_options.explain) {
+            writeText(m_out, ",\"timeRule\":", nameOf(record.instant->rule));
+        }
     }
 }
 

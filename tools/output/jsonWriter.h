@@ -5,12 +5,14 @@
 #include <string_view>
 
 #include "tools/output/buffer.h"
+#include "tools/output/tagMembers.h"
 #include "tools/record/record.h"
 
 struct jsonOptions_t {
     bool radians = false; ///< angles as the library gives them
     bool raw = false;     ///< the bytes of every record
     bool epoch = false;   ///< instants as Unix seconds
+    bool explain = false; ///< how each instant got its day
 };
 
 class jsonWriter_t {
@@ -31,4 +33,5 @@ private:
     buffer_t& m_out;
     jsonOptions_t m_options;
     std::string m_source; // the first member
+    tagMembers_t m_tags;
 };

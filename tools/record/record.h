@@ -33,9 +33,11 @@ struct record_t {
     std::uint64_t line = 0;
     std::uint64_t offset = 0;  ///< of `raw` in the input
     std::string_view raw;      ///< all its bytes, without the line end; none of SATELLITES
-    std::string_view received; ///< the stamp of its line
-    std::string_view prefix;   ///< what stands in front of a sentence
-    std::string_view text;     ///< `raw` without stamp and prefix, of a sentence up to its checksum
+    std::string_view received; ///< when it was received, by a stamp in its line
+    std::string_view tags;     ///< the tag blocks in front of a sentence
+    std::string_view prefix;   ///< what else stands in front
+    std::string_view text;     ///< the record without all that, of a sentence up to its checksum
+    std::string_view suffix;   ///< what stands behind a sentence
     std::string_view talker;
     typeIndex_t type = noType; ///< of a sentence also when it has no view
     content_t content;
@@ -46,4 +48,13 @@ struct record_t {
     unsigned computed = 0;         ///< with `checksumMismatch`
     clue_t clue;
     std::optional<instant_t> instant;
+    std::optional<double> reference; ///< the input's last known instant, in Unix seconds
 };
+
+/// When it was, in Unix seconds: by its own instant, else by when it was received, else by the
+/// records before it. Without a zone times of reception are taken as UTC.
+inline std::optional<double> momentOf(const record_t& record) {
+    return record.instant         ? std::optional(record.instant->timestamp)
+           : record.clue.hasStamp ? std::optional(record.clue.stamp)
+                                  : record.reference;
+}

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "tools/input/kinds.h"
-#include "tools/input/stamp.h"
+#include "tools/input/tagBlock.h"
 #include "tools/input/text.h"
 #include "tools/record/recordClue.h"
 #include "tools/record/registry.h"
@@ -28,9 +28,16 @@ bool holdsAnything(const kalo::atsAsciiMsg_t& tracking) {
 } // namespace
 
 recordReader_t::recordReader_t(const readOptions_t& options)
-    : m_options(options), m_lines(options.split.strict), m_dating(options.date) {}
+    : m_options(options), m_lines(options.split.strict), m_dating(options.dating) {
+    m_state.order = options.dateOrder;
+}
 
 void recordReader_t::feed(std::string_view bytes) { m_lines.append(bytes); }
+
+void recordReader_t::setReadTime(double unixTime) {
+    m_readTime = isoText(unixTime);
+    readStamp(m_readTime, 0, {}, m_readStamp);
+}
 
 void recordReader_t::finish() {
     m_lines.finish();
@@ -49,15 +56,18 @@ bool recordReader_t::next(record_t& record) {
         return false;
     }
     reset(record, m_line, piece.raw);
-    record.received = m_received;
+    record.tags = piece.tags;
     record.prefix = piece.prefix;
     record.text = piece.text;
+    record.suffix = piece.suffix;
+    setStamp(piece, record);
     record.fault = piece.fault;
     record.stated = piece.stated;
     record.computed = piece.computed;
     if (record.fault == fault_t::none) {
         decode(piece, record);
     }
+    record.reference = m_dating.reference();
     return true;
 }
 
@@ -68,11 +78,14 @@ bool recordReader_t::nextGroup(record_t& record) {
     }
     m_hasGroup = false;
     record.raw = {};
+    record.tags = {};
     record.text = {};
+    record.suffix = {};
     record.type = typeOf<satellitesRecord_t>;
     record.content = &m_groups.group();
     record.hasChecksum = true;
-    record.clue = {};
+    record.clue.satellites = {};
+    record.clue.lostSatellite = false;
     record.instant.reset();
     return true;
 }
@@ -95,16 +108,18 @@ bool recordReader_t::nextPlain(record_t& record) {
         cutLine();
         return false;
     }
-    m_received.clear();
-    m_stamp.reset();
     reset(record, m_line, text);
     record.received = {};
+    record.tags = {};
     record.prefix = {};
+    record.suffix = {};
     record.text = text;
     record.fault = fault_t::none;
     record.hasChecksum = true;
+    setReadStamp(record);
     readSentence(record);
-    date(record);
+    record.instant = m_dating.date(record.clue);
+    record.reference = m_dating.reference();
     return true;
 }
 
@@ -120,12 +135,72 @@ bool recordReader_t::nextPiece(piece_t& piece) {
 }
 
 void recordReader_t::cutLine() {
-    splitLine(m_line, m_options.split, m_inTableHeader, m_split);
+    splitLine(m_line, m_options.split, m_state, m_split);
     m_nextPiece = 0;
     if (!m_line.continued) {
-        m_received.assign(m_split.received);
-        m_stamp = stampTime(m_received);
+        m_received.clear();
+        m_stamp.reset();
     }
+    if (m_split.hasStamp) {
+        m_stamp = m_split.stamp;
+        appendReceived(m_received, *m_stamp);
+    }
+}
+
+// The stamp of the line goes first, then the sentence's own tag block, then what stands behind it.
+void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
+    record.received = m_received;
+    if (m_stamp) {
+        setClueStamp(*m_stamp, record);
+        return;
+    }
+    stamp_t tag;
+    const bool hasTag = !piece.tags.empty() && readUnixStamp(tagValue(piece.tags, "c", true), tag);
+    if (!hasTag && !piece.hasStampBehind) {
+        setReadStamp(record);
+    } else {
+        tag.isBareNumber = false; // its key says what it is
+        const stamp_t& stamp = hasTag ? tag : piece.stampBehind;
+        m_ownReceived.clear();
+        appendReceived(m_ownReceived, stamp);
+        record.received = m_ownReceived;
+        setClueStamp(stamp, record);
+    }
+}
+
+void recordReader_t::setReadStamp(record_t& record) const {
+    if (!m_readTime.empty()) {
+        record.received = m_readTime;
+        setClueStamp(m_readStamp, record);
+    }
+}
+
+void recordReader_t::setClueStamp(const stamp_t& stamp, record_t& record) {
+    record.clue.hasStamp = stamp.hasDate;
+    record.clue.stamp = stamp.unixTime;
+    record.clue.isBareStamp = stamp.isBareNumber;
+}
+
+// A record whose own date is one of the two readings of the line's stamp tells how to read it.
+void recordReader_t::learnOrder(record_t& record) {
+    const clue_t& clue = record.clue;
+    if (m_state.order != dateOrder_t::unknown || !m_stamp || !clue.hasDate || clue.isVoid) {
+        return;
+    }
+    const auto isOwn = [&](const std::optional<kalo::date_t>& date) {
+        return date && date->year == clue.date.year && date->month == clue.date.month &&
+               date->day == clue.date.day;
+    };
+    const bool isDayFirst = isOwn(m_stamp->asDayFirst);
+    if (isDayFirst == isOwn(m_stamp->asMonthFirst)) {
+        return;
+    }
+    m_state.order = isDayFirst ? dateOrder_t::dayFirst : dateOrder_t::monthFirst;
+    m_stamp = inOrder(*m_stamp, m_state.order);
+    m_received.clear();
+    appendReceived(m_received, *m_stamp);
+    record.received = m_received;
+    setClueStamp(*m_stamp, record);
 }
 
 // Field by field, which is cheaper than a new record: most are set again at once.
@@ -142,6 +217,7 @@ void recordReader_t::reset(record_t& record, const line_t& line, std::string_vie
     record.clue.hasDate = false;
     record.clue.isVoid = false;
     record.clue.hasStamp = false;
+    record.clue.isBareStamp = false;
     record.clue.satellites = {};
     record.clue.lostSatellite = false;
     record.instant.reset();
@@ -177,8 +253,7 @@ void recordReader_t::decode(const piece_t& piece, record_t& record) {
 }
 
 void recordReader_t::date(record_t& record) {
-    record.clue.hasStamp = m_stamp.has_value();
-    record.clue.stamp = m_stamp.value_or(0);
+    learnOrder(record);
     record.instant = m_dating.date(record.clue);
 }
 
@@ -212,21 +287,22 @@ void recordReader_t::readSentence(record_t& record) {
 
 void recordReader_t::offerSatellites(const record_t& record) {
     if (m_sentence.type() == kalo::msgTypeGsv) {
-        m_hasGroup =
-            m_groups.offer(record.prefix, kalo::gsvMsg_t(m_sentence), record.clue.satellites);
+        m_hasGroup = m_groups.offer({record.prefix, tagValue(record.tags, "s", false)},
+                                    kalo::gsvMsg_t(m_sentence), record.clue.satellites);
     }
 }
 
 void recordReader_t::decodeTracking(record_t& record) {
-    m_tracking = kalo::atsAsciiMsg_t(record.text.data(), record.text.size());
-    if (!holdsAnything(m_tracking)) {
+    const kalo::atsAsciiMsg_t& tracking =
+        m_tracking.emplace(record.text.data(), record.text.size());
+    if (!holdsAnything(tracking)) {
         record.fault = fault_t::nothingDecodes;
         return;
     }
     record.type = typeOf<trackingRecord_t>;
-    record.content = &m_tracking;
-    readTrackingClue(m_tracking, m_milliseconds, record.clue);
-    if (!m_tracking.checksumError()) {
+    record.content = &tracking;
+    readTrackingClue(tracking, m_milliseconds, record.clue);
+    if (!tracking.checksumError()) {
         return;
     }
     const std::size_t star = record.text.find('*');

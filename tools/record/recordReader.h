@@ -13,7 +13,9 @@
 
 struct readOptions_t {
     splitOptions_t split;
-    std::optional<kalo::date_t> date; ///< on which the input begins
+    dateOrder_t dateOrder = dateOrder_t::unknown; ///< of dates such as 03/04/2026 in stamps
+    datingOptions_t dating;
+    bool stampsReads = false; ///< the clock of the host stamps what is read
 };
 
 /// How to use it: `feed` what there is, take records until `next` gives false, feed more; at the
@@ -27,14 +29,16 @@ public:
 
     /// More bytes of the input. Records taken before are no longer valid.
     void feed(std::string_view bytes);
+    /// From now on records have this time of reception, in Unix seconds, unless their lines have
+    /// one of their own.
+    void setReadTime(double unixTime);
     /// There are no more bytes.
     void finish();
     /// The next record; false when more bytes are needed, or at the end.
     bool next(record_t& record);
 
     std::uint64_t blankLines() const { return m_lines.blankLines(); }
-    /// Records with a time for which no date was known.
-    std::uint64_t undated() const { return m_dating.undated(); }
+    const dating_t& dating() const { return m_dating; }
     const satelliteGroups_t& groups() const { return m_groups; }
 
 private:
@@ -46,11 +50,15 @@ private:
     void decodeSentence(const piece_t& piece, record_t& record);
     bool frame(const std::string& sentence);
     void readSentence(record_t& record);
+    void setStamp(const piece_t& piece, record_t& record);
+    void setReadStamp(record_t& record) const;
+    void learnOrder(record_t& record);
     void date(record_t& record);
     void decodeTracking(record_t& record);
     void offerSatellites(const record_t& record);
     const std::string& completed(std::string_view text);
 
+    static void setClueStamp(const stamp_t& stamp, record_t& record);
     static void reset(record_t& record, const line_t& line, std::string_view raw);
 
     readOptions_t m_options;
@@ -58,13 +66,16 @@ private:
     line_t m_line;
     splitLine_t m_split;
     std::size_t m_nextPiece = 0;
-    bool m_inTableHeader = false;
-    std::string m_received; // kept for the further parts of a line that is too long
-    std::optional<double> m_stamp;
+    splitState_t m_state;
+    std::optional<stamp_t> m_stamp; // of the line
+    std::string m_received;         // by that stamp; kept for the parts of a line that is too long
+    std::string m_ownReceived;      // of one record, by its tag block or its tail
+    std::string m_readTime;         // as a stamp; empty where it does not count
+    stamp_t m_readStamp;
     std::string m_completed;
     kalo::nmeaFormat_t m_sentence;
     kalo::tss1Msg_t m_motion;
-    kalo::atsAsciiMsg_t m_tracking;
+    std::optional<kalo::atsAsciiMsg_t> m_tracking;
     kalo::ntripStreamDecoder_t m_table;
     char m_milliseconds[3] = {};
     std::vector<satellite_t> m_satellites; // of one sentence

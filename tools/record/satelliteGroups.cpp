@@ -50,7 +50,7 @@ void add(satelliteGroup_t& group, const satelliteList_t& satellites) {
 
 } // namespace
 
-bool satelliteGroups_t::offer(std::string_view prefix, const kalo::gsvMsg_t& view,
+bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view,
                               const satelliteList_t& satellites) {
     ++m_sentences;
     const head_t head = headOf(view);
@@ -61,7 +61,8 @@ bool satelliteGroups_t::offer(std::string_view prefix, const kalo::gsvMsg_t& vie
                head.number == slot->last + 1 && head.count == slot->count &&
                head.inView == slot->group.inView;
     };
-    m_key.assign(prefix).append(1, '\0').append(view.addressField()->toString()).append(1, ',');
+    m_key.assign(sender.prefix).append(1, '\0').append(sender.station).append(1, '\0');
+    m_key.append(view.addressField()->toString()).append(1, ',');
     const std::size_t withoutSignal = m_key.size();
     if (mayHaveSignal) {
         m_key += view.field(view.fieldCount() - 1)->toString();

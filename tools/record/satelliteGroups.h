@@ -17,6 +17,12 @@ struct satelliteGroup_t {
     std::vector<satellite_t> satellites; ///< those with angles, by their identifiers
 };
 
+/// Who has sent a sentence, as far as the line tells it.
+struct sender_t {
+    std::string_view prefix;
+    std::string_view station; ///< by its tag block
+};
+
 /// Memory stays bounded: of more than `mostGroups` that are open the one that was silent longest is
 /// given up, and a group holds at most `mostSatellites`.
 class satelliteGroups_t {
@@ -26,7 +32,7 @@ public:
 
     /// Offers a sentence with its satellites. True when it was the last one of a group whose
     /// sentences all came, in their order; `group` then is that group.
-    bool offer(std::string_view prefix, const kalo::gsvMsg_t& view,
+    bool offer(const sender_t& sender, const kalo::gsvMsg_t& view,
                const satelliteList_t& satellites);
     const satelliteGroup_t& group() const { return m_finished; }
     /// No more sentences: the groups that are open stay incomplete.
@@ -41,7 +47,7 @@ public:
 
 private:
     struct slot_t {
-        std::string key;         // prefix, address and signal
+        std::string key;         // sender, address and signal
         std::uint64_t heard = 0; // when its last sentence came; 0: the slot is free
         unsigned count = 0;
         unsigned last = 0; // number of the last sentence; 0 in the remains of a group

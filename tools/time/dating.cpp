@@ -6,7 +6,10 @@
 
 namespace {
 
+constexpr double secondsPerHour = 3600;
 constexpr double secondsPerDay = 86400;
+constexpr double noon = secondsPerDay / 2;
+constexpr double rolloverSpan = 1024 * 7 * secondsPerDay;
 constexpr double gpsEpoch = 315964800; // 1980-01-06, before which no clock on board was right
 
 // A second from 60 on is in range while a leap second lasts.
@@ -22,29 +25,26 @@ double timestampOn(double dayBegin, const kalo::timeOfDay_t& time) {
 
 } // namespace
 
-dating_t::dating_t(const std::optional<kalo::date_t>& date) : m_isDated(date.has_value()) {
-    if (date) {
-        turnTo(*date);
-        m_reference = noon();
+dating_t::dating_t(const datingOptions_t& options) : m_options(options) {
+    if (options.date) {
+        turnTo(*options.date);
+        m_reference = m_dayBegin + noon;
+    } else if (options.begin) {
+        m_reference = options.begin;
     }
+    m_isDated = m_reference.has_value();
+    m_isFromOption = m_isDated;
 }
 
 std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
     const bool hasTime = clue.hasTime && isInRange(clue.time.time);
     if (clue.hasDate && !clue.isVoid && isInCalendar(clue.date)) {
-        m_isDated = true;
-        if (!hasTime) {
-            setDay(clue.date, clue);
-            return {};
-        }
-        turnTo(clue.date);
-        setReference(timestampOn(m_dayBegin, clue.time.time), clue);
-        return instant_t{clue.date, clue.time, *m_reference};
+        return dateByOwn(clue, hasTime);
     }
     if (!hasTime && !clue.hasDate) {
         return {};
     }
-    follow(clue);
+    const dayRule_t rule = follow(clue, hasTime);
     if (!hasTime) {
         return {};
     }
@@ -52,65 +52,105 @@ std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
         ++m_undated;
         return {};
     }
-    const std::optional<instant_t> instant = nearest(clue.time);
-    if (instant) {
-        setReference(instant->timestamp, clue);
+    const double timestamp = nearest(clue.time.time, *m_reference);
+    if (!isInCalendar(m_day)) {
+        return {};
     }
-    return instant;
+    setReference(timestamp, clue);
+    return instant_t{m_day, clue.time, timestamp, rule};
 }
 
-// Brings the reference up to the line of a record without a date that counts.
-void dating_t::follow(const timeClue_t& clue) {
+std::optional<instant_t> dating_t::dateByOwn(const timeClue_t& clue, bool hasTime) {
+    m_isDated = true;
+    const std::optional<double> before = m_reference;
+    turnTo(clue.date);
+    const double sentBegin = m_dayBegin;
+    turnToRollover(clue, hasTime ? timestampOn(0, clue.time.time) : noon);
+    if (!isInCalendar(m_day)) {
+        return {};
+    }
+    if (!hasTime) {
+        // A date alone moves the reference to another day, but not within its day.
+        if (!before || *before < m_dayBegin || *before >= m_dayBegin + secondsPerDay) {
+            setReference(m_dayBegin + noon, clue);
+        }
+        return {};
+    }
+    setReference(timestampOn(m_dayBegin, clue.time.time), clue);
+    return instant_t{m_day, clue.time, *m_reference,
+                     m_dayBegin == sentBegin ? dayRule_t::own : dayRule_t::rollover};
+}
+
+// Moves the day of a record's own date on by the multiple of 1024 weeks that its stamp shows, then
+// by the least that brings it to the first day that can be.
+void dating_t::turnToRollover(const timeClue_t& clue, double secondOfDay) {
+    if (clue.hasStamp) {
+        const double late = clue.stamp - (m_dayBegin + secondOfDay);
+        const double count = std::round(late / rolloverSpan);
+        const bool isRollover =
+            count >= 1 && std::fabs(late - count * rolloverSpan) <= secondsPerDay;
+        m_farFromStamp += std::fabs(late) > secondsPerDay ? 1 : 0;
+        m_rolledOver += isRollover ? 1 : 0;
+        if (isRollover) {
+            turnTo(m_dayBegin + count * rolloverSpan);
+        }
+    }
+    if (m_options.notBefore) {
+        const double first = kalo::dateTime_t(*m_options.notBefore, {}).toTimestamp();
+        if (m_dayBegin < first) {
+            turnTo(m_dayBegin + std::ceil((first - m_dayBegin) / rolloverSpan) * rolloverSpan);
+        }
+    }
+}
+
+// Brings the reference up to the line of a record without a date that counts, and says what it
+// then comes from.
+dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
     const bool isStamped = clue.hasStamp && clue.stamp >= gpsEpoch;
-    if (!m_isDated && isStamped) {
-        m_reference = clue.stamp;
-        m_referenceStamp = clue.stamp;
-    } else if (m_reference && m_referenceStamp && isStamped) {
-        *m_reference += clue.stamp - *m_referenceStamp;
-        m_referenceStamp = clue.stamp;
+    const auto isWithinAnHour = [&](double reference) {
+        return hasTime &&
+               std::fabs(nearest(clue.time.time, reference) - reference) <= secondsPerHour;
+    };
+    if (!m_isDated && isStamped && (!clue.isBareStamp || isWithinAnHour(clue.stamp))) {
+        setReference(clue.stamp, clue);
+        return dayRule_t::stamp;
+    }
+    if (m_reference && m_referenceStamp && isStamped) {
+        // Not where a clock was set, and not by a counter that looks like a stamp.
+        const double moved = *m_reference + (clue.stamp - *m_referenceStamp);
+        if (isWithinAnHour(moved)) {
+            m_reference = moved;
+        }
     } else if (!m_reference && clue.hasDate && isInCalendar(clue.date)) {
-        setDay(clue.date, clue);
+        turnTo(clue.date);
+        setReference(m_dayBegin + noon, clue);
+        return dayRule_t::isVoid;
     }
-}
-
-// A date without a time moves the reference to another day, but not within its day.
-void dating_t::setDay(const kalo::date_t& date, const timeClue_t& clue) {
-    const bool hadReference = m_reference.has_value();
-    if (hadReference) {
-        turnTo(*m_reference);
-    }
-    const double before = m_dayBegin;
-    turnTo(date);
-    if (!hadReference || m_dayBegin != before) {
-        setReference(noon(), clue);
-    }
+    return m_isFromOption ? dayRule_t::option : dayRule_t::near;
 }
 
 void dating_t::setReference(double timestamp, const timeClue_t& clue) {
     m_reference = timestamp;
+    m_isFromOption = false;
     m_referenceStamp =
         clue.hasStamp && clue.stamp >= gpsEpoch ? std::optional(clue.stamp) : std::nullopt;
 }
 
-// The instant at the time of day that lies nearest to the reference; of two the earlier.
-std::optional<instant_t> dating_t::nearest(const sentTime_t& time) {
+// The instant at the time of day that lies nearest to the reference; of two the earlier. Its day
+// becomes the current one.
+double dating_t::nearest(const kalo::timeOfDay_t& time, double reference) {
     // A leap second lies on the day that its minute lies on.
-    kalo::timeOfDay_t place = time.time;
+    kalo::timeOfDay_t place = time;
     place.second -= place.second >= 60 ? 1 : 0;
-    turnTo(*m_reference);
-    const double distance = timestampOn(m_dayBegin, place) - *m_reference;
+    turnTo(reference);
+    const double distance = timestampOn(m_dayBegin, place) - reference;
     if (distance >= secondsPerDay / 2) {
         turnTo(m_dayBegin - secondsPerDay);
     } else if (distance < -secondsPerDay / 2) {
         turnTo(m_dayBegin + secondsPerDay);
     }
-    if (!isInCalendar(m_day)) {
-        return {};
-    }
-    return instant_t{m_day, time, timestampOn(m_dayBegin, time.time)};
+    return timestampOn(m_dayBegin, time);
 }
-
-double dating_t::noon() const { return m_dayBegin + secondsPerDay / 2; }
 
 // Both make another day the current one; as long as it stays the same nothing is computed.
 void dating_t::turnTo(double timestamp) {

@@ -6,40 +6,72 @@
 
 #include "tools/time/sentTime.h"
 
+/// How an instant got its day.
+enum class dayRule_t {
+    own,     ///< the record's own date
+    near,    ///< nearest to the reference
+    stamp,   ///< nearest to the line's stamp
+    option,  ///< nearest to what the user says
+    isVoid,  ///< the date of a record that does not vouch for it
+    rollover ///< the record's own date, moved on by some times 1024 weeks
+};
+
 /// A UTC instant with the digits of its seconds.
 struct instant_t {
     kalo::date_t date;
     sentTime_t time;
     double timestamp = 0; ///< Unix seconds
+    dayRule_t rule = dayRule_t::own;
+};
+
+/// What the user says about the time of an input.
+struct datingOptions_t {
+    std::optional<kalo::date_t> date;      ///< the day on which it begins
+    std::optional<double> begin;           ///< the instant at which it begins, in Unix seconds
+    std::optional<kalo::date_t> notBefore; ///< dates before this day are wrong by 1024 weeks
 };
 
 /// Dates the times of day of one input by a reference instant, which follows the records: a record
 /// with a date of its own sets it, a time without a date lies on the day that brings it nearest.
+///
+/// The calendar of a GPS receiver that is past the end of its weeks is late by 1024 weeks, or a
+/// multiple of it. Where the stamp of the line shows that, or the user says so, dates move forward.
 class dating_t {
 public:
-    /// `date` is the day on which the user says that the input begins.
-    explicit dating_t(const std::optional<kalo::date_t>& date);
+    explicit dating_t(const datingOptions_t& options);
 
     /// The instant of a record. None while no date is known, for a time that is out of range, and
     /// for a record without a time, whose date the reference follows all the same.
     std::optional<instant_t> date(const timeClue_t& clue);
 
+    /// The instant of the last record, if any is known.
+    const std::optional<double>& reference() const { return m_reference; }
+
     /// How many records had a time in range while no date was known.
     std::uint64_t undated() const { return m_undated; }
+    /// How many had a date more than a day from the stamp of their line.
+    std::uint64_t farFromStamp() const { return m_farFromStamp; }
+    /// How many of those were off by a multiple of 1024 weeks.
+    std::uint64_t rolledOver() const { return m_rolledOver; }
 
 private:
-    void follow(const timeClue_t& clue);
-    void setDay(const kalo::date_t& date, const timeClue_t& clue);
+    std::optional<instant_t> dateByOwn(const timeClue_t& clue, bool hasTime);
+    dayRule_t follow(const timeClue_t& clue, bool hasTime);
+    void turnToRollover(const timeClue_t& clue, double secondOfDay);
+    void setDay(const timeClue_t& clue);
     void setReference(double timestamp, const timeClue_t& clue);
-    std::optional<instant_t> nearest(const sentTime_t& time);
-    double noon() const;
+    double nearest(const kalo::timeOfDay_t& time, double reference);
     void turnTo(double timestamp);
     void turnTo(const kalo::date_t& date);
 
-    bool m_isDated; // by the user, or by a record with a date of its own
+    datingOptions_t m_options;
+    bool m_isDated = false; // by the user, or by a record with a date of its own
     std::optional<double> m_reference;
+    bool m_isFromOption = false;
     std::optional<double> m_referenceStamp; // of the line that gave the reference
     kalo::date_t m_day{1970, 1, 1};         // the day that was last spoken of
     double m_dayBegin = 0;
     std::uint64_t m_undated = 0;
+    std::uint64_t m_farFromStamp = 0;
+    std::uint64_t m_rolledOver = 0;
 };

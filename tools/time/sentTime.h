@@ -15,9 +15,10 @@ struct sentTime_t {
 /// What one record and its line tell about time.
 struct timeClue_t {
     bool hasTime = false;
-    bool hasDate = false;  ///< a date of the record's own, be it in the calendar or not
-    bool isVoid = false;   ///< the sender does not vouch for the date
-    bool hasStamp = false; ///< the line tells when it was received
+    bool hasDate = false;     ///< a date of the record's own, be it in the calendar or not
+    bool isVoid = false;      ///< the sender does not vouch for the date
+    bool hasStamp = false;    ///< the line tells when it was received
+    bool isBareStamp = false; ///< a number of ten digits, which may be a counter
     sentTime_t time;
     kalo::date_t date;
     double stamp = 0; ///< Unix seconds

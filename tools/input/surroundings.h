@@ -1,0 +1,43 @@
+// What stands around a record in a line, and is none of it: marks, names, stamps, envelopes,
+// printed line ends, and what stations add behind a sentence.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+#include "tools/input/stamp.h"
+
+/// The length of what is dropped at the start of a line: a byte order mark, and the header of a
+/// datagram.
+std::size_t markLength(std::string_view line);
+
+/// `text` without blanks and punctuation at both ends.
+std::string_view withoutDecoration(std::string_view text);
+
+/// What stands in front of a record that is no sentence.
+struct lead_t {
+    bool hasStamp = false;
+    stamp_t stamp;
+    std::string_view name;
+    std::size_t length = 0; ///< what follows is the record
+};
+
+/// A stamp at the start of `text`, or behind one name.
+lead_t leadOf(std::string_view text, const stampRules_t& rules);
+
+/// The length of the blanks and printed line ends ("\r", "\x0d", "<CR>") at the start of `text`.
+std::size_t printedEndLength(std::string_view text);
+
+/// The character that closes what `c` opens around a sentence; NUL where that is nothing.
+char closingOf(char c);
+
+/// Numbers and words behind a checksum, such as ",r003669987,1152921693".
+struct tail_t {
+    bool hasStamp = false;
+    stamp_t stamp;
+    std::string words; ///< with commas between
+};
+
+/// Reads a tail that is all of `text`.
+bool readTail(std::string_view text, tail_t& out);

@@ -1,0 +1,73 @@
+#include "tools/output/tagMembers.h"
+
+#include <algorithm>
+#include <string>
+
+#include "tools/input/tagBlock.h"
+#include "tools/output/jsonString.h"
+
+namespace {
+
+// "0", or digits of which the first is not 0, with or without a minus.
+bool isCanonicalInteger(std::string_view text) {
+    const bool isNegative = !text.empty() && text[0] == '-';
+    const std::string_view digits = text.substr(isNegative ? 1 : 0);
+    return !digits.empty() && (digits[0] != '0' || text == "0") &&
+           std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
+}
+
+void writeChecksum(buffer_t& out, const tagBlock_t& block) {
+    constexpr const char* digits = "0123456789ABCDEF";
+    const auto write = [&](std::string_view key, unsigned byte) {
+        out.append(key);
+        out.append(digits[byte >> 4]);
+        out.append(digits[byte & 0xF]);
+        out.append('"');
+    };
+    if (block.checksum == tagBlock_t::none) {
+        out.append("\"checksum\":false");
+    } else {
+        write("\"stated\":\"", block.stated);
+        write(",\"computed\":\"", block.computed);
+    }
+}
+
+} // namespace
+
+void tagMembers_t::write(buffer_t& out, std::string_view blocks) {
+    m_members.clear();
+    m_places.clear();
+    tagBlock_t block;
+    tagBlock_t wrong; // the last block whose checksum is not right
+    bool isWrong = false;
+    while (takeTagBlock(blocks, block)) {
+        isWrong = isWrong || block.checksum != tagBlock_t::matching;
+        wrong = block.checksum != tagBlock_t::matching ? block : wrong;
+        member_t member;
+        while (takeTagItem(block.items, member.key, member.value)) {
+            const auto [place, isNew] = m_places.emplace(member.key, m_members.size());
+            if (isNew) {
+                m_members.push_back(member);
+            } else {
+                m_members[place->second].value = member.value;
+            }
+        }
+    }
+    char separator = '{';
+    for (const member_t& member : m_members) {
+        out.append(separator);
+        writeJsonString(out, member.key);
+        out.append(':');
+        if (isCanonicalInteger(member.value)) {
+            out.append(member.value);
+        } else {
+            writeJsonString(out, member.value);
+        }
+        separator = ',';
+    }
+    if (isWrong) {
+        out.append(separator);
+        writeChecksum(out, wrong);
+    }
+    out.append('}');
+}
