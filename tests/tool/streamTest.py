@@ -155,12 +155,15 @@ class Live(Test):
         write("ok", DEPTH)
         os.mkfifo("silent")
         for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
-            for words in ["-", "missing"], ["ok", "silent", "missing"]:
-                with Tool("decode", *words, preexec_fn=resetSignals) as tool:
-                    tool.stdin.write(DEPTH + b"$SDDPT,2")
-                    self.expectDepth(tool, 1)
+            for words, line in ((["decode", "-", "missing"], DEPTH), (["time"], INSTANT),
+                                (["decode", "ok", "silent", "missing"], DEPTH),
+                                (["encode", "tss1", "-", "missing"], MOTION)):
+                with Tool(*words, preexec_fn=resetSignals) as tool:
+                    tool.stdin.write(line + line[:6])
+                    self.assertNotEqual(tool.line(), b"")
                     tool.send_signal(number)
-                    self.assertEqual(tool.end(), (128 + number, b"", "kalo: 1 record: 1 decoded\n"))
+                    counts = "kalo: 1 record: 1 decoded\n" if words[0] == "decode" else ""
+                    self.assertEqual(tool.end(), (128 + number, b"", counts))
         with Tool("decode", preexec_fn=lambda: resetSignals(signal.SIG_IGN)) as tool:
             for depth in 1, 2:  # ignored from the start, as nohup does
                 tool.stdin.write(completed(b"$SDDPT,%d*hh\n" % depth))
@@ -223,13 +226,15 @@ class Bounds(Test):
     def testGroups(self):
         """Of more than 256 open groups of satellites the one that was silent longest is given up;
         a group holds 256 satellites."""
-        def sentence(talker, number):
-            return completed(b"$%dGSV,2,%d,02,%d,45,90,*hh\n" % (talker, number, number))
-        talkers = range(1000, 1257)
-        data = [sentence(talker, 1) for talker in talkers] + [
-            sentence(talker, 2) for talker in reversed(talkers)]
-        self.assertTrue(run(["decode"], b"".join(data))[2].endswith(
-            "groups: 256 complete, 2 incomplete\n"))
+        def part(number, talkers):
+            return [b"$%dGSV,3,%d,03,%d,45,90,\n" % (talker, number, number) for talker in talkers]
+        first, silent, *others, last = range(1000, 1257)
+        data = [*part(1, [first, silent, *others]), *part(2, [first]), *part(1, [last])]
+        for talker in last, *others, first, silent:
+            data += part(2, [talker]) + part(3, [talker])
+        status, out, err = run(["decode", "--type", "SATELLITES"], b"".join(data))
+        self.assertTrue(err.endswith("groups: 256 complete, 2 incomplete\n"), err)
+        self.assertNotIn(str(silent), [record["talker"] for record in records.read(out)])
         data = [b"$GPGSV,300,%d,300,%d,45,90,\n" % (prn, prn) for prn in range(1, 301)]
         out = run(["decode", "--type", "SATELLITES"], b"".join(data))[1]
         self.assertEqual([len(record["satellites"]) for record in records.read(out)], [256])

@@ -34,6 +34,7 @@ class Words(Test):
         for words, message in (
                 ("decod x", "no such command: decod; did you mean decode?"),
                 ("help tiem", "no such command: tiem; did you mean time?"),
+                ("xxyyzz", "no such command: xxyyzz\n"),
                 ("x\x1B[31m" + "y" * 300, r"no such command: x\x1B[31m" + "y" * 194 + "..."),
                 ("--raw", "no such option: --raw"),
                 ("decode --radian", "decode: no such option: --radian; did you mean --radians?"),
@@ -49,7 +50,7 @@ class Words(Test):
                 ("decode --date 2014-8-1", "decode: --date: no such date: 2014-8-1"),
                 ("decode --date 2014-08-01T", "decode: --date: no such date: 2014-08-01T"),
                 ("decode --date=", "decode: --date"),
-                ("fields GGB", "fields: no such record type: GGB; did you mean GGA?"),
+                ("fields GAG", "fields: no such record type: GAG; did you mean GGA?"),
                 ("encode", "encode: missing format (expected tss1)"),
                 ("encode foo", "encode: no such format: foo (expected tss1)"),
                 ("encode tss1 --raw", "encode: no such option: --raw"),
@@ -105,19 +106,19 @@ class Files(Test):
         first = write(b'a"\\\xFF.log', completed(
             b"\n$GPZDA,120000,14,03,2026,,*hh\n$GPGSV,2,1,02,1,45,90,*hh"))
         write("[a,b]", completed(b"$GPGSV,2,2,02,2,45,90,*hh\n"))
-        write("--raw", completed(b"$GPGLL,,,,,120000,A*hh\n"))
-        status, out, err = run(["decode", "--", first, "no\nsuch", ".", "-", "[a,b]", "--raw"],
+        write("--help", completed(b"$GPGLL,,,,,120000,A*hh\n"))
+        status, out, err = run(["decode", "--", first, "no\nsuch", ".", "-", "[a,b]", "--help"],
                                DEPTH)
         self.assertEqual([(record["source"], record["line"], record["type"], record.get("time"))
                           for record in records.read(out)], [
             (r'a"\\\xFF.log', 2, "ZDA", "2026-03-14T12:00:00Z"),
             (r'a"\\\xFF.log', 3, "GSV", None), ("-", 1, "DPT", None), ("[a,b]", 1, "GSV", None),
-            ("--raw", 1, "GLL", None)])
+            ("--help", 1, "GLL", None)])
         self.assertEqual((status, err.splitlines()), (1, [
             r"kalo: no\x0Asuch: No such file or directory", "kalo: .: Is a directory",
             "kalo: 5 records: 5 decoded; 1 blank line; satellite groups: 2 incomplete; "
             "1 record has a time but no date; give --date YYYY-MM-DD"]))
-        self.assertEqual(run(["decode", "-q", "-t", "DPT", "--", "--raw"]), (0, b"", ""))
+        self.assertEqual(run(["decode", "-q", "-t", "DPT", "--", "--help"]), (0, b"", ""))
 
     def testStandardStreams(self):
         """Messages that cannot be written cost no record; other streams that fail are named."""
