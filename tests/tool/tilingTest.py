@@ -57,16 +57,23 @@ class Tiling(unittest.TestCase):
         self.assertEqual([*records.faults(decoded, data), *lost(decoded)], [])
         return decoded
 
+    def checkFiles(self, folder):
+        files = [path for path in folder.rglob("*") if path.is_file() and path.suffix != ".md"]
+        self.assertTrue(files, folder)
+        for path in files:
+            with self.subTest(path):
+                self.check(path.read_bytes())
+
+
+@unittest.skipUnless(os.environ.get("KALO_RECORDINGS"), "KALO_RECORDINGS names no folder")
+class Recordings(Tiling):
     def testRecordings(self):
-        outside = os.environ.get("KALO_RECORDINGS")
-        for folder in ROOT / "examples/recordings", *([pathlib.Path(outside)] if outside else []):
-            files = [path for path in folder.rglob("*") if path.is_file() and path.suffix != ".md"]
-            self.assertTrue(files, folder)
-            for path in files:
-                with self.subTest(path):
-                    self.check(path.read_bytes())
-        if not outside:
-            print("SKIPPED: recordings of real devices, KALO_RECORDINGS names no folder")
+        self.checkFiles(pathlib.Path(os.environ["KALO_RECORDINGS"]))
+
+
+class Lines(Tiling):
+    def testShippedRecordings(self):
+        self.checkFiles(ROOT / "examples/recordings")
 
     def testRandomLines(self):
         draw = random.Random(20140801)  # the same in each run
