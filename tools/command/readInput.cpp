@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include <fmt/format.h>
+
 #include "tools/input/input.h"
 #include "tools/input/unpack.h"
 #include "tools/terminal/message.h"
@@ -97,7 +99,8 @@ private:
     bool readMembers(const std::string& name, members_t& archive, unsigned layers) {
         bool areRead = true;
         for (std::string member; isGoingOn() && archive.next(member);) {
-            areRead = read(name + ':' + member, archive, false, layers + 1) && areRead;
+            const std::string path = fmt::format("{}:{}", name, member);
+            areRead = read(path, archive, false, layers + 1) && areRead;
         }
         return areRead && isWhole(name, archive);
     }

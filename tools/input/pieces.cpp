@@ -220,9 +220,10 @@ bool cutter_t::isBehindStamp(std::size_t at, const start_t& strong) {
     if (!m_stampEnd) { // looked for once
         stamp_t stamp;
         const std::string_view head = m_text.substr(m_begin, strong.blocks - m_begin);
-        m_stampEnd = findStamp(head, rules(true), stamp)
-                         ? stamp.text.data() - m_text.data() + stamp.text.size()
-                         : m_text.size();
+        m_stampEnd =
+            findStamp(head, rules(true), stamp)
+                ? static_cast<std::size_t>(stamp.text.data() - m_text.data()) + stamp.text.size()
+                : m_text.size();
     }
     const std::size_t end = *m_stampEnd;
     return at == end || at == end + 1 || (at == end + 2 && m_text.substr(end, 2) == ": ");
