@@ -1,5 +1,6 @@
 #include "bench/passes.h"
 
+#include <algorithm>
 #include <cstring>
 #include <memory>
 #include <type_traits>
@@ -108,6 +109,17 @@ unsigned long framingFresh(const sentences_t& sentences) {
     unsigned long sum = 0;
     for (const std::string_view text : sentences) {
         sum += nmeaFormat_t(text.data(), text.size()).fieldCount();
+    }
+    return sum;
+}
+
+unsigned long framingAndCreate(const sentences_t& sentences) {
+    nmeaFormat_t format;
+    unsigned long sum = 0;
+    for (const std::string_view text : sentences) {
+        format.init(text.data(), text.size());
+        const std::unique_ptr<nmeaMsg_t> view(nmeaMsg_t::create(format));
+        sum += view == nullptr ? 1 : static_cast<unsigned long>(view->type());
     }
     return sum;
 }
@@ -223,9 +235,38 @@ unsigned long referencePass(const sentences_t& sentences) {
     return sum;
 }
 
+sentences_t numberTexts(const sentences_t& sentences) {
+    sentences_t texts;
+    for (const std::string_view sentence : sentences) {
+        for (std::size_t begin = 0; begin < sentence.size();) {
+            const std::size_t end =
+                std::min(sentence.find_first_of(",*\r", begin), sentence.size());
+            const std::string_view text = sentence.substr(begin, end - begin);
+            double value = 0;
+            if (decode(std::string(text), value)) {
+                texts.push_back(text);
+            }
+            begin = end + 1;
+        }
+    }
+    return texts;
+}
+
+unsigned long numbersFromText(const sentences_t& texts) {
+    unsigned long sum = 0;
+    std::string copy; // keeps its memory
+    for (const std::string_view text : texts) {
+        double value = 0;
+        copy.assign(text);
+        sum += decode(copy, value) ? 1 : 0;
+    }
+    return sum;
+}
+
 std::vector<pass_t> mixedPasses() {
     return {{"all", "framing, object re-used", framingReused},
             {"all", "framing, fresh object", framingFresh},
+            {"all", "framing and create", framingAndCreate},
             {"all", "every value, view on the stack", valuesOnStack},
             {"all", "every value, through create", valuesByCreate}};
 }

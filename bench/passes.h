@@ -18,6 +18,12 @@ struct pass_t {
 /// The yardstick: every line end and comma by memchr, the exclusive-or byte by byte, nothing else.
 unsigned long referencePass(const sentences_t& sentences);
 
+/// The fields of sentences that hold a number.
+sentences_t numberTexts(const sentences_t& sentences);
+
+/// Converts each of such texts.
+unsigned long numbersFromText(const sentences_t& texts);
+
 /// The passes over the sentences of all types.
 std::vector<pass_t> mixedPasses();
 
