@@ -1,6 +1,6 @@
 // Measures the library on the lines of a recording, and a reference pass over the same lines.
 // usage: kalo-bench RECORDING [Google Benchmark's options]
-//        kalo-bench RECORDING --once PASS   runs one pass once, for a tool that counts instructions
+//        kalo-bench RECORDING --run PASS COUNT   only runs a pass, for tools that watch the program
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
@@ -127,10 +127,13 @@ int main(int argc, char** argv) {
         }
     }
 
-    if (argc == 4 && std::strcmp(argv[2], "--once") == 0) {
+    if (argc == 5 && std::strcmp(argv[2], "--run") == 0) {
         const auto isWanted = [&](const named_t& pass) { return pass.name == argv[3]; };
         const auto pass = std::find_if(passes.begin(), passes.end(), isWanted);
-        return pass != passes.end() && pass->run(pass->sentences) > 0 ? 0 : 1;
+        for (int i = std::atoi(argv[4]); pass != passes.end() && i > 0; --i) {
+            benchmark::DoNotOptimize(pass->run(pass->sentences));
+        }
+        return pass != passes.end() ? 0 : 1;
     }
     std::for_each(passes.begin(), passes.end(), registerPass);
     benchmark::Initialize(&argc, argv);

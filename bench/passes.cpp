@@ -213,12 +213,12 @@ unsigned long tableValues(const sentences_t& records) {
 
 } // namespace
 
-unsigned long referencePass(const sentences_t& sentences) {
+unsigned long referencePass(const sentences_t& lines) {
     unsigned long sum = 0;
-    if (sentences.empty()) {
+    if (lines.empty()) {
         return sum;
     }
-    for (const std::string_view text : sentences) {
+    for (const std::string_view text : lines) {
         const void* lineEnd = std::memchr(text.data(), '\n', text.size());
         const auto* const end = static_cast<const char*>(lineEnd);
         for (const char* at = text.data(); at != nullptr && at < end; ++sum) {
@@ -235,9 +235,9 @@ unsigned long referencePass(const sentences_t& sentences) {
     return sum;
 }
 
-sentences_t numberTexts(const sentences_t& sentences) {
+sentences_t numberTexts(const sentences_t& lines) {
     sentences_t texts;
-    for (const std::string_view sentence : sentences) {
+    for (const std::string_view sentence : lines) {
         for (std::size_t begin = 0; begin < sentence.size();) {
             const std::size_t end =
                 std::min(sentence.find_first_of(",*\r", begin), sentence.size());

@@ -16,10 +16,10 @@ struct pass_t {
 };
 
 /// The yardstick: every line end and comma by memchr, the exclusive-or byte by byte, nothing else.
-unsigned long referencePass(const sentences_t& sentences);
+unsigned long referencePass(const sentences_t& lines);
 
 /// The fields of sentences that hold a number.
-sentences_t numberTexts(const sentences_t& sentences);
+sentences_t numberTexts(const sentences_t& lines);
 
 /// Converts each of such texts.
 unsigned long numbersFromText(const sentences_t& texts);

@@ -61,10 +61,11 @@ VARIANTS = {
 }
 
 
-def makeLogs(size):
-    """Writes the logs, and returns path and number of lines by name. The same size gives the same
-    bytes."""
-    FOLDER.mkdir(parents=True, exist_ok=True)
+def makeLogs(size, names=None):
+    """Writes logs, all or those named; returns path and number of lines by name. The same size
+    gives the same bytes."""
+    folder = FOLDER / str(size)
+    folder.mkdir(parents=True, exist_ok=True)
     texts = {}
     for name, options in (("mix", "--mix"), ("voyage", "--clean"), ("damaged voyage", "")):
         command = [BUILD / "examples/kalo-voyage", "--bytes", str(size), *options.split()]
@@ -74,10 +75,10 @@ def makeLogs(size):
                 if (changed := change(line)) is not None]
         texts[name] = b"".join(some) * (1 if base == "mix" else max(1, 100000 // len(some)))
     logs = {}
-    for name, text in texts.items():
-        path = FOLDER / (name.replace(" ", "-") + ".log")
-        path.write_bytes(text)
-        logs[name] = path, text.count(b"\n")
+    for name in names or texts:
+        path = folder / (name.replace(" ", "-") + ".log")
+        path.write_bytes(texts[name])
+        logs[name] = path, texts[name].count(b"\n")
     return logs
 
 
