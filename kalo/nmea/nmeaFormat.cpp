@@ -302,7 +302,7 @@ unsigned nmeaFormat_t::splitFields(const char* body, const char* end, const char
     nmeaField_t* last = next + fields.size();
     const shortTexts_t texts(body, readable);
     const char* start = body;
-    const auto endField = [&](const char* to) {
+    const auto endField = [&](const char* to) KALO_ALWAYS_INLINE {
         if (next == last) {
             m_state->addField();
             last = fields.data() + fields.size();
