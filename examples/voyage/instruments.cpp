@@ -473,8 +473,10 @@ void psimLbp(log_t& log, const vessel_t& v, number_t turn) {
 void vhw(log_t& log, const vessel_t& v, number_t /*turn*/) {
     const number_t throughWater = v.speed - 310;
     log.record({"$VWVHW",
-                {number(v.heading / 10, 1), "T", number(magnetic(v.heading) / 10, 1), "M",
-                 in(knots, throughWater), "N", in(kilometresPerHour, throughWater), "K"}},
+                {number(v.heading / 10, 1).as("heading"), "T",
+                 number(magnetic(v.heading) / 10, 1).as("magneticHeading"), "M",
+                 in(knots, throughWater).as("speedThroughWater", 1e-3), "N",
+                 in(kilometresPerHour, throughWater), "K"}},
                checksum_t::none);
 }
 
@@ -489,11 +491,16 @@ void vdm(log_t& log, const vessel_t& /*vessel*/, number_t turn) {
     // A tanker at anchor and a guard vessel
     static constexpr const char* payloads[] = {"13M@=rQ000wwmS@LgS@007?60000",
                                                "13M@=r@01LwwwP8LfnLK8a3B0000"};
-    log.record({"!AIVDM", {"1", "1", "", turn % 2 == 0 ? "A" : "B", payloads[turn % 2], "0"}});
+    log.record({"!AIVDM",
+                {number(1).as("fragmentCount"), number(1).as("fragmentNumber"), "",
+                 field_t(turn % 2 == 0 ? "A" : "B").as("channel"),
+                 field_t(payloads[turn % 2]).as("payload"), number(0).as("fillBits")}});
 }
 
 void txt(log_t& log, const vessel_t& /*vessel*/, number_t /*turn*/) {
-    log.record({"$GNTXT", {"01", "01", "02", "ANTSTATUS=OK"}});
+    log.record({"$GNTXT",
+                {number(1, 0, 2).as("messageCount"), number(1, 0, 2).as("messageNumber"),
+                 number(2, 0, 2).as("textId"), field_t("ANTSTATUS=OK").as("text")}});
 }
 
 void winch(log_t& log, const vessel_t& v, number_t turn) {

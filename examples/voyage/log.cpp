@@ -224,7 +224,11 @@ void log_t::beginEpoch(number_t clock) {
 }
 
 void log_t::record(const record_t& record, checksum_t checksum) {
-    line(closed(record.text(), checksum), m_keepsValues ? record.values() : "");
+    std::string values = m_keepsValues ? record.values() : "";
+    if (checksum == checksum_t::none && record.text()[0] == '$' && !values.empty()) {
+        values += ",\"checksum\":false";
+    }
+    line(closed(record.text(), checksum), values);
 }
 
 void log_t::line(std::string text, const std::string& values) {

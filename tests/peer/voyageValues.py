@@ -22,7 +22,7 @@ CLEAN = "--clean", "--mix"  # without damage: the generator must know each recor
 PLACE = {"source", "line", "offset"}
 # Types that the generator need not know, and why.
 UNKNOWN = {None: "an unknown sentence",
-           "ALM": "no view: its fields are printed as sent", "VDM": "the same",
+           "ALM": "hexadecimal digits, printed as sent",
            "SATELLITES": "no offset; put together from GSV, whose satellites are compared",
            "TABLE": "header lines are TABLE only behind an undamaged first line"}
 

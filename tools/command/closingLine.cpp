@@ -44,7 +44,7 @@ void counts_t::add(const record_t& record) {
     }
     if (record.fault != fault_t::none) {
         ++m_malformed[static_cast<std::size_t>(record.fault)];
-    } else if (record.type != noType && recordTypes[record.type].rowCount > 0) {
+    } else if (hasNamedValues(record)) {
         ++m_decoded;
     } else {
         ++m_untyped;

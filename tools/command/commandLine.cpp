@@ -15,9 +15,9 @@
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
 #include "tools/command/timeCommand.h"
+#include "tools/command/typeNames.h"
 #include "tools/input/input.h"
 #include "tools/input/stamp.h"
-#include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
 #include "tools/time/calendarDate.h"
@@ -25,18 +25,6 @@
 namespace {
 
 using texts_t = std::vector<std::string>;
-
-typeIndex_t typeOfArgument(const std::string& name) {
-    const typeIndex_t type = typeOfName(name);
-    if (type == noType) {
-        std::vector<std::string_view> names;
-        for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
-            names.push_back(recordTypes[i].name);
-        }
-        throw usageError_t("no such record type: " + printable(name) + suggestion(name, names));
-    }
-    return type;
-}
 
 kalo::date_t dateOfArgument(const std::string& text) {
     kalo::date_t date;
@@ -120,8 +108,8 @@ command_t decodeVerb() {
          "standard input if no FILE is given or for -. A summary line with counts goes to\n"
          "standard error at the end.",
          {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
-           [&](const std::string& text) { choice.types.push_back(typeOfArgument(text)); },
-           times_t::list},
+           [&](const std::string& text) { choice.types.push_back(text); }, times_t::list},
+          sentencesOption(*options->read.dictionary),
           {"--talker", "A,B", "Print only sentences of these talkers, such as GP",
            [&](const std::string& text) { choice.talkers.push_back(inCapitals(text)); },
            times_t::list},
@@ -167,6 +155,9 @@ command_t decodeVerb() {
             if (options->choice.onlyValid && options->choice.onlyMalformed) {
                 throw usageError_t("--only-valid and --only-malformed cannot be combined");
             }
+            for (std::string& type : options->choice.types) { // of --sentences behind it, too
+                type = typeNameOfArgument(type, *options->read.dictionary, "--type: ");
+            }
             for (const std::string& file : operands) {
                 if (options->read.stampsReads && isRegularFile(file)) {
                     throw usageError_t("--receive-time: " + printable(file) +
@@ -180,17 +171,23 @@ command_t decodeVerb() {
 }
 
 command_t fieldsVerb() {
+    const auto options = std::make_shared<fieldsOptions_t>();
     return {{"fields",
              "[TYPE...]",
              "List the values of each record type, with units and meanings",
              "Lists the values of the record types, or only of the TYPEs: the name of each value,\n"
              "its unit, the fields of the record that it reads, and its meaning.",
-             {}},
-            [](const texts_t& operands) {
-                std::vector<typeIndex_t> types;
-                std::transform(operands.begin(), operands.end(), std::back_inserter(types),
-                               typeOfArgument);
-                return fieldsCommand(types);
+             {sentencesOption(options->dictionary),
+              flag("--toml", options->asToml,
+                   "Print the descriptions of the TYPEs, to begin a file for --sentences with")}},
+            [options](const texts_t& operands) {
+                for (const std::string& name : operands) {
+                    options->types.push_back(typeNameOfArgument(name, options->dictionary));
+                }
+                if (options->asToml && options->types.empty()) {
+                    throw usageError_t("--toml: missing type");
+                }
+                return fieldsCommand(*options);
             }};
 }
 

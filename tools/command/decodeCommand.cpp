@@ -7,6 +7,7 @@
 #include "tools/command/closingLine.h"
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
+#include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 
 namespace {
@@ -42,7 +43,8 @@ private:
     bool isChosen(const record_t& record) const {
         const bool isMalformed = record.fault != fault_t::none;
         return !(m_choice.onlyValid && isMalformed) && !(m_choice.onlyMalformed && !isMalformed) &&
-               chooses(m_choice.types, record.type) && chooses(m_choice.talkers, record.talker) &&
+               chooses(m_choice.types, typeNameOf(record)) &&
+               chooses(m_choice.talkers, record.talker) &&
                chooses(m_choice.prefixes, record.prefix) && isInTime(record);
     }
 

@@ -10,7 +10,7 @@
 
 /// Which records are printed; an empty list chooses all.
 struct recordChoice_t {
-    std::vector<typeIndex_t> types;
+    std::vector<std::string> types;   ///< names as they are printed
     std::vector<std::string> talkers; ///< in capital letters
     std::vector<std::string> prefixes;
     bool onlyValid = false;

@@ -1,32 +1,77 @@
 #include "tools/command/fieldsCommand.h"
 
-#include <numeric>
-
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "tools/command/arguments.h"
 #include "tools/command/readInput.h"
+#include "tools/record/dictionaryRows.h"
 #include "tools/record/registry.h"
 
-int fieldsCommand(std::vector<typeIndex_t> types) {
-    output_t output(STDOUT_FILENO);
-    const auto print = [&](std::string_view type, std::string_view name, std::string_view unit,
-                           std::string_view fields, std::string_view meaning) {
-        output.buffer().append(
-            fmt::format("{:10} {:24} {:8} {:9} {}\n", type, name, unit, fields, meaning));
-    };
-    if (types.empty()) {
-        types.resize(recordTypeCount);
-        std::iota(types.begin(), types.end(), typeIndex_t{0});
+namespace {
+
+class listing_t {
+public:
+    explicit listing_t(buffer_t& out) : m_out(out) {
+        print("type", "name", "unit", "fields", "meaning");
     }
-    print("type", "name", "unit", "fields", "meaning");
-    for (const typeIndex_t index : types) {
-        const recordType_t& type = recordTypes[index];
+
+    void add(const recordType_t& type) {
         if (type.rowCount == 0) {
             print(type.name, "address, fields", "", "", fmt::format("{}, as sent", type.meaning));
         }
         for (const recordType_t::row_t& row : type) {
             print(type.name, row.name, row.unit.name, placeOf(row), row.meaning);
+        }
+    }
+
+    void add(const dictionarySentence_t& sentence) {
+        for (const dictionaryRow_t& row : sentence.rows) {
+            print(sentence.name, row.name, row.unit, placeOf(fieldSetOf(row)), row.meaning);
+            for (const dictionaryRow_t& member : row.members) {
+                print(sentence.name, fmt::format("{}.{}", row.name, member.name), member.unit,
+                      placeOf(fieldSetOf(member) << (row.fields[0] - 1)), member.meaning);
+            }
+        }
+    }
+
+private:
+    void print(std::string_view type, std::string_view name, std::string_view unit,
+               std::string_view fields, std::string_view meaning) {
+        m_out.append(fmt::format("{:10} {:24} {:8} {:9} {}\n", type, name, unit, fields, meaning));
+    }
+
+    buffer_t& m_out;
+};
+
+} // namespace
+
+int fieldsCommand(fieldsOptions_t& options) {
+    const dictionary_t& dictionary = options.dictionary.get();
+    output_t output(STDOUT_FILENO);
+    if (options.asToml) {
+        for (const std::string& name : options.types) {
+            const dictionarySentence_t* const sentence = dictionary.named(name);
+            if (sentence == nullptr) {
+                throw usageError_t("--toml: kalo decodes " + name + " without a description");
+            }
+            output.buffer().append(sentence->toml);
+        }
+        return finish(output, 0);
+    }
+    listing_t listing(output.buffer());
+    for (const std::string& name : options.types) {
+        const dictionarySentence_t* const sentence = dictionary.named(name);
+        sentence != nullptr ? listing.add(*sentence) : listing.add(recordTypes[typeOfName(name)]);
+    }
+    if (options.types.empty()) {
+        for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
+            if (dictionary.named(recordTypes[i].name) == nullptr) {
+                listing.add(recordTypes[i]);
+            }
+        }
+        for (const dictionarySentence_t& sentence : dictionary.sentences()) {
+            listing.add(sentence);
         }
     }
     return finish(output, 0);

@@ -1,9 +1,16 @@
 // `kalo fields`: the record table for people.
 #pragma once
 
+#include <string>
 #include <vector>
 
-#include "tools/record/record.h"
+#include "tools/record/dictionaryFile.h"
 
-/// Lists the values of these types, or of all if there are none. Returns the exit status.
-int fieldsCommand(std::vector<typeIndex_t> types);
+struct fieldsOptions_t {
+    std::vector<std::string> types; ///< names as they are printed; none: all
+    dictionaryHolder_t dictionary;
+    bool asToml = false; ///< the descriptions themselves
+};
+
+/// Lists the values of the types. Returns the exit status.
+int fieldsCommand(fieldsOptions_t& options);

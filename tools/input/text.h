@@ -10,6 +10,10 @@ inline bool isCapital(char c) { return c >= 'A' && c <= 'Z'; }
 
 inline bool isLetter(char c) { return isCapital(static_cast<char>(c & ~0x20)); }
 
+inline char toCapital(char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+}
+
 inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
 /// A set of characters that is looked up, not searched.

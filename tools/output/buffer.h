@@ -31,6 +31,8 @@ public:
             m_size += text.size();
         }
     }
+    /// Another character in the place of one that was written.
+    void replace(std::size_t at, char c) { m_data[at] = c; }
     void append(char c) {
         *room(1) = c;
         ++m_size;

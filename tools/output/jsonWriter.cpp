@@ -4,6 +4,7 @@
 
 #include "tools/output/jsonString.h"
 #include "tools/output/numberText.h"
+#include "tools/record/dictionaryRows.h"
 #include "tools/record/registry.h"
 
 namespace {
@@ -52,6 +53,12 @@ char* put(char* at, std::uint64_t value) { return writeInteger(at, value); }
 char* put(char* at, unsigned value) { return writeInteger(at, std::uint64_t{value}); }
 char* put(char* at, unsigned short value) { return writeInteger(at, std::uint64_t{value}); }
 char* put(char* at, int value) { return writeInteger(at, value); }
+char* put(char* at, std::int64_t value) {
+    *at = '-';
+    return writeInteger(at + (value < 0 ? 1 : 0),
+                        value < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(value)
+                                  : static_cast<std::uint64_t>(value));
+}
 char* put(char* at, float value) { return writeShortest(at, value); }
 char* put(char* at, double value) { return writeShortest(at, value); }
 
@@ -135,6 +142,43 @@ public:
     template <typename Column>
     void none(Column /*column*/) {}
 
+    template <typename T>
+    void value(dictionaryColumn_t column, const T& value) {
+        m_out.append(column.row.key);
+        if constexpr (std::is_same_v<T, kalo::date_t>) {
+            char* const at = m_out.room(longestPlain);
+            *at = '"';
+            char* const end = put(at + 1, value);
+            *end = '"';
+            m_out.setEnd(end + 1);
+        } else if constexpr (std::is_same_v<T, double>) {
+            char* const at = m_out.room(longestPlain);
+            m_out.setEnd(column.row.isAngle() ? putAngle(at, value, m_radians) : put(at, value));
+        } else if constexpr (std::is_same_v<T, std::int64_t>) {
+            m_out.setEnd(put(m_out.room(longestPlain), value));
+        } else {
+            write(value);
+        }
+    }
+
+    bool value(dictionaryColumn_t column, const memberGroup_t& group) {
+        bool lost = false;
+        m_out.append(column.row.key);
+        for (unsigned i = 0; i < group.count(); ++i) {
+            m_out.append(i == 0 ? '[' : ',');
+            const std::size_t begin = m_out.size();
+            lost = group.read(i, *this) || lost;
+            if (m_out.size() == begin) {
+                m_out.append('{');
+            } else {
+                m_out.replace(begin, '{'); // the comma in front of the first key
+            }
+            m_out.append('}');
+        }
+        m_out.append(']');
+        return lost;
+    }
+
 private:
     void write(char value) { writeJsonString(m_out, {&value, 1}); }
     void write(std::string_view value) { writeJsonString(m_out, value); }
@@ -143,6 +187,16 @@ private:
         m_out.append('"');
         writeTime(m_out, value);
         m_out.append('"');
+    }
+
+    void write(const fieldTexts_t& texts) {
+        char separator = '[';
+        for (unsigned i = texts.first; i < texts.sentence.fieldCount(); ++i) {
+            m_out.append(separator);
+            writeJsonString(m_out, texts.sentence.field(i)->toString());
+            separator = ',';
+        }
+        m_out.append(']');
     }
 
     void write(const std::vector<unsigned>& values) {
@@ -239,10 +293,14 @@ void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
         isLost = readValues<decltype(kind)>(source, sink) || isLost;
     });
     if (const auto* sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content)) {
+        if (record.entry != nullptr) {
+            valueSink_t sink(m_out, m_options.radians);
+            isLost = readValues(*record.entry, **sentence, record.clue, sink) || isLost;
+        }
         if (!record.hasChecksum) {
             m_out.append(",\"checksum\":false");
         }
-        if (!hasView) {
+        if (!hasView && record.entry == nullptr) {
             writeFields(**sentence);
         }
     }
@@ -278,8 +336,14 @@ void jsonWriter_t::writeBegin(const record_t& record) {
     if (!record.prefix.empty()) {
         writeText(m_out, ",\"prefix\":", record.prefix);
     }
-    m_out.append(record.type == noType ? std::string_view(",\"type\":null")
-                                       : typeMembers[record.type]);
+    if (record.entry != nullptr) {
+        m_out.append(",\"type\":\"");
+        m_out.append(record.entry->name);
+        m_out.append('"');
+    } else {
+        m_out.append(record.type == noType ? std::string_view(",\"type\":null")
+                                           : typeMembers[record.type]);
+    }
     if (!record.talker.empty()) {
         writeText(m_out, ",\"talker\":", record.talker);
     }

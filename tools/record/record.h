@@ -13,6 +13,7 @@
 #include "kalo/sensors/tss1Msg.h"
 #include "tools/input/pieces.h"
 #include "tools/record/clue.h"
+#include "tools/record/dictionary.h"
 #include "tools/record/satelliteGroups.h"
 #include "tools/time/dating.h"
 
@@ -39,7 +40,8 @@ struct record_t {
     std::string_view text;     ///< the record without all that, of a sentence up to its checksum
     std::string_view suffix;   ///< what stands behind a sentence
     std::string_view talker;
-    typeIndex_t type = noType; ///< of a sentence also when it has no view
+    typeIndex_t type = noType;                   ///< of a sentence also when it has no view
+    const dictionarySentence_t* entry = nullptr; ///< what describes a sentence without a view
     content_t content;
     fault_t fault = fault_t::none; ///< a tracking record keeps its content with a wrong checksum
     bool hasChecksum = false;      ///< of a sentence

@@ -28,20 +28,12 @@ constexpr bool hasOwnDate = std::apply(
     },
     Record::rows);
 
-unsigned digitAt(const std::string& text, std::size_t at) {
-    return static_cast<unsigned>(text[at] - '0');
-}
-
 void readTime(const kalo::nmeaMsg_t& view, unsigned field, timeClue_t& clue) {
-    constexpr std::size_t secondsAt = 4;
-    constexpr std::size_t fractionAt = 7;
     const kalo::nmeaField_t* text = view.field(field);
     clue.hasTime =
         text != nullptr && isTimeOfDay(text->toString()) && view.decodeTimeOfDay(clue.time.time);
     if (clue.hasTime) {
-        const std::string& digits = text->toString();
-        clue.time.second = digitAt(digits, secondsAt) * 10 + digitAt(digits, secondsAt + 1);
-        clue.time.fraction = std::string_view(digits).substr(std::min(fractionAt, digits.size()));
+        setDigits(text->toString(), clue.time);
     }
 }
 

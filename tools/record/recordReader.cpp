@@ -5,6 +5,7 @@
 #include "tools/input/kinds.h"
 #include "tools/input/tagBlock.h"
 #include "tools/input/text.h"
+#include "tools/record/dictionaryRows.h"
 #include "tools/record/recordClue.h"
 #include "tools/record/registry.h"
 
@@ -82,6 +83,7 @@ bool recordReader_t::nextGroup(record_t& record) {
     record.text = {};
     record.suffix = {};
     record.type = typeOf<satellitesRecord_t>;
+    record.entry = nullptr;
     record.content = &m_groups.group();
     record.hasChecksum = true;
     record.clue.satellites = {};
@@ -210,6 +212,7 @@ void recordReader_t::reset(record_t& record, const line_t& line, std::string_vie
     record.raw = raw;
     record.talker = {};
     record.type = noType;
+    record.entry = nullptr;
     record.content = nothing_t();
     record.hasChecksum = false;
     record.hasMore = false;
@@ -279,9 +282,14 @@ void recordReader_t::readSentence(record_t& record) {
     record.content = &m_sentence;
     record.type = typeOfSentence(m_sentence.type());
     record.talker = talkerOf(m_sentence.field(0)->toString());
-    if (record.type != noType) {
+    if (record.type != noType && recordTypes[record.type].rowCount > 0) {
         readSentenceClue(m_sentence, record.type, m_satellites, record.clue);
         offerSatellites(record);
+        return;
+    }
+    record.entry = m_options.dictionary->get().find(m_sentence);
+    if (record.entry != nullptr) {
+        readDictionaryClue(m_sentence, *record.entry, record.clue);
     }
 }
 

@@ -3,12 +3,14 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
 
 #include "tools/input/lineSplitter.h"
 #include "tools/input/pieces.h"
+#include "tools/record/dictionaryFile.h"
 #include "tools/record/record.h"
 
 struct readOptions_t {
@@ -16,6 +18,7 @@ struct readOptions_t {
     dateOrder_t dateOrder = dateOrder_t::unknown; ///< of dates such as 03/04/2026 in stamps
     datingOptions_t dating;
     bool stampsReads = false; ///< the clock of the host stamps what is read
+    std::shared_ptr<dictionaryHolder_t> dictionary = std::make_shared<dictionaryHolder_t>();
 };
 
 /// How to use it: `feed` what there is, take records until `next` gives false, feed more; at the

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "tools/input/text.h"
+
 namespace {
 
 template <typename Record, std::size_t... index>
@@ -21,8 +23,6 @@ constexpr auto types = arrayOfRecords([](auto record) {
     return recordType_t{record_t::name, record_t::meaning, listedRows<record_t>.data(),
                         listedRows<record_t>.size()};
 });
-
-char upper(char c) { return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c; }
 
 } // namespace
 
@@ -44,16 +44,28 @@ typeIndex_t typeOfTableLine(kalo::ntripRecordType_t line) {
 typeIndex_t typeOfName(std::string_view name) {
     const auto found = std::find_if(types.begin(), types.end(), [&](const recordType_t& type) {
         return std::equal(name.begin(), name.end(), type.name.begin(), type.name.end(),
-                          [](char given, char own) { return upper(given) == own; });
+                          [](char given, char own) { return toCapital(given) == own; });
     });
     return found == types.end() ? noType : static_cast<typeIndex_t>(found - types.begin());
 }
 
+std::string_view typeNameOf(const record_t& record) {
+    return record.entry != nullptr ? std::string_view(record.entry->name)
+           : record.type != noType ? recordTypes[record.type].name
+                                   : std::string_view();
+}
+
+bool hasNamedValues(const record_t& record) {
+    return record.entry != nullptr ||
+           (record.type != noType && recordTypes[record.type].rowCount > 0);
+}
+
 std::string placeOf(const recordType_t::row_t& row) {
-    if (row.place != nullptr) {
-        return row.place;
-    }
-    const auto isIn = [&](unsigned i) { return i < fieldBits && (row.fields >> i & 1) != 0; };
+    return row.place != nullptr ? row.place : placeOf(row.fields);
+}
+
+std::string placeOf(fieldSet_t fields) {
+    const auto isIn = [&](unsigned i) { return i < fieldBits && (fields >> i & 1) != 0; };
     std::string list;
     for (unsigned i = 0; i < fieldBits; ++i) {
         if (!isIn(i)) {

@@ -98,6 +98,13 @@ typeIndex_t typeOfName(std::string_view name);
 
 /// Where a value stands, for people: "2,3" or "4-8".
 std::string placeOf(const recordType_t::row_t& row);
+std::string placeOf(fieldSet_t fields);
+
+/// The name of a record's type; empty without one.
+std::string_view typeNameOf(const record_t& record);
+
+/// Whether a record has values of its own.
+bool hasNamedValues(const record_t& record);
 
 template <typename Record, typename Visitor>
 void visitAs(const record_t& record, scratch_t& scratch, Visitor& visitor) {

@@ -12,6 +12,15 @@ struct sentTime_t {
     std::string_view fraction; ///< the digits behind it; they live as long as the record
 };
 
+/// Sets the digits of the seconds from a text that is hhmmss and perhaps a point and digits.
+inline void setDigits(std::string_view text, sentTime_t& out) {
+    constexpr std::size_t secondsAt = 4;
+    constexpr std::size_t fractionAt = 7;
+    out.second = static_cast<unsigned>(text[secondsAt] - '0') * 10 +
+                 static_cast<unsigned>(text[secondsAt + 1] - '0');
+    out.fraction = text.size() > fractionAt ? text.substr(fractionAt) : std::string_view();
+}
+
 /// What one record and its line tell about time.
 struct timeClue_t {
     bool hasTime = false;

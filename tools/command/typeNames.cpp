@@ -1,0 +1,54 @@
+#include "tools/command/typeNames.h"
+
+#include "tools/command/nearest.h"
+#include "tools/input/input.h"
+#include "tools/record/registry.h"
+#include "tools/terminal/message.h"
+
+namespace {
+
+std::string contentOf(const std::string& file) {
+    input_t input(file);
+    std::string content;
+    for (std::string_view block = input.read(); !block.empty(); block = input.read()) {
+        content.append(block);
+    }
+    if (!input.fault().empty()) {
+        throw usageError_t(printable(file) + ": " + input.fault());
+    }
+    return content;
+}
+
+} // namespace
+
+option_t sentencesOption(dictionaryHolder_t& dictionary) {
+    const auto take = [&dictionary](const std::string& file) {
+        try {
+            dictionary.add(contentOf(file), file);
+        } catch (const dictionaryError_t& error) {
+            throw usageError_t(printable(error.what()));
+        }
+    };
+    return {"--sentences", "FILE", "Decode also the sentences that this TOML file describes", take,
+            times_t::again};
+}
+
+std::string typeNameOfArgument(const std::string& name, dictionaryHolder_t& dictionary,
+                               const char* where) {
+    const typeIndex_t type = typeOfName(name);
+    if (type != noType) {
+        return std::string(recordTypes[type].name);
+    }
+    if (const dictionarySentence_t* const entry = dictionary.get().named(name)) {
+        return entry->name;
+    }
+    std::vector<std::string_view> names;
+    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
+        names.push_back(recordTypes[i].name);
+    }
+    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
+        names.push_back(entry.name);
+    }
+    throw usageError_t(where +
+                       ("no such record type: " + printable(name) + suggestion(name, names)));
+}
