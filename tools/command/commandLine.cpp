@@ -8,12 +8,15 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "kalo/util/stringUtil.h"
 #include "tools/command/arguments.h"
+#include "tools/command/checkCommand.h"
 #include "tools/command/decodeCommand.h"
 #include "tools/command/encodeCommand.h"
 #include "tools/command/fieldsCommand.h"
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
+#include "tools/command/summaryCommand.h"
 #include "tools/command/timeCommand.h"
 #include "tools/command/typeNames.h"
 #include "tools/input/input.h"
@@ -60,6 +63,30 @@ kalo::gps2utc_t leapOfArgument(const std::string& text) {
     return leap;
 }
 
+double positiveOfArgument(const std::string& text) {
+    double number = 0;
+    if (!kalo::decode(text, number) || !(number > 0) || !std::isfinite(number)) {
+        throw usageError_t("not a number above 0: " + printable(text));
+    }
+    return number;
+}
+
+place_t placeOfArgument(const std::string& text) {
+    constexpr double radiansPerDegree = 3.141592653589793 / 180;
+    constexpr double mostLatitude = 90;
+    constexpr double mostLongitude = 180;
+    const std::size_t comma = std::min(text.find(','), text.size());
+    double latitude = 0;
+    double longitude = 0;
+    if (comma == text.size() || !kalo::decode(text.substr(0, comma), latitude) ||
+        !kalo::decode(text.substr(comma + 1), longitude) ||
+        !(std::fabs(latitude) <= mostLatitude) || !(std::fabs(longitude) <= mostLongitude)) {
+        throw usageError_t("no such place: " + printable(text) +
+                           " (expected degrees: LATITUDE,LONGITUDE)");
+    }
+    return {latitude * radiansPerDegree, longitude * radiansPerDegree};
+}
+
 kind_t kindOfArgument(const std::string& text) {
     constexpr struct {
         std::string_view name;
@@ -96,61 +123,70 @@ struct command_t {
     bool readsInput = false; ///< without operands: standard input
 };
 
+// How inputs are read, the same for every verb that reads records.
+std::vector<option_t> readingOptions(readOptions_t& read) {
+    splitOptions_t& split = read.split;
+    return {flag("--require-checksum", split.requireChecksum,
+                 "Report a sentence without a checksum as malformed"),
+            flag("--strict", split.strict,
+                 "Accept only lines that end in CR LF, with nothing in front of the record"),
+            {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
+             [&split](const std::string& text) { split.only = kindOfArgument(text); }},
+            sentencesOption(*read.dictionary),
+            {"--date", "YYYY-MM-DD|today",
+             "The day on which each input begins, to date times of day",
+             [&read](const std::string& text) {
+                 if (text == "today") {
+                     read.dating.begin = static_cast<double>(std::time(nullptr));
+                 } else {
+                     read.dating.date = dateOfArgument(text);
+                 }
+             }},
+            {"--not-before", "YYYY-MM-DD",
+             "Move dates before this day on by 1024 weeks, or a multiple of it: for receivers past "
+             "their week rollover",
+             [&read](const std::string& text) { read.dating.notBefore = dateOfArgument(text); }},
+            {"--date-order", "dmy|mdy", "Order of day and month in stamps such as 03/04/2026",
+             [&read](const std::string& text) { read.dateOrder = orderOfArgument(text); }}};
+}
+
+std::vector<option_t> joined(std::vector<option_t> first, const std::vector<option_t>& second) {
+    first.insert(first.end(), second.begin(), second.end());
+    return first;
+}
+
 command_t decodeVerb() {
     const auto options = std::make_shared<decodeOptions_t>();
     recordChoice_t& choice = options->choice;
-    splitOptions_t& split = options->read.split;
     return {
-        {"decode",
-         "[FILE...]",
-         "Print the records of recordings or live input as JSON lines",
+        {"decode", "[FILE...]", "Print the records of recordings or live input as JSON lines",
          "Prints each record as one JSON object on a line. Reads the FILEs one after another, or\n"
          "standard input if no FILE is given or for -. A summary line with counts goes to\n"
          "standard error at the end.",
-         {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
-           [&](const std::string& text) { choice.types.push_back(text); }, times_t::list},
-          sentencesOption(*options->read.dictionary),
-          {"--talker", "A,B", "Print only sentences of these talkers, such as GP",
-           [&](const std::string& text) { choice.talkers.push_back(inCapitals(text)); },
-           times_t::list},
-          {"--prefix", "TEXT", "Print only records with this prefix; may be given again",
-           [&](const std::string& text) { choice.prefixes.push_back(text); }, times_t::again},
-          flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
-          flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
-          flag("--require-checksum", split.requireChecksum,
-               "Report a sentence without a checksum as malformed"),
-          flag("--strict", split.strict,
-               "Accept only lines that end in CR LF, with nothing in front of the record"),
-          {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
-           [&](const std::string& text) { split.only = kindOfArgument(text); }},
-          {"--since", "TIME",
-           "Print only records from this instant (2014-08-01T12:00:00Z) or day on",
-           [&](const std::string& text) { choice.since = boundOfArgument(text, false); }},
-          {"--until", "TIME", "Print only records up to this instant, or to the end of this day",
-           [&](const std::string& text) { choice.until = boundOfArgument(text, true); }},
-          {"--date", "YYYY-MM-DD|today", "The day on which each input begins, to date times of day",
-           [options](const std::string& text) {
-               if (text == "today") {
-                   options->read.dating.begin = static_cast<double>(std::time(nullptr));
-               } else {
-                   options->read.dating.date = dateOfArgument(text);
-               }
-           }},
-          {"--not-before", "YYYY-MM-DD",
-           "Move dates before this day on by 1024 weeks, or a multiple of it: for receivers past "
-           "their week rollover",
-           [options](const std::string& text) {
-               options->read.dating.notBefore = dateOfArgument(text);
-           }},
-          {"--date-order", "dmy|mdy", "Order of day and month in stamps such as 03/04/2026",
-           [options](const std::string& text) { options->read.dateOrder = orderOfArgument(text); }},
-          flag("--receive-time", options->read.stampsReads,
-               "Add the host's clock as received to what is read from a pipe or device"),
-          flag("--explain", options->json.explain, "Add timeRule: how time got its date"),
-          flag("--epoch", options->json.epoch, "Print times as Unix seconds"),
-          flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
-          flag("--raw", options->json.raw, "Add each record's original text as raw"),
-          flag("-q,--quiet", options->quiet, "Do not print the summary line")}},
+         joined(
+             {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
+               [&](const std::string& text) { choice.types.push_back(text); }, times_t::list},
+              {"--talker", "A,B", "Print only sentences of these talkers, such as GP",
+               [&](const std::string& text) { choice.talkers.push_back(inCapitals(text)); },
+               times_t::list},
+              {"--prefix", "TEXT", "Print only records with this prefix; may be given again",
+               [&](const std::string& text) { choice.prefixes.push_back(text); }, times_t::again},
+              flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
+              flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
+              {"--since", "TIME",
+               "Print only records from this instant (2014-08-01T12:00:00Z) or day on",
+               [&](const std::string& text) { choice.since = boundOfArgument(text, false); }},
+              {"--until", "TIME",
+               "Print only records up to this instant, or to the end of this day",
+               [&](const std::string& text) { choice.until = boundOfArgument(text, true); }},
+              flag("--receive-time", options->read.stampsReads,
+                   "Add the host's clock as received to what is read from a pipe or device"),
+              flag("--explain", options->json.explain, "Add timeRule: how time got its date"),
+              flag("--epoch", options->json.epoch, "Print times as Unix seconds"),
+              flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
+              flag("--raw", options->json.raw, "Add each record's original text as raw"),
+              flag("-q,--quiet", options->quiet, "Do not print the summary line")},
+             readingOptions(options->read))},
         [options](const texts_t& operands) {
             if (options->choice.onlyValid && options->choice.onlyMalformed) {
                 throw usageError_t("--only-valid and --only-malformed cannot be combined");
@@ -224,8 +260,75 @@ command_t encodeVerb() {
             true};
 }
 
+command_t summaryVerb() {
+    const auto options = std::make_shared<summaryCommandOptions_t>();
+    return {{"summary", "[FILE...]",
+             "Print what is in recordings: times, counts, rates, ranges of values",
+             "Sums up the FILEs, or standard input if no FILE is given or for -.",
+             joined({flag("--json", options->asJson, "Print a JSON object"),
+                     {"--near", "LAT,LON",
+                      "List the streams of sourcetables that are nearest to this place, in degrees",
+                      [options](const std::string& text) {
+                          options->summary.near = placeOfArgument(text);
+                      }},
+                     {"--max-speed", "M/S", "A faster step between positions is a jump (100)",
+                      [options](const std::string& text) {
+                          options->summary.maxSpeed = positiveOfArgument(text);
+                      }}},
+                    readingOptions(options->read))},
+            [options](const texts_t& operands) {
+                options->files = operands;
+                return summaryCommand(*options);
+            },
+            true};
+}
+
+findingId_t findingOfArgument(const std::string& name) {
+    std::vector<std::string_view> names;
+    for (std::size_t i = 0; i < findingKindCount; ++i) {
+        if (findingKinds[i].name == name) {
+            return static_cast<findingId_t>(i);
+        }
+        names.emplace_back(findingKinds[i].name);
+    }
+    throw usageError_t("no such kind of finding: " + printable(name) + suggestion(name, names));
+}
+
+command_t checkVerb() {
+    const auto options = std::make_shared<checkCommandOptions_t>();
+    checkOptions_t& check = options->check;
+    return {
+        {"check", "[FILE...]", "Report what is wrong with recordings, and what else is odd",
+         "Reports the faults of the FILEs, or of standard input if no FILE is given or for -,\n"
+         "and notes of what is odd. Findings of one kind are grouped. The status is 1 if there\n"
+         "is a fault.",
+         joined(
+             {flag("--each", options->printsEach, "Print every finding, not groups"),
+              {"--ignore", "A,B", "Leave out these kinds of findings, such as silence",
+               [options](const std::string& text) {
+                   options->ignored.push_back(findingOfArgument(text));
+               },
+               times_t::list},
+              flag("--notes-are-faults", options->areNotesFaults,
+                   "End with status 1 also for notes"),
+              {"--max-speed", "M/S", "A faster step between positions is a jump (100)",
+               [&check](const std::string& text) { check.maxSpeed = positiveOfArgument(text); }},
+              {"--max-gap", "SECONDS", "More between two times is a jump (60)",
+               [&check](const std::string& text) { check.maxGap = positiveOfArgument(text); }},
+              {"--json", nullptr, "Print a JSON object for each finding or group",
+               [options](const std::string& /*none*/) { options->format = checkFormat_t::json; }},
+              {"--junit", nullptr, "Print XML for the test reports of pipelines",
+               [options](const std::string& /*none*/) { options->format = checkFormat_t::junit; }}},
+             readingOptions(options->read))},
+        [options](const texts_t& operands) {
+            options->files = operands;
+            return checkCommand(*options);
+        },
+        true};
+}
+
 std::vector<command_t> allCommands() {
-    return {decodeVerb(), fieldsVerb(), timeVerb(), encodeVerb()};
+    return {decodeVerb(), summaryVerb(), checkVerb(), fieldsVerb(), timeVerb(), encodeVerb()};
 }
 
 std::string helpOf(const std::vector<command_t>& commands) {

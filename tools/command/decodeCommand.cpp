@@ -4,7 +4,7 @@
 
 #include <unistd.h>
 
-#include "tools/command/closingLine.h"
+#include "tools/analysis/counts.h"
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
 #include "tools/record/registry.h"
@@ -26,7 +26,9 @@ public:
                        !m_choice.onlyMalformed && !m_choice.since && !m_choice.until;
     }
 
-    void beginInput(const std::string& name) override { m_json.setSource(name); }
+    void beginInput(const std::string& name, const recordReader_t& /*reader*/) override {
+        m_json.setSource(name);
+    }
 
     void take(const record_t& record) override {
         m_counts.add(record);

@@ -27,7 +27,7 @@ bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& op
     };
     const byteUser_t user = {[&](const std::string& source) {
                                  reader.emplace(options);
-                                 consumer.beginInput(source);
+                                 consumer.beginInput(source, *reader);
                              },
                              [&](std::string_view block) {
                                  if (options.stampsReads) {

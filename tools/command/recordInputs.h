@@ -12,8 +12,8 @@ class recordConsumer_t {
 public:
     virtual ~recordConsumer_t() = default;
 
-    /// The records that follow are those of this input.
-    virtual void beginInput(const std::string& name) = 0;
+    /// The records that follow are those of this input, by this reader.
+    virtual void beginInput(const std::string& name, const recordReader_t& reader) = 0;
     /// The next record, which is valid during the call.
     virtual void take(const record_t& record) = 0;
     /// The reader has given all records of its input.

@@ -38,6 +38,8 @@ public:
     bool nextPlain(line_t& line);
 
     std::uint64_t blankLines() const { return m_blankLines; }
+    /// Of the input so far.
+    std::uint64_t bytes() const { return m_base + m_buffer.size(); }
 
 private:
     std::size_t findEnd();

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "kalo/nmea/nmeaFormat.h"
+#include "tools/record/quantity.h"
 
 /// How the text of a field becomes a value.
 enum class valueKind_t {
@@ -40,6 +41,7 @@ struct unitLetter_t {
 struct dictionaryRow_t {
     std::string name;
     std::string key; ///< of a JSON object: ,"NAME":
+    quantity_t quantity = quantity_t::none;
     valueKind_t kind = valueKind_t::text;
     std::string meaning;
     std::string source; ///< a note on where the facts come from
@@ -71,6 +73,7 @@ struct dictionarySentence_t {
     std::string source;
     std::string toml; ///< the lines that describe it
     std::vector<dictionaryRow_t> rows;
+    std::size_t positionRank = 0;
     const dictionaryRow_t* time = nullptr; ///< the row that dates a record
     const dictionaryRow_t* date = nullptr;
     std::size_t index = 0; ///< in the dictionary

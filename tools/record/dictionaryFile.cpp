@@ -228,6 +228,10 @@ dictionarySentence_t reader_t::readSentence(const toml::key& key, const toml::no
         sentence.subtypeField = table.field("subtypeField");
     }
     sentence.rows = readRows(node, table.array("values"), false);
+    sentence.positionRank = positionRankOf(sentence.name);
+    for (dictionaryRow_t& row : sentence.rows) {
+        row.quantity = quantityOf(sentence.name, row.name);
+    }
     table.finish();
     const bool isProprietary = sentence.address[0] == 'P' && sentence.address.size() > 3;
     if (!isProprietary && sentence.address.size() != 3) {

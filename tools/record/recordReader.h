@@ -41,6 +41,7 @@ public:
     bool next(record_t& record);
 
     std::uint64_t blankLines() const { return m_lines.blankLines(); }
+    std::uint64_t bytes() const { return m_lines.bytes(); }
     const dating_t& dating() const { return m_dating; }
     const satelliteGroups_t& groups() const { return m_groups; }
 

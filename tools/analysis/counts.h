@@ -1,4 +1,4 @@
-// The counts of a run, and the line that they make at its end.
+// The counts of a run, and the summary line that they make at its end.
 #pragma once
 
 #include <array>
@@ -12,6 +12,18 @@ public:
     void add(const record_t& record);
     /// What a reader has counted of its input, when it is finished.
     void add(const recordReader_t& reader);
+
+    std::uint64_t records() const;
+    std::uint64_t decoded() const { return m_decoded; }
+    std::uint64_t untyped() const { return m_untyped; }
+    std::uint64_t malformed(fault_t fault) const {
+        return m_malformed[static_cast<std::size_t>(fault)];
+    }
+    std::uint64_t blankLines() const { return m_blankLines; }
+    std::uint64_t completeGroups() const { return m_complete; }
+    std::uint64_t partialGroups() const { return m_partial; }
+    std::uint64_t incompleteGroups() const { return m_incomplete; }
+    std::uint64_t undated() const { return m_undated; }
 
     /// "12 records: 9 decoded, 1 untyped, 2 malformed (2 cut); 4 blank lines"; what is zero is left
     /// out.

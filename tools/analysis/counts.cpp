@@ -1,4 +1,4 @@
-#include "tools/command/closingLine.h"
+#include "tools/analysis/counts.h"
 
 #include <numeric>
 
@@ -61,9 +61,12 @@ void counts_t::add(const recordReader_t& reader) {
     m_rolledOver += reader.dating().rolledOver();
 }
 
+std::uint64_t counts_t::records() const {
+    return std::accumulate(m_malformed.begin(), m_malformed.end(), m_decoded + m_untyped);
+}
+
 std::string counts_t::text() const {
-    const std::uint64_t malformed =
-        std::accumulate(m_malformed.begin(), m_malformed.end(), std::uint64_t{0});
+    const std::uint64_t malformed = records() - m_decoded - m_untyped;
     partList_t reasons(" (", ", ");
     for (std::size_t i = 0; i < m_malformed.size(); ++i) {
         reasons.add(m_malformed[i], faultText(static_cast<fault_t>(i)));
@@ -78,9 +81,9 @@ std::string counts_t::text() const {
     groups.add(m_complete, "complete");
     groups.add(m_partial, "partial");
     groups.add(m_incomplete, "incomplete");
-    const std::uint64_t records = m_decoded + m_untyped + malformed;
     partList_t all("", "; ");
-    all.append((records == 0 ? "0 records" : counted(records, "record", "records")) + kinds.text());
+    all.append((records() == 0 ? "0 records" : counted(records(), "record", "records")) +
+               kinds.text());
     all.append(counted(m_blankLines, "blank line", "blank lines"));
     all.append(groups.text());
     if (m_farFromStamp > 0) {

@@ -1,0 +1,264 @@
+#include "tools/analysis/check.h"
+
+#include <algorithm>
+#include <cmath>
+
+#include <fmt/format.h>
+
+#include "tools/record/registry.h"
+#include "tools/time/instantText.h"
+
+namespace {
+
+constexpr double secondsPerDay = 86400;
+constexpr double rolloverSeconds = 1024 * 7 * secondsPerDay;
+constexpr unsigned stillCount = 10; // records with one time in a row, before that is said
+constexpr std::size_t mostFeeds = 4096;
+
+// How often a record is expected, and how many intervals may pass in silence.
+constexpr std::uint64_t regularCount = 10;
+constexpr double silentIntervals = 10;
+
+// Of a sentence its address, else the type.
+std::string nameOf(const record_t& record) {
+    const auto* const sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content);
+    return sentence != nullptr ? (*sentence)->field(0)->toString()
+                               : std::string(typeNameOf(record));
+}
+
+findingId_t findingOf(fault_t fault) {
+    return static_cast<findingId_t>(static_cast<unsigned>(fault) - 1);
+}
+static_assert(static_cast<std::size_t>(findingId_t::timeBackwards) == faultCount - 1);
+
+} // namespace
+
+const findingKind_t findingKinds[findingKindCount] = {
+    {"no-start-character", true, "a line that does not begin as a record"},
+    {"no-line-end", true, "a line without CR LF"},
+    {"bad-checksum-digits", true, "a checksum that is no number"},
+    {"checksum-mismatch", true, "a checksum that is not that of the bytes"},
+    {"no-checksum", true, "a sentence without the checksum that --require-checksum asks for"},
+    {"cut", true, "a record of which a part is missing"},
+    {"line-too-long", true, "a line of more than 64 KiB"},
+    {"not-a-known-record", true, "bytes that are no known record"},
+    {"nothing-decodes", true, "a motion record of which nothing decodes"},
+    {"time-backwards", true, "a time before that of the sentence before it"},
+    {"time-jump", false, "a time long after that of the sentence before it"},
+    {"time-stands-still", false, "one time in many sentences in a row"},
+    {"week-rollover", true, "a date that is off by a multiple of 1024 weeks"},
+    {"duplicate", false, "a sentence with a time that came twice in a row"},
+    {"incomplete-group", false, "satellites in view of which a sentence is missing"},
+    {"out-of-range", true, "a value that no vessel can have"},
+    {"position-jump", true, "positions too far apart for the time between them"},
+    {"valid-without-position", true, "a sentence that says it is valid and has no position"},
+    {"missing-checksum", false, "a sentence without a checksum among some that have one"},
+    {"silence", false, "a sender that stops long before the end"}};
+
+void checker_t::beginInput(const std::string& name, const recordReader_t& reader) {
+    m_source = name;
+    m_reader = &reader;
+    m_senders.beginInput(name);
+    m_firstSender = m_senders.count();
+    m_incompleteGroups = 0;
+    m_end.reset();
+    m_lastDate.reset();
+    m_lastFix.reset();
+    m_feeds.clear();
+}
+
+recordPlace_t checker_t::placeOf(const record_t& record) const {
+    return {m_source, record.line, record.offset};
+}
+
+finding_t checker_t::findingAt(findingId_t id, const record_t& record, std::string what,
+                               std::string detail) const {
+    finding_t finding;
+    finding.id = id;
+    finding.what = std::move(what);
+    finding.detail = std::move(detail);
+    constexpr std::size_t most = 400; // more than a message shows
+    finding.raw = record.raw.substr(0, most);
+    finding.first = finding.last = placeOf(record);
+    return finding;
+}
+
+void checker_t::report(findingId_t id, const record_t& record, std::string what,
+                       std::string detail) {
+    m_taker.take(findingAt(id, record, std::move(what), std::move(detail)));
+}
+
+void checker_t::add(const record_t& record) {
+    const std::size_t number = m_senders.of(record);
+    m_states.resize(m_senders.count());
+    state_t& state = m_states[number];
+    ++state.count;
+    state.place = placeOf(record);
+    if (const std::optional<double> moment = momentOf(record)) {
+        state.first = state.first ? state.first : moment;
+        state.last = moment;
+        m_end = moment;
+    }
+    if (record.fault != fault_t::none) {
+        checkMalformed(record);
+        return;
+    }
+    if (record.type == typeOf<satellitesRecord_t>) {
+        return;
+    }
+    checkTime(record, state);
+    checkValues(record);
+    checkChecksum(record);
+    const std::uint64_t incomplete = m_reader->groups().incomplete();
+    if (incomplete != m_incompleteGroups) {
+        report(findingId_t::incompleteGroup, record, nameOf(record), "found at this sentence");
+        m_incompleteGroups = incomplete;
+    }
+}
+
+void checker_t::checkMalformed(const record_t& record) {
+    std::string detail;
+    if (record.fault == fault_t::checksumMismatch) {
+        detail = fmt::format("{:02X} stated, {:02X} computed", record.stated, record.computed);
+    }
+    report(findingOf(record.fault), record, "", detail);
+}
+
+void checker_t::checkTime(const record_t& record, state_t& state) {
+    if (!record.clue.hasTime || !record.instant) {
+        return;
+    }
+    const double time = record.instant->timestamp;
+    const std::string name = nameOf(record);
+    if (record.text == state.text) {
+        report(findingId_t::duplicate, record, name, "");
+        return;
+    }
+    state.text = record.text;
+    const double step = state.lastTime ? time - *state.lastTime : 0;
+    const auto steps = [&] {
+        return fmt::format("from {} to {}", instantText(*state.lastTime), instantText(time));
+    };
+    const auto isRollover = [](double difference) {
+        const double times = std::round(difference / rolloverSeconds);
+        return times != 0 && std::fabs(difference - times * rolloverSeconds) <= secondsPerDay;
+    };
+    const bool isByStamp = record.instant->rule == dayRule_t::rollover;
+    const bool isByNeighbour =
+        record.instant->rule == dayRule_t::own && m_lastDate && isRollover(time - *m_lastDate);
+    const bool isFromStamp = record.instant->rule == dayRule_t::own && record.clue.hasStamp &&
+                             isRollover(time - record.clue.stamp);
+    if (isByStamp || isByNeighbour || isFromStamp) {
+        report(findingId_t::rollover, record, name,
+               isByStamp ? "moved forward to " + instantText(time) : "to " + instantText(time));
+    } else if (step < 0) {
+        report(findingId_t::timeBackwards, record, name, steps());
+    } else if (step > m_options.maxGap) {
+        report(findingId_t::timeJump, record, name, steps());
+    }
+    state.standsStill = state.lastTime && step == 0 ? state.standsStill + 1 : 0;
+    if (state.standsStill == stillCount) {
+        report(findingId_t::timeStandsStill, record, name, "at " + instantText(time));
+    }
+    state.lastTime = time;
+    if (record.instant->rule == dayRule_t::own) {
+        m_lastDate = time;
+    }
+}
+
+void checker_t::checkValues(const record_t& record) {
+    readMeasurements(record, m_scratch, m_measured);
+    const bool isVoid = m_measured.isVoid();
+    if (!isVoid) {
+        m_measured.forEach([&](quantity_t quantity, double value) {
+            const quantityRow_t& row = rowOf(quantity);
+            const double shown = printedValue(quantity, value);
+            if (shown < row.least || shown > row.greatest) {
+                report(findingId_t::outOfRange, record,
+                       nameOf(record) + ' ' + std::string(row.name),
+                       fmt::format("{:.6g} {}, outside {:g} to {:g}", shown, row.unit, row.least,
+                                   row.greatest));
+            }
+        });
+    }
+    const bool saysValid =
+        (m_measured.has(quantity_t::validity) && m_measured[quantity_t::validity] == 'A') ||
+        m_measured[quantity_t::quality] > 0;
+    if (m_measured.positionRank() < std::size(positionTypes) && saysValid && !isVoid &&
+        !m_measured.hasPosition()) {
+        report(findingId_t::validWithoutPosition, record, nameOf(record), "");
+    }
+    checkFix(m_epochs.add(record, m_measured));
+}
+
+void checker_t::checkFix(const fix_t* fix) {
+    if (fix == nullptr) {
+        return;
+    }
+    if (m_lastFix && fix->time && m_lastFix->time) {
+        const double distance = distanceBetween(::placeOf(*m_lastFix), ::placeOf(*fix));
+        const double duration = *fix->time - *m_lastFix->time;
+        if (distance > m_options.maxSpeed * std::max(std::fabs(duration), 1.0)) {
+            finding_t finding;
+            finding.id = findingId_t::positionJump;
+            finding.detail = fmt::format("{:.0f} m in {:g} s", distance, duration);
+            finding.first = finding.last = {m_source, fix->line, fix->offset};
+            m_taker.take(std::move(finding));
+        }
+    }
+    m_lastFix = *fix;
+}
+
+// Those that come before the first one with a checksum are one finding, when that comes.
+void checker_t::checkChecksum(const record_t& record) {
+    if (!std::holds_alternative<const kalo::nmeaFormat_t*>(record.content)) {
+        return;
+    }
+    const std::string prefix(record.prefix);
+    if (m_feeds.size() >= mostFeeds && m_feeds.find(prefix) == m_feeds.end()) {
+        return;
+    }
+    feed_t& feed = m_feeds[prefix];
+    if (record.hasChecksum) {
+        if (feed.pending) {
+            m_taker.take(*feed.pending);
+            feed.pending.reset();
+        }
+        feed.hasChecksums = true;
+        return;
+    }
+    if (feed.pending) {
+        feed.pending->last = placeOf(record);
+        ++feed.pending->count;
+        return;
+    }
+    finding_t finding = findingAt(findingId_t::missingChecksum, record, nameOf(record), "");
+    if (feed.hasChecksums) {
+        m_taker.take(std::move(finding));
+    } else {
+        feed.pending = std::move(finding);
+    }
+}
+
+void checker_t::endInput() {
+    checkFix(m_epochs.finish());
+    for (std::size_t i = m_firstSender; m_end && i < m_states.size(); ++i) {
+        const state_t& state = m_states[i];
+        const std::string& type = m_senders[i].type;
+        if (state.count < regularCount || !state.last || type == "malformed" ||
+            type == satellitesRecord_t::name) {
+            continue;
+        }
+        const double interval = (*state.last - *state.first) / static_cast<double>(state.count - 1);
+        const double silence = *m_end - *state.last;
+        if (silence > std::max(m_options.maxGap, silentIntervals * interval)) {
+            finding_t finding;
+            finding.id = findingId_t::silence;
+            finding.what = m_senders[i].talker + type;
+            finding.detail = fmt::format("the last one is of {}, {} before the end",
+                                         instantText(*state.last), durationText(silence));
+            finding.first = finding.last = state.place;
+            m_taker.take(std::move(finding));
+        }
+    }
+}

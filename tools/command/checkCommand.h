@@ -1,0 +1,26 @@
+// `kalo check`: faults of a recording, and what else a careful operator should know of it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/analysis/check.h"
+
+enum class checkFormat_t {
+    text,
+    json, ///< an object a line
+    junit ///< XML, a test case for each kind of finding
+};
+
+struct checkCommandOptions_t {
+    std::vector<std::string> files; ///< "-" is standard input
+    readOptions_t read;
+    checkOptions_t check;
+    std::vector<findingId_t> ignored;
+    bool areNotesFaults = false;
+    bool printsEach = false; ///< no groups
+    checkFormat_t format = checkFormat_t::text;
+};
+
+/// Returns the exit status.
+int checkCommand(const checkCommandOptions_t& options);

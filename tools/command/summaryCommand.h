@@ -1,0 +1,17 @@
+// `kalo summary`: what is in a recording.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tools/analysis/summary.h"
+
+struct summaryCommandOptions_t {
+    std::vector<std::string> files; ///< "-" is standard input
+    readOptions_t read;
+    summaryOptions_t summary;
+    bool asJson = false;
+};
+
+/// Returns the exit status.
+int summaryCommand(const summaryCommandOptions_t& options);

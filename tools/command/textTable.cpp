@@ -1,0 +1,74 @@
+#include "tools/command/textTable.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include <sys/ioctl.h>
+
+namespace {
+
+constexpr std::size_t gap = 2;
+constexpr std::size_t shortest = 6; // of a text that is cut
+
+std::string fitted(const std::string& text, std::size_t width, bool isNumber) {
+    if (text.size() > width) {
+        return text.substr(0, width - 1) + "~";
+    }
+    const std::string blanks(width - text.size(), ' ');
+    return isNumber ? blanks + text : text + blanks;
+}
+
+} // namespace
+
+std::vector<std::size_t> textTable_t::widths(std::size_t width) const {
+    std::vector<std::size_t> widths(m_columns.size());
+    for (std::size_t i = 0; i < m_columns.size(); ++i) {
+        for (const auto& row : m_rows) {
+            widths[i] = std::max(widths[i], row[i].size());
+        }
+        widths[i] = widths[i] == 0 ? 0 : std::max(widths[i], m_columns[i].head.size());
+    }
+    const auto total = [&] {
+        return std::accumulate(
+            widths.begin(), widths.end(), std::size_t{0},
+            [](std::size_t sum, std::size_t part) { return sum + (part == 0 ? 0 : part + gap); });
+    };
+    while (width != 0 && total() > width + gap) {
+        std::size_t longest = m_columns.size();
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            if (!m_columns[i].isNumber && widths[i] > shortest &&
+                (longest == m_columns.size() || widths[i] > widths[longest])) {
+                longest = i;
+            }
+        }
+        if (longest == m_columns.size()) {
+            break;
+        }
+        --widths[longest];
+    }
+    return widths;
+}
+
+std::string textTable_t::text(std::size_t width) const {
+    const std::vector<std::size_t> wide = widths(width);
+    std::string text;
+    const auto add = [&](const auto& cellOf) {
+        std::string line;
+        for (std::size_t i = 0; i < m_columns.size(); ++i) {
+            if (wide[i] != 0) {
+                line += fitted(cellOf(i), wide[i], m_columns[i].isNumber) + std::string(gap, ' ');
+            }
+        }
+        text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+    };
+    add([&](std::size_t i) { return m_columns[i].head; });
+    for (const auto& row : m_rows) {
+        add([&](std::size_t i) { return row[i]; });
+    }
+    return text;
+}
+
+std::size_t terminalWidth(int descriptor) {
+    winsize size{};
+    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}

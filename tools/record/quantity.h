@@ -1,0 +1,144 @@
+// The values that tell about a voyage, whichever type of record sends them: where the vessel was,
+// how it moved, what its instruments measured.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <iterator>
+#include <string_view>
+
+enum class quantity_t : unsigned {
+    latitude,
+    longitude,
+    altitude,
+    quality,
+    satCount,
+    hdop,
+    speedOverGround,
+    courseOverGround,
+    heading,
+    rateOfTurn,
+    roll,
+    pitch,
+    heave,
+    depth,
+    windSpeed,
+    speedThroughWater,
+    waterTemperature,
+    validity, ///< a letter, as are those behind it
+    fixMode,
+    status,
+    none
+};
+constexpr std::size_t quantityCount = static_cast<std::size_t>(quantity_t::none);
+
+/// What people call it, how it is printed, and what it can be on and above the sea of this planet.
+struct quantityRow_t {
+    std::string_view name; ///< of the value in the record table
+    const char* title;     ///< null for letters and for what is no range of its own
+    const char* unit;
+    bool isAngle; ///< radians, printed in degrees
+    double least; ///< in the printed unit
+    double greatest;
+};
+
+/// In the order of `quantity_t`.
+//
+// What a range leaves out is no value that a vessel on the seas of this planet can have: heights of
+// the sea against the geoid stay within some metres, but antennas stand on masts; the deepest water
+// is 10,935 m, the highest wind at sea that was measured 94 m/s, a destroyer's speed 24 m/s, that
+// of the fastest boats 142 m/s.
+constexpr std::array<quantityRow_t, quantityCount> quantityRows = {{
+    {"latitude", nullptr, "deg", true, -90, 90},
+    {"longitude", nullptr, "deg", true, -180, 180},
+    {"altitude", "altitude", "m", false, -200, 9000},
+    {"quality", "fix quality", "", false, 0, 8},
+    {"satCount", "satellites used", "", false, 0, 100},
+    {"hdop", "HDOP", "", false, 0, 100},
+    {"speedOverGround", "speed over ground", "m/s", false, 0, 150},
+    {"courseOverGround", "course over ground", "deg", true, 0, 360},
+    {"heading", "heading", "deg", true, 0, 360},
+    {"rateOfTurn", "rate of turn", "deg/s", true, -90, 90},
+    {"roll", "roll", "deg", true, -90, 90},
+    {"pitch", "pitch", "deg", true, -90, 90},
+    {"heave", "heave", "m", false, -30, 30},
+    {"depth", "depth", "m", false, 0, 11000},
+    {"windSpeed", "wind speed", "m/s", false, 0, 115},
+    {"speedThroughWater", "speed through water", "m/s", false, -20, 60},
+    {"waterTemperature", "water temperature", "deg C", false, -5, 50},
+    {"validity", nullptr, "", false, 0, 255},
+    {"fixMode", nullptr, "", false, 0, 255},
+    {"status", nullptr, "", false, 0, 255},
+}};
+
+struct quantityName_t {
+    std::string_view name;
+    quantity_t quantity;
+    std::string_view onlyOf = ""; ///< a type, where others call something else by this name
+};
+
+// Some types give a name to something else: the quality of PTNL sentences has other codes, GSV
+// counts the satellites in one sentence. Latitudes and longitudes: see `positionTypes`.
+constexpr quantityName_t quantityNames[] = {{"altitude", quantity_t::altitude},
+                                            {"quality", quantity_t::quality, "GGA"},
+                                            {"quality", quantity_t::quality, "PZWBGGA"},
+                                            {"satCount", quantity_t::satCount, "GGA"},
+                                            {"satCount", quantity_t::satCount, "PZWBGGA"},
+                                            {"satCount", quantity_t::satCount, "GNS"},
+                                            {"hdop", quantity_t::hdop},
+                                            {"speedOverGround", quantity_t::speedOverGround},
+                                            {"courseOverGround", quantity_t::courseOverGround},
+                                            {"trueCourseOverGround", quantity_t::courseOverGround},
+                                            {"heading", quantity_t::heading},
+                                            {"rateOfTurn", quantity_t::rateOfTurn},
+                                            {"roll", quantity_t::roll},
+                                            {"pitch", quantity_t::pitch},
+                                            {"heave", quantity_t::heave},
+                                            {"depth", quantity_t::depth},
+                                            {"windSpeed", quantity_t::windSpeed},
+                                            {"speedThroughWater", quantity_t::speedThroughWater},
+                                            {"waterTemperature", quantity_t::waterTemperature},
+                                            {"validity", quantity_t::validity},
+                                            {"fixMode", quantity_t::fixMode},
+                                            {"status", quantity_t::status, "PSIMSSB"}};
+
+/// The types that tell where the vessel is, the best one first: it gives the position of an epoch.
+/// Others speak of the places of waypoints, beacons and base stations.
+constexpr std::string_view positionTypes[] = {"GGA",     "PZWBGGA", "GNS", "RMC",    "GLL",
+                                              "PTNLGGK", "PUBX00",  "RMA", "PSTI030"};
+
+/// Its place in `positionTypes`; their number for other types.
+constexpr std::size_t positionRankOf(std::string_view type) {
+    std::size_t rank = 0;
+    while (rank < std::size(positionTypes) && positionTypes[rank] != type) {
+        ++rank;
+    }
+    return rank;
+}
+
+constexpr quantity_t quantityOf(std::string_view type, std::string_view name) {
+    if (positionRankOf(type) < std::size(positionTypes)) {
+        if (name == "latitude") {
+            return quantity_t::latitude;
+        }
+        if (name == "longitude") {
+            return quantity_t::longitude;
+        }
+    }
+    for (const quantityName_t& row : quantityNames) {
+        if (row.name == name && (row.onlyOf.empty() || row.onlyOf == type)) {
+            return row.quantity;
+        }
+    }
+    return quantity_t::none;
+}
+
+constexpr const quantityRow_t& rowOf(quantity_t quantity) {
+    return quantityRows[static_cast<std::size_t>(quantity)];
+}
+
+/// A value in the unit that is printed.
+constexpr double printedValue(quantity_t quantity, double value) {
+    constexpr double degreesPerRadian = 180 / 3.141592653589793;
+    return rowOf(quantity).isAngle ? value * degreesPerRadian : value;
+}
