@@ -174,10 +174,10 @@ void checker_t::checkValues(const record_t& record) {
             const quantityRow_t& row = rowOf(quantity);
             const double shown = printedValue(quantity, value);
             if (shown < row.least || shown > row.greatest) {
-                report(findingId_t::outOfRange, record,
-                       nameOf(record) + ' ' + std::string(row.name),
-                       fmt::format("{:.6g} {}, outside {:g} to {:g}", shown, row.unit, row.least,
-                                   row.greatest));
+                report(
+                    findingId_t::outOfRange, record, nameOf(record) + ' ' + std::string(row.name),
+                    fmt::format("{:.6g}{}{}, outside {:g} to {:g}", shown,
+                                *row.unit == '\0' ? "" : " ", row.unit, row.least, row.greatest));
             }
         });
     }
