@@ -74,7 +74,7 @@ constexpr std::array<quantityRow_t, quantityCount> quantityRows = {{
 struct quantityName_t {
     std::string_view name;
     quantity_t quantity;
-    std::string_view onlyOf = ""; ///< a type, where others call something else by this name
+    std::string_view onlyOf{}; ///< a type, where others call something else by this name
 };
 
 // Some types give a name to something else: the quality of PTNL sentences has other codes, GSV
