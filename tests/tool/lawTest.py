@@ -47,6 +47,14 @@ class Law(unittest.TestCase):
                 with self.subTest(path=path, head=head):
                     self.assertEqual(decoded([head + line for line in lines]), alone)
 
+    def testStamps(self):
+        """Each stamp is read, whatever separates it from the sentence."""
+        for stamp in STAMPS:
+            for separator in SEPARATORS:
+                with self.subTest(stamp=stamp, separator=separator):
+                    out = run(["decode", "--quiet"], stamp + separator + b"$SDDPT,4.2*53\r\n")[1]
+                    self.assertIn("received", records.read(out)[0])
+
     def testBareLogs(self):
         """Nothing is read into a log of sentences alone."""
         for path in recordings():

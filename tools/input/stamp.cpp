@@ -307,26 +307,13 @@ struct shape_t {
     bool isNumber; // it may be something else as well
 };
 
-// The first digits and what follows them tell which shape it can be, the first that fits.
+// The first digits and what follows them tell which shapes it can have; they are tried in order.
 constexpr shape_t shapes[] = {{4, "-", readIso, false},        {4, "/", readSlashes, false},
                               {4, ":+", readDayOfYear, false}, {2, "/-.", readEitherOrder, false},
                               {2, ":", readClockAlone, true},  {10, ":", readCompact, false},
                               {8, "", readCompact, false},     {14, "", readCompact, false},
                               {10, "", readUnix, true},        {13, "", readUnix, true},
                               {16, "", readUnix, true},        {19, "", readUnix, true}};
-
-const shape_t* shapeOf(std::string_view text) {
-    std::size_t digits = 0;
-    while (digits < text.size() && isDigit(text[digits])) {
-        ++digits;
-    }
-    const char mark = digits < text.size() ? text[digits] : '\0';
-    const auto* const shape = std::find_if(std::begin(shapes), std::end(shapes), [&](auto& row) {
-        return row.digits == digits &&
-               (row.marks.empty() || row.marks.find(mark) != std::string_view::npos);
-    });
-    return shape == std::end(shapes) ? nullptr : shape;
-}
 
 // "[054]", which counts within the last digit of a stamp.
 bool isCounter(cursor_t at) { return at.one('[') && !at.digits().empty() && at.one(']'); }
@@ -343,25 +330,34 @@ bool mayBegin(char before, bool isJson) {
     return beforeItem.holds(before) || (isJson && before == ':');
 }
 
+bool readShape(const shape_t& shape, std::string_view text, std::size_t at,
+               const stampRules_t& rules, stamp_t& out) {
+    for (const bool takesComma : {true, false}) {
+        cursor_t cursor(text, at);
+        out = {};
+        if (shape.read(cursor, {rules, takesComma}, out) && mayEnd(cursor, rules.isJson)) {
+            out.text = text.substr(at, cursor.at() - at);
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace
 
 bool readStamp(std::string_view text, std::size_t at, const stampRules_t& rules, stamp_t& out) {
     if (at >= text.size() || !isDigit(text[at])) {
         return false;
     }
-    const shape_t* const shape = shapeOf(text.substr(at));
-    if (shape == nullptr || (shape->isNumber && !rules.takesNumbers)) {
-        return false;
-    }
-    for (const bool takesComma : {true, false}) {
-        cursor_t cursor(text, at);
-        out = {};
-        if (shape->read(cursor, {rules, takesComma}, out) && mayEnd(cursor, rules.isJson)) {
-            out.text = text.substr(at, cursor.at() - at);
-            return true;
-        }
-    }
-    return false;
+    cursor_t start(text, at);
+    const std::size_t digits = start.digits().size();
+    const char mark = start.current();
+    return std::any_of(std::begin(shapes), std::end(shapes), [&](const shape_t& shape) {
+        const bool fits = shape.digits == digits &&
+                          (shape.marks.empty() || shape.marks.find(mark) != std::string_view::npos);
+        return fits && (rules.takesNumbers || !shape.isNumber) &&
+               readShape(shape, text, at, rules, out);
+    });
 }
 
 bool findStamp(std::string_view text, const stampRules_t& rules, stamp_t& out) {
