@@ -65,7 +65,6 @@ private:
 constexpr charSet_t betweenDateAndTime("Tt_:Z ");
 constexpr charSet_t point(".");
 constexpr charSet_t pointOrUnderscore("._");
-constexpr charSet_t zulu("Zz");
 constexpr charSet_t signs("+-");
 constexpr charSet_t colonOrPlus(":+");
 constexpr charSet_t dateSeparators("/-.");
@@ -114,7 +113,7 @@ bool readZone(cursor_t& at, stamp_t& out, int& minutes) {
         return behind.word(word) && !isLetter(behind.current()) && !isDigit(behind.current()) &&
                behind.current() != '+' && behind.current() != '-';
     };
-    if (behind.oneOf(zulu) || isWord(" UTC") || isWord(" GMT")) {
+    if (behind.one('Z') || isWord(" UTC") || isWord(" GMT")) {
         out.statesZone = true;
         at = behind;
         return true;
@@ -143,12 +142,17 @@ bool readZone(cursor_t& at, stamp_t& out, int& minutes) {
 
 // The date and the clock are set; what remains is the instant, and to take an offset off.
 bool complete(stamp_t& out, int offsetMinutes = 0) {
+    constexpr double firstMinute = -62167219200; // 0000-01-01T00:00
+    constexpr double lastMinute = 253402300740;  // 9999-12-31T23:59
     if (!isInCalendar(out.date)) {
         return false;
     }
     const double minute =
         kalo::dateTime_t(out.date, {out.hour, out.minute, 0}).toTimestamp() - offsetMinutes * 60.0;
     if (offsetMinutes != 0) {
+        if (minute < firstMinute || minute > lastMinute) {
+            return false; // its year has no four digits
+        }
         const kalo::dateTime_t utc(minute);
         out.date = utc.date;
         out.hour = utc.timeOfDay.hour;
