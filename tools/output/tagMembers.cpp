@@ -16,20 +16,12 @@ bool isCanonicalInteger(std::string_view text) {
            std::all_of(digits.begin(), digits.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
-void writeChecksum(buffer_t& out, const tagBlock_t& block) {
+void writeByte(buffer_t& out, std::string_view key, unsigned byte) {
     constexpr const char* digits = "0123456789ABCDEF";
-    const auto write = [&](std::string_view key, unsigned byte) {
-        out.append(key);
-        out.append(digits[byte >> 4]);
-        out.append(digits[byte & 0xF]);
-        out.append('"');
-    };
-    if (block.checksum == tagBlock_t::none) {
-        out.append("\"checksum\":false");
-    } else {
-        write("\"stated\":\"", block.stated);
-        write(",\"computed\":\"", block.computed);
-    }
+    out.append(key);
+    out.append(digits[byte >> 4]);
+    out.append(digits[byte & 0xF]);
+    out.append('"');
 }
 
 } // namespace
@@ -38,11 +30,11 @@ void tagMembers_t::write(buffer_t& out, std::string_view blocks) {
     m_members.clear();
     m_places.clear();
     tagBlock_t block;
-    tagBlock_t wrong; // the last block whose checksum is not right
-    bool isWrong = false;
+    bool lacksChecksum = false;
+    tagBlock_t wrong; // the last block with a wrong checksum
     while (takeTagBlock(blocks, block)) {
-        isWrong = isWrong || block.checksum != tagBlock_t::matching;
-        wrong = block.checksum != tagBlock_t::matching ? block : wrong;
+        lacksChecksum = lacksChecksum || block.checksum == tagBlock_t::none;
+        wrong = block.checksum == tagBlock_t::different ? block : wrong;
         member_t member;
         while (takeTagItem(block.items, member.key, member.value)) {
             const auto [place, isNew] = m_places.emplace(member.key, m_members.size());
@@ -65,9 +57,15 @@ void tagMembers_t::write(buffer_t& out, std::string_view blocks) {
         }
         separator = ',';
     }
-    if (isWrong) {
+    if (lacksChecksum) {
         out.append(separator);
-        writeChecksum(out, wrong);
+        out.append("\"checksum\":false");
+        separator = ',';
+    }
+    if (wrong.checksum == tagBlock_t::different) {
+        out.append(separator);
+        writeByte(out, "\"stated\":\"", wrong.stated);
+        writeByte(out, ",\"computed\":\"", wrong.computed);
     }
     out.append('}');
 }

@@ -11,8 +11,8 @@
 class tagMembers_t {
 public:
     /// Appends the items of all blocks as one object: of a key that occurs twice the later value.
-    /// Integers that are written as JSON writes them stay integers. What is wrong with the checksum
-    /// of a block follows the items.
+    /// Integers that are written as JSON writes them stay integers. Behind the items: that a block
+    /// has no checksum, and the checksums, stated and computed, of the last block with a wrong one.
     void write(buffer_t& out, std::string_view blocks);
 
 private:
