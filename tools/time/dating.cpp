@@ -106,17 +106,18 @@ void dating_t::turnToRollover(const timeClue_t& clue, double secondOfDay) {
 // Brings the reference up to the line of a record without a date that counts, and says what it
 // then comes from.
 dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
-    const bool isStamped = clue.hasStamp && clue.stamp >= gpsEpoch;
     const auto isWithinAnHour = [&](double reference) {
         return hasTime &&
                std::fabs(nearest(clue.time.time, reference) - reference) <= secondsPerHour;
     };
-    if (!m_isDated && isStamped && (!clue.isBareStamp || isWithinAnHour(clue.stamp))) {
+    const bool mayDate = clue.hasStamp && clue.stamp >= gpsEpoch;
+    if (!m_isDated && mayDate && (!clue.isBareStamp || isWithinAnHour(clue.stamp))) {
         setReference(clue.stamp, clue);
         return dayRule_t::stamp;
     }
-    if (m_reference && m_referenceStamp && isStamped) {
-        // Not where a clock was set, and not by a counter that looks like a stamp.
+    if (m_reference && m_referenceStamp && clue.hasStamp) {
+        // Also if the clock of the stamps began in 1970, but not where it was set, and not by a
+        // counter that looks like a stamp.
         const double moved = *m_reference + (clue.stamp - *m_referenceStamp);
         if (isWithinAnHour(moved)) {
             m_reference = moved;
@@ -132,8 +133,7 @@ dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
 void dating_t::setReference(double timestamp, const timeClue_t& clue) {
     m_reference = timestamp;
     m_isFromOption = false;
-    m_referenceStamp =
-        clue.hasStamp && clue.stamp >= gpsEpoch ? std::optional(clue.stamp) : std::nullopt;
+    m_referenceStamp = clue.hasStamp ? std::optional(clue.stamp) : std::nullopt;
 }
 
 // The instant at the time of day that lies nearest to the reference; of two the earlier. Its day
