@@ -50,13 +50,14 @@ struct record_t {
     unsigned computed = 0;         ///< with `checksumMismatch`
     clue_t clue;
     std::optional<instant_t> instant;
-    std::optional<double> reference; ///< the input's last known instant, in Unix seconds
+    std::optional<double> reference; ///< place in time of the input's last known instant
 };
 
-/// When it was, in Unix seconds: by its own instant, else by when it was received, else by the
+/// Its place in time: by its own instant, else by when it was received, else by the
 /// records before it. Without a zone times of reception are taken as UTC.
 inline std::optional<double> momentOf(const record_t& record) {
-    return record.instant         ? std::optional(record.instant->timestamp)
-           : record.clue.hasStamp ? std::optional(record.clue.stamp)
-                                  : record.reference;
+    if (record.instant) {
+        return placeInTime(record.instant->timestamp, record.instant->time.time.second);
+    }
+    return record.clue.hasStamp ? std::optional(record.clue.stamp) : record.reference;
 }

@@ -179,7 +179,7 @@ void recordReader_t::setReadStamp(record_t& record) const {
 
 void recordReader_t::setClueStamp(const stamp_t& stamp, record_t& record) {
     record.clue.hasStamp = stamp.hasDate;
-    record.clue.stamp = stamp.unixTime;
+    record.clue.stamp = placeInTime(stamp.unixTime, stamp.second);
     record.clue.isBareStamp = stamp.isBareNumber;
 }
 

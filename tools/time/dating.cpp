@@ -56,7 +56,7 @@ std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
     if (!isInCalendar(m_day)) {
         return {};
     }
-    setReference(timestamp, clue);
+    setReference(placeInTime(timestamp, clue.time.time.second), clue);
     return instant_t{m_day, clue.time, timestamp, rule};
 }
 
@@ -76,8 +76,9 @@ std::optional<instant_t> dating_t::dateByOwn(const timeClue_t& clue, bool hasTim
         }
         return {};
     }
-    setReference(timestampOn(m_dayBegin, clue.time.time), clue);
-    return instant_t{m_day, clue.time, *m_reference,
+    const double timestamp = timestampOn(m_dayBegin, clue.time.time);
+    setReference(placeInTime(timestamp, clue.time.time.second), clue);
+    return instant_t{m_day, clue.time, timestamp,
                      m_dayBegin == sentBegin ? dayRule_t::own : dayRule_t::rollover};
 }
 
@@ -130,8 +131,8 @@ dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
     return m_isFromOption ? dayRule_t::option : dayRule_t::near;
 }
 
-void dating_t::setReference(double timestamp, const timeClue_t& clue) {
-    m_reference = timestamp;
+void dating_t::setReference(double place, const timeClue_t& clue) {
+    m_reference = place;
     m_isFromOption = false;
     m_referenceStamp = clue.hasStamp ? std::optional(clue.stamp) : std::nullopt;
 }

@@ -44,7 +44,7 @@ public:
     /// for a record without a time, whose date the reference follows all the same.
     std::optional<instant_t> date(const timeClue_t& clue);
 
-    /// The instant of the last record, if any is known.
+    /// The place in time of the last record, if any is known.
     const std::optional<double>& reference() const { return m_reference; }
 
     /// How many records had a time in range while no date was known.
@@ -59,7 +59,7 @@ private:
     dayRule_t follow(const timeClue_t& clue, bool hasTime);
     void turnToRollover(const timeClue_t& clue, double secondOfDay);
     void setDay(const timeClue_t& clue);
-    void setReference(double timestamp, const timeClue_t& clue);
+    void setReference(double place, const timeClue_t& clue);
     double nearest(const kalo::timeOfDay_t& time, double reference);
     void turnTo(double timestamp);
     void turnTo(const kalo::date_t& date);

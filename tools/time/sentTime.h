@@ -1,6 +1,8 @@
 // What a record says about time, as it was sent.
 #pragma once
 
+#include <cmath>
+#include <limits>
 #include <string_view>
 
 #include "kalo/time/dateTime.h"
@@ -21,6 +23,14 @@ inline void setDigits(std::string_view text, sentTime_t& out) {
     out.fraction = text.size() > fractionAt ? text.substr(fractionAt) : std::string_view();
 }
 
+/// Where an instant lies among others, in Unix seconds. A second of 60 has the Unix time of the
+/// next minute, but lies in front of it, on the day of its own minute.
+inline double placeInTime(double unixTime, double second) {
+    return second < 60
+               ? unixTime
+               : std::nextafter(std::floor(unixTime), std::numeric_limits<double>::lowest());
+}
+
 /// What one record and its line tell about time.
 struct timeClue_t {
     bool hasTime = false;
@@ -30,5 +40,5 @@ struct timeClue_t {
     bool isBareStamp = false; ///< a number of ten digits, which may be a counter
     sentTime_t time;
     kalo::date_t date;
-    double stamp = 0; ///< Unix seconds
+    double stamp = 0; ///< its place in time
 };
