@@ -106,6 +106,7 @@ bool readTail(std::string_view text, tail_t& out) {
     }
     out = {};
     bool isEmpty = true;
+    bool hasWords = false; // which may be empty
     while (!text.empty()) {
         text.remove_prefix(1);
         const std::string_view item = text.substr(0, text.find_first_of(separators));
@@ -119,8 +120,9 @@ bool readTail(std::string_view text, tail_t& out) {
         if (isNumber && !out.hasStamp) {
             out.hasStamp = true;
             out.stamp = stamp;
-        } else if (!item.empty()) {
-            out.words.append(out.words.empty() ? "" : ",").append(item);
+        } else {
+            out.words.append(hasWords ? "," : "").append(item);
+            hasWords = true;
         }
     }
     return !isEmpty;

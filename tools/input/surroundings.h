@@ -36,7 +36,7 @@ char closingOf(char c);
 struct tail_t {
     bool hasStamp = false;
     stamp_t stamp;
-    std::string words; ///< with commas between
+    std::string words; ///< all items but the stamp, with commas between; some may be empty
 };
 
 /// Reads a tail that is all of `text`.
