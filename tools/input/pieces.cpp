@@ -68,6 +68,7 @@ private:
         stamp_t stamp;
     };
 
+    void learnOrder(const stamp_t& stamp);
     start_t noStart() const { return {m_text.size(), m_text.size(), m_text.size()}; }
     bool isThere(const start_t& start) const { return start.at < m_text.size(); }
     start_t startAt(std::size_t from, std::size_t run, std::size_t at) const;
@@ -91,7 +92,7 @@ private:
     piece_t& add(std::size_t start, std::size_t textEnd, std::size_t end, kind_t kind,
                  fault_t fault = fault_t::none);
     char envelopeOf(const start_t& start) const;
-    behind_t readBehind(std::string_view text, char closing) const;
+    behind_t readBehind(std::string_view text, char closing);
     kind_t kindOf(std::string_view text, bool beforeSentence, bool behindStamp);
 
     std::string_view m_text;
@@ -236,6 +237,9 @@ void cutter_t::setHead(const start_t& first, const lead_t& lead) {
         m_out.stamp = lead.stamp;
     }
     m_out.hasStamp = lead.hasStamp || findStamp(head, rules(true), m_out.stamp);
+    if (m_out.hasStamp) {
+        learnOrder(m_out.stamp);
+    }
     if (m_isJson || envelopeOf(first) == '>') {
         return;
     }
@@ -265,8 +269,16 @@ void cutter_t::take(const lead_t& lead) {
     m_out.hasStamp = lead.hasStamp;
     if (lead.hasStamp) {
         m_out.stamp = lead.stamp;
+        learnOrder(lead.stamp);
     }
     m_prefix = lead.name;
+}
+
+// The first stamp that tells the order of day and month decides for the whole input.
+void cutter_t::learnOrder(const stamp_t& stamp) {
+    if (m_state.order == dateOrder_t::unknown) {
+        m_state.order = stamp.tells;
+    }
 }
 
 // Where the record of a line begins that is taken as a whole.
@@ -401,14 +413,17 @@ char cutter_t::envelopeOf(const start_t& start) const {
 
 // What stands behind the end of a sentence: blanks and printed line ends, the end of its envelope,
 // or what stations add. The rest is not of the sentence.
-cutter_t::behind_t cutter_t::readBehind(std::string_view text, char closing) const {
+cutter_t::behind_t cutter_t::readBehind(std::string_view text, char closing) {
     behind_t behind;
     const std::size_t printed = printedEndLength(text);
     const bool closes = closing != '\0' && printed < text.size() && text[printed] == closing;
     tail_t tail;
     if (m_isJson || (closes && closing == '<')) {
         behind.length = text.size();
-        behind.hasStamp = findStamp(text, rules(true), behind.stamp);
+        behind.hasStamp = !m_out.hasStamp && findStamp(text, rules(true), behind.stamp);
+        if (behind.hasStamp) {
+            learnOrder(behind.stamp);
+        }
     } else if (closes) {
         behind.length = text.size();
         behind.suffix = withoutDecoration(text.substr(printed + 1));
@@ -499,9 +514,6 @@ void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& 
         cutter.cut();
     }
     cutter.spreadStamp();
-    if (out.hasStamp && state.order == dateOrder_t::unknown) {
-        state.order = out.stamp.tells;
-    }
     for (piece_t& piece : out.pieces) {
         if (piece.kind == kind_t::sentence && piece.fault == fault_t::none &&
             piece.checksumDigits == 0) {

@@ -436,7 +436,7 @@ stamp_t inOrder(const stamp_t& stamp, dateOrder_t order) {
     stamp_t result = stamp;
     const std::optional<kalo::date_t>& date =
         order == dateOrder_t::dayFirst ? stamp.asDayFirst : stamp.asMonthFirst;
-    if (date) {
+    if (date && order != dateOrder_t::unknown) {
         result.date = *date;
         complete(result);
     }

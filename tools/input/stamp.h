@@ -57,5 +57,5 @@ std::string isoText(double unixTime);
 /// it was sent where it tells no date.
 void appendReceived(std::string& out, const stamp_t& stamp);
 
-/// The stamp, read in the order that has been found for its date.
+/// The stamp, read in the order that has been found for its date, if it has been found.
 stamp_t inOrder(const stamp_t& stamp, dateOrder_t order);

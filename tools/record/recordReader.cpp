@@ -157,17 +157,26 @@ void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
         return;
     }
     stamp_t tag;
-    const bool hasTag = !piece.tags.empty() && readUnixStamp(tagValue(piece.tags, "c", true), tag);
-    if (!hasTag && !piece.hasStampBehind) {
-        setReadStamp(record);
-    } else {
+    m_ownStamp.reset();
+    if (!piece.tags.empty() && readUnixStamp(tagValue(piece.tags, "c", true), tag)) {
         tag.isBareNumber = false; // its key says what it is
-        const stamp_t& stamp = hasTag ? tag : piece.stampBehind;
-        m_ownReceived.clear();
-        appendReceived(m_ownReceived, stamp);
-        record.received = m_ownReceived;
-        setClueStamp(stamp, record);
+        m_ownStamp = tag;
+    } else if (piece.hasStampBehind) {
+        m_ownStamp = inOrder(piece.stampBehind, m_state.order);
     }
+    if (m_ownStamp) {
+        setReceived(*m_ownStamp, m_ownReceived, record);
+    } else {
+        setReadStamp(record);
+    }
+}
+
+// Prints the stamp to `text`, which the record then shows.
+void recordReader_t::setReceived(const stamp_t& stamp, std::string& text, record_t& record) {
+    text.clear();
+    appendReceived(text, stamp);
+    record.received = text;
+    setClueStamp(stamp, record);
 }
 
 void recordReader_t::setReadStamp(record_t& record) const {
@@ -183,26 +192,24 @@ void recordReader_t::setClueStamp(const stamp_t& stamp, record_t& record) {
     record.clue.isBareStamp = stamp.isBareNumber;
 }
 
-// A record whose own date is one of the two readings of the line's stamp tells how to read it.
+// A record whose own date is one of the two readings of its stamp tells how to read it.
 void recordReader_t::learnOrder(record_t& record) {
     const clue_t& clue = record.clue;
-    if (m_state.order != dateOrder_t::unknown || !m_stamp || !clue.hasDate || clue.isVoid) {
+    std::optional<stamp_t>& stamp = m_stamp ? m_stamp : m_ownStamp;
+    if (m_state.order != dateOrder_t::unknown || !stamp || !clue.hasDate || clue.isVoid) {
         return;
     }
     const auto isOwn = [&](const std::optional<kalo::date_t>& date) {
         return date && date->year == clue.date.year && date->month == clue.date.month &&
                date->day == clue.date.day;
     };
-    const bool isDayFirst = isOwn(m_stamp->asDayFirst);
-    if (isDayFirst == isOwn(m_stamp->asMonthFirst)) {
+    const bool isDayFirst = isOwn(stamp->asDayFirst);
+    if (isDayFirst == isOwn(stamp->asMonthFirst)) {
         return;
     }
     m_state.order = isDayFirst ? dateOrder_t::dayFirst : dateOrder_t::monthFirst;
-    m_stamp = inOrder(*m_stamp, m_state.order);
-    m_received.clear();
-    appendReceived(m_received, *m_stamp);
-    record.received = m_received;
-    setClueStamp(*m_stamp, record);
+    stamp = inOrder(*stamp, m_state.order);
+    setReceived(*stamp, m_stamp ? m_received : m_ownReceived, record);
 }
 
 // Field by field, which is cheaper than a new record: most are set again at once.

@@ -62,6 +62,7 @@ private:
     void offerSatellites(const record_t& record);
     const std::string& completed(std::string_view text);
 
+    static void setReceived(const stamp_t& stamp, std::string& text, record_t& record);
     static void setClueStamp(const stamp_t& stamp, record_t& record);
     static void reset(record_t& record, const line_t& line, std::string_view raw);
 
@@ -73,8 +74,9 @@ private:
     splitState_t m_state;
     std::optional<stamp_t> m_stamp; // of the line
     std::string m_received;         // by that stamp; kept for the parts of a line that is too long
-    std::string m_ownReceived;      // of one record, by its tag block or its tail
-    std::string m_readTime;         // as a stamp; empty where it does not count
+    std::optional<stamp_t> m_ownStamp; // of one record, by its tag block or what stands behind it
+    std::string m_ownReceived;         // by that stamp
+    std::string m_readTime;            // as a stamp; empty where it does not count
     stamp_t m_readStamp;
     std::string m_completed;
     kalo::nmeaFormat_t m_sentence;
