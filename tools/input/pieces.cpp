@@ -50,8 +50,8 @@ public:
     /// All of the line as one piece, behind its stamp if `hasLead`.
     void addWhole(bool hasLead, kind_t kind, fault_t fault);
     void addAll(kind_t kind);
-    /// In a JSON object a stamp behind its last sentence is one of all.
-    void spreadStamp();
+    /// Gives the stamps behind values of JSON or XML to the records of the line without one.
+    void shareStamps();
 
 private:
     // A place where a sentence may begin.
@@ -68,6 +68,8 @@ private:
         stamp_t stamp;
     };
 
+    // Whether a sentence is a value of JSON or XML, which has neither prefix nor suffix.
+    bool isValue(const start_t& start) const { return m_isJson || envelopeOf(start) == '>'; }
     void learnOrder(const stamp_t& stamp);
     start_t noStart() const { return {m_text.size(), m_text.size(), m_text.size()}; }
     bool isThere(const start_t& start) const { return start.at < m_text.size(); }
@@ -92,7 +94,7 @@ private:
     piece_t& add(std::size_t start, std::size_t textEnd, std::size_t end, kind_t kind,
                  fault_t fault = fault_t::none);
     char envelopeOf(const start_t& start) const;
-    behind_t readBehind(std::string_view text, char closing);
+    behind_t readBehind(std::string_view text, const start_t& start);
     kind_t kindOf(std::string_view text, bool beforeSentence, bool behindStamp);
 
     std::string_view m_text;
@@ -105,6 +107,7 @@ private:
     std::size_t m_done = 0;    // where the next piece begins
     std::string_view m_prefix; // of the next piece
     std::optional<std::size_t> m_stampEnd;
+    bool m_sharesStamps = false; // some stand behind values of JSON or XML
 };
 
 // Text before the first start is a record of its own, or stands in front of the sentence.
@@ -163,12 +166,24 @@ void cutter_t::addAll(kind_t kind) {
     addOther(kind, begin, m_text.size());
 }
 
-void cutter_t::spreadStamp() {
-    if (m_isJson && !m_out.hasStamp && !m_out.pieces.empty() &&
-        m_out.pieces.back().hasStampBehind) {
-        m_out.hasStamp = true;
-        m_out.stamp = m_out.pieces.back().stampBehind;
+// Each has the next stamp behind it; where there is none, the last one in front of it.
+void cutter_t::shareStamps() {
+    if (!m_sharesStamps) {
+        return;
     }
+    const auto share = [](auto begin, auto end) {
+        const piece_t* stamped = nullptr;
+        for (auto piece = begin; piece != end; ++piece) {
+            if (piece->hasStampBehind) {
+                stamped = &*piece;
+            } else if (stamped != nullptr) {
+                piece->hasStampBehind = true;
+                piece->stampBehind = stamped->stampBehind;
+            }
+        }
+    };
+    share(m_out.pieces.rbegin(), m_out.pieces.rend());
+    share(m_out.pieces.begin(), m_out.pieces.end());
 }
 
 // One record of another kind, or several that are joined.
@@ -240,7 +255,7 @@ void cutter_t::setHead(const start_t& first, const lead_t& lead) {
     if (m_out.hasStamp) {
         learnOrder(m_out.stamp);
     }
-    if (m_isJson || envelopeOf(first) == '>') {
+    if (isValue(first)) {
         return;
     }
     // Start characters in front of the last one belong to the text that they stand behind.
@@ -328,8 +343,7 @@ bool cutter_t::addMatching(const start_t& start, std::size_t end) {
         return false;
     }
     const std::size_t textEnd = start.at + checksum.end;
-    const behind_t behind =
-        readBehind(m_text.substr(textEnd, end - textEnd), closingOf(envelopeOf(start)));
+    const behind_t behind = readBehind(m_text.substr(textEnd, end - textEnd), start);
     const std::size_t next = textEnd + behind.length;
     addSentence(start, textEnd, next, behind);
     m_out.pieces.back().checksumDigits = checksum.digits;
@@ -367,7 +381,7 @@ void cutter_t::addUnmatched(const start_t& start) {
         textEnd = text.find(closing, 1);
     }
     textEnd = std::min(textEnd, text.size());
-    const behind_t behind = readBehind(text.substr(textEnd), closing);
+    const behind_t behind = readBehind(text.substr(textEnd), start);
     addSentence(start, start.at + textEnd, m_text.size(), behind);
 }
 
@@ -383,7 +397,7 @@ void cutter_t::addSentence(const start_t& start, std::size_t textEnd, std::size_
 
 // A later sentence of a line has the start characters in front of it for its prefix.
 void cutter_t::setPrefix(const start_t& start) {
-    if (!m_out.pieces.empty()) {
+    if (!m_out.pieces.empty() && !isValue(start)) {
         m_prefix = m_text.substr(start.run, start.at - start.run);
     }
 }
@@ -412,17 +426,20 @@ char cutter_t::envelopeOf(const start_t& start) const {
 }
 
 // What stands behind the end of a sentence: blanks and printed line ends, the end of its envelope,
-// or what stations add. The rest is not of the sentence.
-cutter_t::behind_t cutter_t::readBehind(std::string_view text, char closing) {
+// or what stations add. The rest is not of the sentence. A value has any stamp that follows.
+cutter_t::behind_t cutter_t::readBehind(std::string_view text, const start_t& start) {
     behind_t behind;
+    const char closing = closingOf(envelopeOf(start));
     const std::size_t printed = printedEndLength(text);
     const bool closes = closing != '\0' && printed < text.size() && text[printed] == closing;
     tail_t tail;
-    if (m_isJson || (closes && closing == '<')) {
-        behind.length = text.size();
+    if (isValue(start)) {
+        const bool isOfSentence = m_isJson || closes || readTail(text, tail);
+        behind.length = isOfSentence ? text.size() : printed;
         behind.hasStamp = !m_out.hasStamp && findStamp(text, rules(true), behind.stamp);
         if (behind.hasStamp) {
             learnOrder(behind.stamp);
+            m_sharesStamps = true;
         }
     } else if (closes) {
         behind.length = text.size();
@@ -513,7 +530,7 @@ void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& 
     } else {
         cutter.cut();
     }
-    cutter.spreadStamp();
+    cutter.shareStamps();
     for (piece_t& piece : out.pieces) {
         if (piece.kind == kind_t::sentence && piece.fault == fault_t::none &&
             piece.checksumDigits == 0) {

@@ -64,13 +64,13 @@ struct piece_t {
     unsigned stated = 0;         ///< with `checksumMismatch`
     unsigned computed = 0;       ///< with `checksumMismatch`
     bool hasStampBehind = false;
-    stamp_t stampBehind; ///< which counts where the line has none in front
+    stamp_t stampBehind; ///< counts where neither the line nor a tag block has one in front
 };
 
 /// A line that has been cut.
 struct splitLine_t {
     bool hasStamp = false;
-    stamp_t stamp; ///< of all its records
+    stamp_t stamp; ///< in front of its first record; it counts for all
     std::vector<piece_t> pieces;
     std::string texts; ///< those that do not stand in the line as they are
 };
