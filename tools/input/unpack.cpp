@@ -6,6 +6,8 @@
 
 #include <archive.h>
 #include <archive_entry.h>
+#include <bzlib.h>
+#include <lz4frame.h>
 #include <lzma.h>
 #include <zlib.h>
 #include <zstd.h>
@@ -14,7 +16,10 @@
 namespace {
 
 constexpr std::size_t bufferSize = 131072;
-constexpr const char* cutOff = "the compressed data ends too early";
+constexpr const char* cutOffText =
+    "the compressed data or archive is cut off; records may be missing";
+constexpr const char* damagedText =
+    "the compressed data or archive is damaged; records may be missing or wrong";
 
 struct magic_t {
     content_t content;
@@ -149,6 +154,83 @@ private:
     lzma_stream m_stream = LZMA_STREAM_INIT;
 };
 
+class bzip2Codec_t {
+public:
+    static constexpr char firstByte = 'B';
+
+    bzip2Codec_t() { start(); }
+    bzip2Codec_t(const bzip2Codec_t&) = delete;
+    bzip2Codec_t& operator=(const bzip2Codec_t&) = delete;
+    ~bzip2Codec_t() { BZ2_bzDecompressEnd(&m_stream); }
+
+    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+        m_stream.next_in = const_cast<char*>(in.data()); // NOLINT
+        m_stream.avail_in = static_cast<unsigned>(in.size());
+        m_stream.next_out = out;
+        m_stream.avail_out = static_cast<unsigned>(room);
+        const int result = BZ2_bzDecompress(&m_stream);
+        in.remove_prefix(in.size() - m_stream.avail_in);
+        written = room - m_stream.avail_out;
+        switch (result) {
+        case BZ_OK: return step_t::going;
+        case BZ_STREAM_END:
+            BZ2_bzDecompressEnd(&m_stream);
+            start();
+            return step_t::ended;
+        case BZ_MEM_ERROR: return step_t::tooLarge;
+        default: return step_t::damaged;
+        }
+    }
+
+private:
+    void start() {
+        m_stream = {};
+        if (BZ2_bzDecompressInit(&m_stream, 0, 0) != BZ_OK) {
+            throw std::bad_alloc();
+        }
+    }
+
+    bz_stream m_stream = {};
+};
+
+class lz4Codec_t {
+public:
+    static constexpr char firstByte = '\x04';
+
+    lz4Codec_t() {
+        if (LZ4F_isError(LZ4F_createDecompressionContext(&m_context, LZ4F_VERSION)) != 0) {
+            throw std::bad_alloc();
+        }
+    }
+    lz4Codec_t(const lz4Codec_t&) = delete;
+    lz4Codec_t& operator=(const lz4Codec_t&) = delete;
+    ~lz4Codec_t() { LZ4F_freeDecompressionContext(m_context); }
+
+    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+        std::size_t taken = std::min(in.size(), m_wanted);
+        written = room;
+        m_wanted = LZ4F_decompress(m_context, out, &written, in.data(), &taken, nullptr);
+        if (LZ4F_isError(m_wanted) != 0) {
+            written = 0;
+            return step_t::damaged;
+        }
+        in.remove_prefix(taken);
+        if (m_wanted > 0) {
+            return step_t::going;
+        }
+        m_wanted = firstWanted;
+        return step_t::ended;
+    }
+
+private:
+    static constexpr std::size_t firstWanted = 7; // the shortest header
+
+    LZ4F_dctx* m_context = nullptr;
+    // What completes a block or a checksum. A call that finds a fault gives nothing, so it must not
+    // have a block before the fault.
+    std::size_t m_wanted = firstWanted;
+};
+
 // A compressed stream, which may have several members, each complete in itself. What can be
 // unpacked is handed on at once.
 template <typename Codec>
@@ -163,7 +245,7 @@ public:
             m_isInside = step == step_t::going;
             m_isFull = m_isInside && written == m_buffer.size(); // there may be more of it
             m_hasMember = m_hasMember || step == step_t::ended;
-            m_fault = step == step_t::damaged    ? "damaged compressed data"
+            m_fault = step == step_t::damaged    ? damagedText
                       : step == step_t::tooLarge ? "unpacking it takes too much memory"
                                                  : "";
             if (written > 0) {
@@ -191,7 +273,7 @@ private:
             if (m_in.empty()) {
                 m_fault = m_packed.fault();
                 if (m_fault.empty() && m_isInside) {
-                    m_fault = cutOff;
+                    m_fault = cutOffText;
                 }
                 return false;
             }
@@ -208,21 +290,16 @@ private:
     std::string m_fault;
 };
 
-// What the archive library reads: a compressed stream as its only member, or an archive.
-class libraryBytes_t : public members_t {
+// An archive, which the archive library reads.
+class archiveMembers_t : public members_t {
 public:
-    libraryBytes_t(content_t format, bytes_t& packed)
+    archiveMembers_t(content_t format, bytes_t& packed)
         : m_packed(packed), m_archive(archive_read_new(), archive_read_free) {
         archive* const reader = m_archive.get();
-        switch (format) {
-        case content_t::bzip2: archive_read_support_filter_bzip2(reader); break;
-        case content_t::lz4: archive_read_support_filter_lz4(reader); break;
-        case content_t::tar: archive_read_support_format_tar(reader); break;
-        default: archive_read_support_format_zip_streamable(reader); break;
-        }
-        if (format != content_t::tar && format != content_t::zip) {
-            archive_read_support_format_raw(reader);
-            archive_read_support_format_empty(reader);
+        if (format == content_t::tar) {
+            archive_read_support_format_tar(reader);
+        } else {
+            archive_read_support_format_zip_streamable(reader);
         }
         keep(archive_read_open(reader, &m_packed, nullptr, give, nullptr));
     }
@@ -263,7 +340,7 @@ private:
             m_fault = m_packed.fault();
             const char* const text = archive_error_string(m_archive.get());
             if (m_fault.empty()) {
-                m_fault = text != nullptr ? text : cutOff;
+                m_fault = text != nullptr ? text : cutOffText;
             }
         }
         return result == ARCHIVE_OK || result == ARCHIVE_WARN;
@@ -299,15 +376,11 @@ std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed) {
     case content_t::gzip: return std::make_unique<packedBytes_t<gzipCodec_t>>(packed);
     case content_t::zstd: return std::make_unique<packedBytes_t<zstdCodec_t>>(packed);
     case content_t::xz: return std::make_unique<packedBytes_t<xzCodec_t>>(packed);
-    default: {
-        auto bytes = std::make_unique<libraryBytes_t>(format, packed);
-        std::string name;
-        bytes->next(name);
-        return bytes;
-    }
+    case content_t::bzip2: return std::make_unique<packedBytes_t<bzip2Codec_t>>(packed);
+    default: return std::make_unique<packedBytes_t<lz4Codec_t>>(packed);
     }
 }
 
 std::unique_ptr<members_t> openArchive(content_t format, bytes_t& archive) {
-    return std::make_unique<libraryBytes_t>(format, archive);
+    return std::make_unique<archiveMembers_t>(format, archive);
 }

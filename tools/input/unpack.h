@@ -15,8 +15,8 @@ enum class content_t { undecided, text, gzip, zstd, xz, bzip2, lz4, zip, tar };
 content_t contentOf(std::string_view start, bool mayBeTar);
 
 /// The bytes that `packed` holds, which is compressed in this format. They come as soon as they can
-/// be had with gzip, zstd and lz4, block by block with the others. Memory: what the format asks
-/// for, with zstd up to 128 MiB, with xz up to 1 GiB.
+/// be had, with bzip2, lz4 and zstd block by block. Memory: what the format asks for, with zstd up
+/// to 128 MiB, with xz up to 1 GiB.
 std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed);
 
 /// The members of a tar or zip archive, one after another. What is read are the bytes of the
