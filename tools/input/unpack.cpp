@@ -58,11 +58,15 @@ content_t tarOrText(std::string_view start) {
 
 enum class step_t { going, ended, damaged, tooLarge };
 
+// zstd and lz4 also have frames that are to be skipped, for data of other programs.
+bool startsSkippedFrame(char c) { return c >= '\x50' && c <= '\x5F'; }
+
 // The codecs take bytes off the front of `in` and write at most `room` bytes to `out`.
+// `startsMember` tells whether a further member may begin with this byte.
 
 class gzipCodec_t {
 public:
-    static constexpr char firstByte = '\x1F';
+    static bool startsMember(char c) { return c == '\x1F'; }
 
     gzipCodec_t() { static_cast<void>(inflateInit2(&m_stream, gzipWindow)); }
     gzipCodec_t(const gzipCodec_t&) = delete;
@@ -92,7 +96,7 @@ private:
 
 class zstdCodec_t {
 public:
-    static constexpr char firstByte = '\x28';
+    static bool startsMember(char c) { return c == '\x28' || startsSkippedFrame(c); }
 
     zstdCodec_t() : m_stream(ZSTD_createDStream(), ZSTD_freeDStream) {}
 
@@ -115,7 +119,7 @@ private:
 
 class xzCodec_t {
 public:
-    static constexpr char firstByte = '\xFD';
+    static bool startsMember(char c) { return c == '\xFD'; }
 
     xzCodec_t() { start(); }
     xzCodec_t(const xzCodec_t&) = delete;
@@ -156,7 +160,7 @@ private:
 
 class bzip2Codec_t {
 public:
-    static constexpr char firstByte = 'B';
+    static bool startsMember(char c) { return c == 'B'; }
 
     bzip2Codec_t() { start(); }
     bzip2Codec_t(const bzip2Codec_t&) = delete;
@@ -195,7 +199,7 @@ private:
 
 class lz4Codec_t {
 public:
-    static constexpr char firstByte = '\x04';
+    static bool startsMember(char c) { return c == '\x04' || startsSkippedFrame(c); }
 
     lz4Codec_t() {
         if (LZ4F_isError(LZ4F_createDecompressionContext(&m_context, LZ4F_VERSION)) != 0) {
@@ -264,7 +268,7 @@ private:
                 m_in.remove_prefix(1);
             }
             if (!m_in.empty()) {
-                if (!m_isInside && m_hasMember && m_in[0] != Codec::firstByte) {
+                if (!m_isInside && m_hasMember && !Codec::startsMember(m_in[0])) {
                     m_fault = "other bytes follow the compressed data";
                 }
                 return m_fault.empty();
