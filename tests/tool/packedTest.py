@@ -1,6 +1,7 @@
 """Compressed inputs and archives give the records of what they hold."""
 import bz2
 import gzip
+import io
 import lzma
 import pathlib
 import subprocess
@@ -27,6 +28,34 @@ def packedBy(program, *options):
 
 FORMATS = {"gz": gzip.compress, "xz": lzma.compress, "bz2": bz2.compress,
            "zst": packedBy("zstd"), "lz4": packedBy("lz4")}
+
+
+def tarred():
+    """Two members, whose headers and data take a block of 512 bytes each; two blocks for the end."""
+    data = io.BytesIO()
+    with tarfile.open(fileobj=data, mode="w") as tar:
+        for name in "a.log", "b.log":
+            member = tarfile.TarInfo(name)
+            member.size = len(DEPTH)
+            tar.addfile(member, io.BytesIO(DEPTH))
+    return data.getvalue()
+
+
+def zipped(method):
+    data = io.BytesIO()
+    with zipfile.ZipFile(data, "w", method) as archive:
+        for name in "a.log", "b.log":
+            archive.writestr(name, DEPTH)
+    return data.getvalue()
+
+
+def gzippedWithoutEnd(data):
+    packer = zlib.compressobj(wbits=31)
+    return packer.compress(data) + packer.flush(zlib.Z_SYNC_FLUSH)
+
+
+def changed(data, place, new):
+    return data[:place] + new + data[place + len(new):]
 
 
 def decoded(words, data=b"", chunk=32768):
@@ -117,6 +146,49 @@ class Packed(Test):
                     self.assertEqual((status, err), (1, text))
                     self.assertGreater(len(lines), len(expected) // 2)
                     self.assertEqual(lines[:len(expected) // 2], expected[:len(expected) // 2])
+
+    def testArchiveDamage(self):
+        """What is lost of an archive is said, be it in a member, between members or at the end."""
+        tar, stored, deflated = tarred(), zipped(zipfile.ZIP_STORED), zipped(zipfile.ZIP_DEFLATED)
+        end = 4 * 512
+        directory = stored.index(b"PK\1\2")
+        second = stored.index(b"PK\3\4", 4)
+        rows = [
+            # what, records, member with the fault, its reason
+            ("tar with two blocks at its end", tar[:end + 1024], 2, "", ""),
+            ("tar with one block at its end", tar[:end + 512], 2, "", CUT_OFF),
+            ("tar without an end", tar[:end], 2, "", CUT_OFF),
+            ("tar cut behind a member", tar[:1024], 1, "", CUT_OFF),
+            ("tar cut in a header", tar[:1124], 1, "", CUT_OFF),
+            ("tar cut behind the first bytes of a member", tar[:512 + 300], 1, ":a.log", CUT_OFF),
+            ("tar.gz cut behind a member", gzippedWithoutEnd(tar[:1024]), 1, "", CUT_OFF),
+            ("tar.gz without its end", gzippedWithoutEnd(tar), 2, "", CUT_OFF),
+            ("tar.gz with a wrong checksum", changed(gzip.compress(tar), -8, bytes(4)), 2, "", DAMAGED),
+            ("zip cut behind a member", stored[:second], 1, "", CUT_OFF),
+            ("zip cut in front of its directory", stored[:directory], 2, "", CUT_OFF),
+            ("zip cut in its directory", stored[:directory + 20], 2, "", CUT_OFF),
+            ("zip cut in its last record", stored[:-1], 2, "", CUT_OFF),
+            ("zip with a comment", stored[:-2] + b"\5\0hello", 2, "", ""),
+            ("zip with a comment that is cut off", stored[:-2] + b"\5\0hell", 2, "", CUT_OFF),
+            ("zip with padding", stored + bytes(100), 2, "", ""),
+            ("zip with other bytes behind it", stored + b"x", 2, "", DAMAGED),
+            ("zip in which a member is not found", changed(stored, second, b"QK"), 1, "", DAMAGED),
+            ("zip with a wrong checksum", changed(stored, 30 + 5, b"#"), 2, ":a.log", DAMAGED),
+            ("zip with compressed data that is wrong", changed(deflated, 30 + 5, b"\xFF"), 0, ":a.log",
+             DAMAGED),
+            ("zip cut in compressed data", deflated[:30 + 5 + 10], 1, ":a.log", CUT_OFF)]
+        rows += [(f"{what} in {name} without its last byte", pack(archive)[:-1], 2, "", CUT_OFF)
+                 for name, pack in FORMATS.items()
+                 for what, archive in (("tar", tar), ("zip", stored))]
+        for what, archive, records, member, reason in rows:
+            with self.subTest(what):
+                status, lines, err = decoded([write("x", archive)])
+                self.assertEqual((status, len(lines)), (1 if reason else 0, records))
+                self.assertEqual(err, reason.replace("-", "x" + member, 1))
+        status, lines, err = decoded([write("x", changed(deflated, 8, b"\x4D"))])
+        self.assertEqual((status, len(lines)), (1, 1))
+        self.assertRegex(err, r"^kalo: x:a.log: cannot be unpacked here \(.* method .*\); "
+                         r"unpack it into a file first\n$")
 
     def testLookAlikes(self):
         """What only begins like a compressed file is text."""

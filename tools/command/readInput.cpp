@@ -102,7 +102,7 @@ private:
             const std::string path = fmt::format("{}:{}", name, member);
             areRead = read(path, archive, false, layers + 1) && areRead;
         }
-        return areRead && isWhole(name, archive);
+        return isWhole(name, archive) && areRead;
     }
 
     bool use(const std::string& name, bytes_t& bytes) {

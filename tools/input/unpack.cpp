@@ -7,6 +7,7 @@
 #include <archive.h>
 #include <archive_entry.h>
 #include <bzlib.h>
+#include <fmt/format.h>
 #include <lz4frame.h>
 #include <lzma.h>
 #include <zlib.h>
@@ -294,41 +295,96 @@ private:
     std::string m_fault;
 };
 
+// The bytes of an archive on their way to the archive library.
+struct archiveBytes_t {
+    std::string_view read() {
+        const std::string_view block = packed.read();
+        isAtEnd = block.empty();
+        tail.append(block.substr(block.size() - std::min(block.size(), tailLength)));
+        tail.erase(0, tail.size() - std::min(tail.size(), tailLength));
+        return block;
+    }
+
+    bytes_t& packed;
+    std::size_t tailLength;
+    std::string tail; ///< the last `tailLength` bytes so far
+    bool isAtEnd = false;
+};
+
+// A zip archive ends with a record of 22 bytes: a mark, the number of members, at last the length
+// of the comment behind the record.
+constexpr std::size_t zipEndLength = 22;
+constexpr std::size_t zipEndMost = zipEndLength + 65535;
+
+// What is wrong with a zip archive that ends with `tail` and in which so many members were found.
+std::string zipEndFault(std::string_view tail, std::size_t found) {
+    constexpr std::size_t countAt = 10;
+    constexpr std::size_t commentLengthAt = 20;
+    constexpr std::size_t countElsewhere = 65535; // in a record for large archives
+    const std::size_t start = tail.rfind("PK\x05\x06");
+    if (start == std::string_view::npos || tail.size() - start < zipEndLength) {
+        return cutOffText;
+    }
+    const auto number = [&](std::size_t place) {
+        const auto low = static_cast<unsigned char>(tail[start + place]);
+        const auto high = static_cast<unsigned char>(tail[start + place + 1]);
+        return static_cast<std::size_t>(low) + 256 * static_cast<std::size_t>(high);
+    };
+    const std::size_t end = start + zipEndLength + number(commentLengthAt);
+    if (end > tail.size()) {
+        return cutOffText;
+    }
+    const bool areSomeLost = number(countAt) != countElsewhere && number(countAt) > found;
+    const bool isPaddingLeft = tail.find_first_not_of('\0', end) == std::string_view::npos;
+    return areSomeLost || !isPaddingLeft ? damagedText : "";
+}
+
 // An archive, which the archive library reads.
 class archiveMembers_t : public members_t {
 public:
     archiveMembers_t(content_t format, bytes_t& packed)
-        : m_packed(packed), m_archive(archive_read_new(), archive_read_free) {
+        : m_isTar(format == content_t::tar), m_bytes{packed, m_isTar ? 0 : zipEndMost, {}},
+          m_archive(archive_read_new(), archive_read_free) {
         archive* const reader = m_archive.get();
-        if (format == content_t::tar) {
+        if (m_isTar) {
             archive_read_support_format_tar(reader);
         } else {
             archive_read_support_format_zip_streamable(reader);
         }
-        keep(archive_read_open(reader, &m_packed, nullptr, give, nullptr));
+        // What fails here fails again at the first member.
+        static_cast<void>(archive_read_open(reader, &m_bytes, nullptr, give, nullptr));
     }
 
     bool next(std::string& name) override {
         archive_entry* entry = nullptr;
-        while (m_fault.empty() && keep(archive_read_next_header(m_archive.get(), &entry))) {
-            if (archive_entry_filetype(entry) == AE_IFREG) {
+        m_fault.clear();
+        while (!m_isOver) {
+            const int result = archive_read_next_header(m_archive.get(), &entry);
+            if (result == ARCHIVE_EOF) {
+                finish();
+            } else if (result != ARCHIVE_WARN && !keep(result)) {
+                m_isOver = true;
+            } else if (archive_entry_filetype(entry) == AE_IFREG) {
                 const char* const path = archive_entry_pathname(entry);
                 name = path != nullptr ? path : "";
                 m_hasMember = true;
                 return true;
             }
         }
-        m_hasMember = false;
         return false;
     }
 
     std::string_view read() override {
-        const void* data = nullptr;
-        std::size_t size = 0;
-        la_int64_t offset = 0;
-        while (m_hasMember && m_fault.empty() &&
-               keep(archive_read_data_block(m_archive.get(), &data, &size, &offset))) {
-            if (size > 0) {
+        while (m_hasMember) {
+            const void* data = nullptr;
+            std::size_t size = 0;
+            la_int64_t offset = 0;
+            const int result = archive_read_data_block(m_archive.get(), &data, &size, &offset);
+            m_hasMember = result == ARCHIVE_OK || result == ARCHIVE_WARN; // wrong sum or length
+            if (result != ARCHIVE_EOF) {
+                keep(result);
+            }
+            if (m_hasMember && size > 0) {
                 return {static_cast<const char*>(data), size};
             }
         }
@@ -338,28 +394,53 @@ public:
     std::string fault() const override { return m_fault; }
 
 private:
-    // Whether there is more; keeps what was wrong.
+    // Whether all is well; keeps what was wrong.
     bool keep(int result) {
-        if (result != ARCHIVE_OK && result != ARCHIVE_WARN && result != ARCHIVE_EOF) {
-            m_fault = m_packed.fault();
-            const char* const text = archive_error_string(m_archive.get());
-            if (m_fault.empty()) {
-                m_fault = text != nullptr ? text : cutOffText;
-            }
+        if (result == ARCHIVE_OK) {
+            return true;
         }
-        return result == ARCHIVE_OK || result == ARCHIVE_WARN;
+        m_isOver = result == ARCHIVE_FATAL;
+        m_fault = m_bytes.packed.fault();
+        if (m_fault.empty() && result == ARCHIVE_FAILED) { // encrypted, an unknown method
+            const char* const text = archive_error_string(m_archive.get());
+            m_fault = fmt::format("cannot be unpacked here ({}); unpack it into a file first",
+                                  text != nullptr ? text : "unknown method");
+        } else if (m_fault.empty()) {
+            m_fault = m_isOver && m_bytes.isAtEnd ? cutOffText : damagedText;
+        }
+        return false;
     }
 
-    static la_ssize_t give(archive* /*reader*/, void* packed, const void** block) {
-        const std::string_view bytes = static_cast<bytes_t*>(packed)->read();
-        *block = bytes.data();
-        return static_cast<la_ssize_t>(bytes.size());
+    // At the end mark: the rest is read for the faults that only show there. The library also takes
+    // the end of a tar archive for an end mark, and does not read on behind a zip archive's
+    // members.
+    void finish() {
+        m_isOver = true;
+        const bool isTarCutOff = m_isTar && m_bytes.isAtEnd;
+        while (!m_bytes.isAtEnd) {
+            m_bytes.read();
+        }
+        m_fault = m_bytes.packed.fault();
+        if (m_fault.empty() && !m_isTar) {
+            const int found = archive_file_count(m_archive.get());
+            m_fault = zipEndFault(m_bytes.tail, static_cast<std::size_t>(found));
+        } else if (m_fault.empty() && isTarCutOff) {
+            m_fault = cutOffText;
+        }
     }
 
-    bytes_t& m_packed;
+    static la_ssize_t give(archive* /*reader*/, void* bytes, const void** block) {
+        const std::string_view read = static_cast<archiveBytes_t*>(bytes)->read();
+        *block = read.data();
+        return static_cast<la_ssize_t>(read.size());
+    }
+
+    bool m_isTar;
+    archiveBytes_t m_bytes;
     std::unique_ptr<archive, int (*)(archive*)> m_archive;
     bool m_hasMember = false;
-    std::string m_fault;
+    bool m_isOver = false;
+    std::string m_fault; ///< of the member, or of the archive when there are no more members
 };
 
 } // namespace

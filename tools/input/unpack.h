@@ -20,10 +20,11 @@ content_t contentOf(std::string_view start, bool mayBeTar);
 std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed);
 
 /// The members of a tar or zip archive, one after another. What is read are the bytes of the
-/// member that `next` went to.
+/// member that `next` went to, and `fault` is that member's.
 class members_t : public bytes_t {
 public:
-    /// Goes to the next file; false at the end of the archive and after a failure.
+    /// Goes to the next file. False at the end of the archive, and when it cannot be read on; then
+    /// `fault` is what is wrong with the archive, if no member has said so.
     virtual bool next(std::string& name) = 0;
 };
 
