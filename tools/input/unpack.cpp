@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <new>
 
 #include <archive.h>
@@ -43,12 +44,34 @@ constexpr magic_t magics[] = {
 
 bool fits(char c, char mark) { return mark == '\x01' ? c >= '1' && c <= '9' : c == mark; }
 
-// A tar archive begins with a name of up to 100 bytes and NUL; its mark comes later.
+struct tarField_t {
+    std::size_t begin;
+    std::size_t length;
+};
+
+// The numbers at the start of a tar archive: the member's mode, user, group, size and time, and the
+// checksum of the header.
+constexpr tarField_t tarNumbers[] = {{100, 8}, {108, 8}, {116, 8}, {124, 12}, {136, 12}, {148, 8}};
+
+// Whether a field whose beginning this is may be a number: octal digits with blanks and NUL, or a
+// binary number behind a first byte of at least 0x80.
+bool isTarNumber(std::string_view field) {
+    constexpr std::string_view allowed("01234567 \0", 10);
+    return field.empty() || static_cast<unsigned char>(field[0]) >= 0x80 ||
+           field.find_first_not_of(allowed) == std::string_view::npos;
+}
+
+// A tar archive begins with a name of up to 100 bytes and NUL, and numbers; its mark comes later.
+// Text is to be known as text before that, because a live input may not have as many bytes yet.
 content_t tarOrText(std::string_view start) {
     constexpr std::size_t nameLength = 100;
     constexpr std::size_t markAt = 257;
     constexpr std::string_view mark = "ustar";
-    if (start.substr(0, nameLength).find_first_of("\r\n") != std::string_view::npos) {
+    const auto isNumber = [&](const tarField_t& field) {
+        return isTarNumber(start.substr(std::min(field.begin, start.size()), field.length));
+    };
+    if (start.substr(0, nameLength).find_first_of("\r\n") != std::string_view::npos ||
+        !std::all_of(std::begin(tarNumbers), std::end(tarNumbers), isNumber)) {
         return content_t::text;
     }
     if (start.size() < markAt + mark.size()) {
