@@ -31,7 +31,7 @@ FORMATS = {"gz": gzip.compress, "xz": lzma.compress, "bz2": bz2.compress,
 
 
 def tarred():
-    """Two members, whose headers and data take a block of 512 bytes each; two blocks for the end."""
+    """Two members, whose header and data take a block of 512 bytes each; the end takes two."""
     data = io.BytesIO()
     with tarfile.open(fileobj=data, mode="w") as tar:
         for name in "a.log", "b.log":
@@ -93,6 +93,7 @@ class Packed(Test):
         """Members are inputs; they may be compressed, and so may the archive."""
         write("a.log", VOYAGE)
         write("b.log.gz", gzip.compress(DEPTH))
+
         def ofLargeUser(member):
             member.uid = 1 << 40  # which the header holds in binary
             return member
@@ -167,7 +168,8 @@ class Packed(Test):
             ("tar cut behind the first bytes of a member", tar[:512 + 300], 1, ":a.log", CUT_OFF),
             ("tar.gz cut behind a member", gzippedWithoutEnd(tar[:1024]), 1, "", CUT_OFF),
             ("tar.gz without its end", gzippedWithoutEnd(tar), 2, "", CUT_OFF),
-            ("tar.gz with a wrong checksum", changed(gzip.compress(tar), -8, bytes(4)), 2, "", DAMAGED),
+            ("tar.gz with a wrong checksum", changed(gzip.compress(tar), -8, bytes(4)), 2, "",
+             DAMAGED),
             ("zip cut behind a member", stored[:second], 1, "", CUT_OFF),
             ("zip cut in front of its directory", stored[:directory], 2, "", CUT_OFF),
             ("zip cut in its directory", stored[:directory + 20], 2, "", CUT_OFF),
@@ -178,7 +180,7 @@ class Packed(Test):
             ("zip with other bytes behind it", stored + b"x", 2, "", DAMAGED),
             ("zip in which a member is not found", changed(stored, second, b"QK"), 1, "", DAMAGED),
             ("zip with a wrong checksum", changed(stored, 30 + 5, b"#"), 2, ":a.log", DAMAGED),
-            ("zip with compressed data that is wrong", changed(deflated, 30 + 5, b"\xFF"), 0, ":a.log",
+            ("zip with wrong compressed data", changed(deflated, 30 + 5, b"\xFF"), 0, ":a.log",
              DAMAGED),
             ("zip cut in compressed data", deflated[:30 + 5 + 10], 1, ":a.log", CUT_OFF)]
         rows += [(f"{what} in {name} without its last byte", pack(archive)[:-1], 2, "", CUT_OFF)
@@ -205,8 +207,9 @@ class Packed(Test):
     def testLive(self):
         """Records come as they are unpacked."""
         # A longer line might be the header of a tar archive, by its first 100 bytes and its digits.
-        longer = completed(b"2026-03-14T23:59:58.412000Z mru-330-port-side-forward-container "
-                           b"$GPGGA,123519.00,4807.0380000,N,01131.0000000,E,1,08,0.9,545.4,M,46.9,M,,*hh\n")
+        longer = completed(b"2026-03-14T23:59:58.412000Z receiver-on-the-bridge-deck $GPGGA,"
+                           b"123519,4807.038,N,01131.000,E,1,08,0.9,545.4,M,46.9,M,,*hh\n")
+        self.assertGreater(len(longer), 108)
         padded = b"x" * 99 + b" 1234567" * 5 + b" 12345678 " + DEPTH
         for line in DEPTH, longer, padded:
             packer = zlib.compressobj(wbits=31)
