@@ -209,6 +209,19 @@ class Bounds(Test):
             self.assertEqual(list(records.faults(decoded, data)), [])
             self.assertEqual({"received" in record for record in decoded}, {data.startswith(stamp)})
 
+    def testWork(self):
+        """It is linear in the length of a line: for each byte the same, not one look at the rest."""
+        front = b"14 Mar 2026 23:59:58 P:1 "
+        for words, head, part in (
+                ([], front, b"1 "), ([], front, b"1 Mar 2026 "), (["--kind", "ats"], b"", b"1 "),
+                (["--kind", "ats"], b"", b"1 Mar 2026 "), (["--kind", "tss1"], b"", b":"),
+                ([], front, b"1 Mar 2026 1:2:3 "), ([], front, b"1 Mar 2026 1:2:3 * ")):
+            line = head + part * (65000 // len(part)) + b"\n"
+            begin = time.monotonic()
+            status, _, err = run(["decode", "-q", *words], line * 60)
+            self.assertEqual((status, err), (0, ""))
+            self.assertLess(time.monotonic() - begin, 20, (words, part))
+
     def testMessages(self):
         """One fault is one short line, however large what it is about."""
         for words, bad, message in (

@@ -99,8 +99,11 @@ std::size_t nextTracking(std::string_view text) {
             continue;
         }
         const std::size_t length = momentLength(text.substr(at));
+        if (length == 0) {
+            continue; // most are no date: looking on from each of them would not be linear
+        }
         const std::size_t tag = text.find_first_of(":*", at + length);
-        if (length > 0 && tag < text.size() && text[tag] == ':') {
+        if (tag < text.size() && text[tag] == ':') {
             return at;
         }
     }
