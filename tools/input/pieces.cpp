@@ -162,8 +162,11 @@ void cutter_t::addWhole(bool hasLead, kind_t kind, fault_t fault) {
 }
 
 void cutter_t::addAll(kind_t kind) {
-    const std::size_t begin = m_options.strict ? 0 : takeLead();
-    addOther(kind, begin, m_text.size());
+    if (m_options.strict) {
+        addWhole(false, kind, fault_t::none);
+    } else {
+        addOther(kind, takeLead(), m_text.size());
+    }
 }
 
 // Each has the next stamp behind it; where there is none, the last one in front of it.
