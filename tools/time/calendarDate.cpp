@@ -2,7 +2,6 @@
 
 namespace {
 
-constexpr unsigned lastYear = 9999;
 constexpr unsigned daysOfMonth[] = {31, 29, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 
 bool isLeapYear(unsigned year) { return year % 4 == 0 && (year % 100 != 0 || year % 400 == 0); }

@@ -5,7 +5,9 @@
 
 #include "kalo/time/dateTime.h"
 
-/// Whether the calendar has the date, in the years 0 to 9999.
+constexpr unsigned lastYear = 9999;
+
+/// Whether the calendar has the date, in the years up to the last one.
 bool isInCalendar(const kalo::date_t& date);
 
 /// Reads YYYY-MM-DD; false, with `out` unspecified, for anything else and for a date that the

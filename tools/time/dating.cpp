@@ -38,8 +38,12 @@ dating_t::dating_t(const datingOptions_t& options) : m_options(options) {
 
 std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
     const bool hasTime = clue.hasTime && isInRange(clue.time.time);
-    if (clue.hasDate && !clue.isVoid && isInCalendar(clue.date)) {
+    const bool hasOwnDate = clue.hasDate && !clue.isVoid;
+    if (hasOwnDate && isInCalendar(clue.date)) {
         return dateByOwn(clue, hasTime);
+    }
+    if (hasOwnDate && clue.date.year > lastYear) {
+        return {};
     }
     if (!hasTime && !clue.hasDate) {
         return {};

@@ -40,8 +40,9 @@ class dating_t {
 public:
     explicit dating_t(const datingOptions_t& options);
 
-    /// The instant of a record. None while no date is known, for a time that is out of range, and
-    /// for a record without a time, whose date the reference follows all the same.
+    /// The instant of a record. None while no date is known, for a time that is out of range, for
+    /// a date of its own beyond the last year, and for a record without a time, whose date the
+    /// reference follows all the same.
     std::optional<instant_t> date(const timeClue_t& clue);
 
     /// The place in time of the last record, if any is known.
