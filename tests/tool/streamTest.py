@@ -4,6 +4,7 @@ import itertools
 import os
 import signal
 import socket
+import subprocess
 import threading
 import time
 import unittest
@@ -63,6 +64,14 @@ class Output(Test):
             self.assertNotEqual(tool.line(), b"")
             tool.stdout.close()
             self.assertEqual((tool.wait(20), tool.stderr.read().count(b"\n")), (0, 1))
+
+    def testReaderThatLeavesUnseen(self):
+        """Nor does it matter that there is always more to read, and nothing to write."""
+        for words in ["decode", "-q", "-t", "GGA"], ["encode", "tss1"], ["time"]:
+            with Tool(*words, stdin=self.open("/dev/zero", "rb"),
+                      stderr=subprocess.DEVNULL) as tool:
+                tool.stdout.close()
+                self.assertEqual(tool.wait(20), 0, words)
 
     def testReaderThatIsSlow(self):
         """An output that takes nothing more at the moment is waited for."""

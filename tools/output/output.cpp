@@ -54,6 +54,9 @@ void output_t::flushIfLarge() {
 
 void output_t::flushIfDue() {
     if (std::chrono::steady_clock::now() - m_flushed >= longestWait) {
+        if (m_buffer.size() == 0) { // then no write tells
+            checkReader();
+        }
         flush();
     }
 }

@@ -18,7 +18,8 @@ public:
     void flush();
     /// Flushes what is worth a write.
     void flushIfLarge();
-    /// Flushes when a live reader has waited long enough.
+    /// Flushes when a live reader has waited long enough. Where there is nothing to write, asks
+    /// whether the reader has gone.
     void flushIfDue();
 
     /// Nothing more can be written: the reader has gone, or an error.
