@@ -40,7 +40,17 @@ class Words(Test):
                 ("decode --radian", "decode: no such option: --radian; did you mean --radians?"),
                 ("decode --type RMC,SATELITES",
                  "decode: --type: no such record type: SATELITES; did you mean SATELLITES?"),
-                ("decode --type", "decode: --type"),
+                ("decode --type", "decode: --type: missing A,B\n"),
+                ("decode -qt", "decode: --type: missing A,B\n"),
+                ("decode --date", "decode: --date: missing YYYY-MM-DD|today\n"),
+                ("decode --prefix -- x", "decode: --prefix: missing TEXT\n"),
+                ("decode --quiet=false", "decode: --quiet: takes no value\n"),
+                ("decode --raw=foo", "decode: --raw: takes no value\n"),
+                ("decode --epoch=", "decode: --epoch: takes no value\n"),
+                ("decode -q=1", "decode: --quiet: takes no value\n"),
+                ("encode tss1 --radians=true", "encode: --radians: takes no value\n"),
+                ("decode -qx", "decode: no such option: -x\n"),
+                ("decode --type=", "decode: --type: no such record type: "),
                 ("decode --kind TSS1", "decode: --kind: no such kind: TSS1 (expected nmea, "),
                 ("decode --only-valid --only-malformed",
                  "decode: --only-valid and --only-malformed cannot be combined"),
@@ -49,7 +59,8 @@ class Words(Test):
                  "decode: --date: no such date: 2014-02-29 (expected YYYY-MM-DD)"),
                 ("decode --date 2014-8-1", "decode: --date: no such date: 2014-8-1"),
                 ("decode --date 2014-08-01T", "decode: --date: no such date: 2014-08-01T"),
-                ("decode --date=", "decode: --date"),
+                ("decode --date=", "decode: --date: no such date: "),
+                ("decode --kind= -q", "decode: --kind: no such kind: "),
                 ("fields GAG", "fields: no such record type: GAG; did you mean GGA?"),
                 ("encode", "encode: missing format (expected tss1)"),
                 ("encode foo", "encode: no such format: foo (expected tss1)"),
@@ -61,6 +72,19 @@ class Words(Test):
             self.assertTrue(err.startswith("kalo: " + message), err)
             self.assertRegex(err, r"^.*\nkalo: see kalo (\w+ )?--help\n$")
         self.assertEqual(run([])[:2], (2, b""))
+
+    def testValues(self):
+        """The value of an option stands behind "=", or it is the next argument; it may be empty."""
+        data = completed(b"a $SDDPT,1*hh\n$GPGLL,,,,,,A*hh\n$PABCD,1*hh\nb $SDDPT,2*hh\n")
+        for words, lines, isQuiet in (
+                ("--prefix= -q", [2, 3], True), ("--prefix=a --prefix=", [1, 2, 3], False),
+                ("--prefix b", [4], False), ("--prefix=b -q", [4], True),
+                ("--talker= -q", [3], True), ("--talker gp,,SD", [1, 2, 4], False),
+                ("-tDPT", [1, 4], False), ("-qtDPT", [1, 4], True),
+                ("-qt gll,DPT --talker=GP", [2], True)):
+            status, out, err = run(["decode", *words.split()], data)
+            self.assertEqual((status, [record["line"] for record in records.read(out)], err == ""),
+                             (0, lines, isQuiet), words)
 
     def testFields(self):
         self.assertEqual(run(["fields", "STN", "gsv"])[1].decode().splitlines()[:3], [

@@ -1,8 +1,10 @@
 #include "tools/command/arguments.h"
 
 #include <algorithm>
+#include <optional>
+#include <set>
+#include <string_view>
 
-#include <CLI/CLI.hpp>
 #include <fmt/format.h>
 
 #include "tools/command/nearest.h"
@@ -16,24 +18,117 @@ std::string_view longName(const option_t& option) {
     return names.substr(names.rfind(',') + 1);
 }
 
-void takeValues(const option_t& option, const std::vector<std::string>& values) {
-    for (const std::string& value : values) {
-        try {
-            option.take(value);
-        } catch (const usageError_t& error) {
-            throw usageError_t(std::string(longName(option)) + ": " + error.what());
-        }
-    }
+bool isNamed(const option_t& option, std::string_view name) {
+    const std::string_view names = option.names;
+    return name == longName(option) || name == names.substr(0, names.find(','));
 }
 
-[[noreturn]] void refuseOption(const verb_t& verb, const std::string& argument) {
+const option_t& optionOf(const verb_t& verb, std::string_view name) {
     std::vector<std::string_view> names = {"--help"};
     for (const option_t& option : verb.options) {
+        if (isNamed(option, name)) {
+            return option;
+        }
         names.push_back(longName(option));
     }
-    const std::string name = argument.substr(0, argument.find('='));
     throw usageError_t("no such option: " + printable(name) + suggestion(name, names));
 }
+
+// What stands between the commas of a list. Nothing there is no value, but nothing at all is one.
+std::vector<std::string> valuesOf(const option_t& option, const std::string& text) {
+    std::vector<std::string> values;
+    for (std::size_t begin = 0; option.times == times_t::list && begin < text.size();) {
+        const std::size_t end = std::min(text.find(',', begin), text.size());
+        if (end > begin) {
+            values.push_back(text.substr(begin, end - begin));
+        }
+        begin = end + 1;
+    }
+    return values.empty() ? std::vector{text} : values;
+}
+
+// Reads arguments from the first to the last.
+class argumentReader_t {
+public:
+    argumentReader_t(const verb_t& verb, const std::vector<std::string>& arguments)
+        : m_verb(verb), m_next(arguments.begin()), m_end(arguments.end()) {}
+
+    std::vector<std::string> readAll() {
+        std::vector<std::string> operands;
+        while (m_next != m_end) {
+            const std::string& argument = *m_next++;
+            if (argument == separator) {
+                operands.insert(operands.end(), m_next, m_end);
+                break;
+            }
+            if (argument.size() < 2 || argument[0] != '-') {
+                operands.push_back(argument);
+            } else if (argument[1] == '-') {
+                readLong(argument);
+            } else {
+                readShort(argument);
+            }
+        }
+        return operands;
+    }
+
+private:
+    static constexpr std::string_view separator = "--"; // whatever follows it is no option
+
+    // "--quiet", "--type A" or "--type=A".
+    void readLong(const std::string& argument) {
+        const std::size_t equals = argument.find('=');
+        std::optional<std::string> value;
+        if (equals < argument.size()) {
+            value = argument.substr(equals + 1);
+        }
+        take(optionOf(m_verb, argument.substr(0, equals)), value);
+    }
+
+    // "-q", "-t A", "-tA", or several at once: "-qtA".
+    void readShort(const std::string& argument) {
+        for (std::size_t at = 1; at < argument.size(); ++at) {
+            const option_t& option = optionOf(m_verb, std::string{'-', argument[at]});
+            std::optional<std::string> value;
+            if (at + 1 < argument.size() &&
+                (option.operand != nullptr || argument[at + 1] == '=')) {
+                value = argument.substr(at + 1);
+                at = argument.size();
+            }
+            take(option, value);
+        }
+    }
+
+    // The value is the one behind the name, or the next argument.
+    void take(const option_t& option, std::optional<std::string> value) {
+        const std::string name(longName(option));
+        if (option.operand == nullptr) {
+            if (value) {
+                throw usageError_t(name + ": takes no value");
+            }
+            option.take({});
+            return;
+        }
+        if (!value && (m_next == m_end || *m_next == separator)) {
+            throw usageError_t(name + ": missing " + option.operand);
+        }
+        if (!m_given.insert(&option).second && option.times == times_t::once) {
+            throw usageError_t(name + " is given more than once");
+        }
+        try {
+            for (const std::string& each : valuesOf(option, value ? *value : *m_next++)) {
+                option.take(each);
+            }
+        } catch (const usageError_t& error) {
+            throw usageError_t(name + ": " + error.what());
+        }
+    }
+
+    const verb_t& m_verb;
+    std::vector<std::string>::const_iterator m_next;
+    std::vector<std::string>::const_iterator m_end;
+    std::set<const option_t*> m_given;
+};
 
 // Text of several lines, each but the first behind `indent` blanks.
 std::string indented(std::string_view text, std::size_t indent) {
@@ -78,55 +173,7 @@ std::string helpLine(const option_t& option) {
 
 std::vector<std::string> parseArguments(const verb_t& verb,
                                         const std::vector<std::string>& arguments) {
-    // Whatever follows "--" is no option.
-    const auto separator = std::find(arguments.begin(), arguments.end(), "--");
-    std::vector<std::string> before(arguments.begin(), separator);
-    CLI::App app;
-    app.set_help_flag();
-    app.allow_extras();
-    std::vector<std::vector<std::string>> values(verb.options.size());
-    std::vector<const CLI::Option*> parsed;
-    for (std::size_t i = 0; i < verb.options.size(); ++i) {
-        const option_t& option = verb.options[i];
-        if (option.operand == nullptr) {
-            parsed.push_back(app.add_flag(option.names));
-            continue;
-        }
-        CLI::Option* const added = app.add_option(option.names, values[i]);
-        added->allow_extra_args(false);
-        if (option.times == times_t::list) {
-            added->delimiter(',');
-        }
-        parsed.push_back(added);
-    }
-    std::reverse(before.begin(), before.end()); // the order in which they are taken
-    try {
-        app.parse(before);
-    } catch (const CLI::ParseError& error) {
-        throw usageError_t(error.what());
-    }
-    std::vector<std::string> operands = app.remaining();
-    for (const std::string& operand : operands) {
-        if (operand.size() > 1 && operand[0] == '-') {
-            refuseOption(verb, operand);
-        }
-    }
-    for (std::size_t i = 0; i < verb.options.size(); ++i) {
-        const option_t& option = verb.options[i];
-        if (option.operand == nullptr) {
-            if (parsed[i]->count() > 0) {
-                option.take({});
-            }
-        } else if (parsed[i]->count() > 1 && option.times == times_t::once) {
-            throw usageError_t(fmt::format("{} is given more than once", longName(option)));
-        } else {
-            takeValues(option, values[i]);
-        }
-    }
-    if (separator != arguments.end()) {
-        operands.insert(operands.end(), separator + 1, arguments.end());
-    }
-    return operands;
+    return argumentReader_t(verb, arguments).readAll();
 }
 
 option_t flag(const char* names, bool& out, const char* help) {
