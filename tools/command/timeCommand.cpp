@@ -105,14 +105,20 @@ private:
         if (!(out.unixTime >= gpsEpoch)) {
             return "earlier than 1980-01-06, the start of GPS time";
         }
+        const double second = std::floor(out.unixTime);
         out.unixTime = toMicroseconds(out.unixTime);
         if (out.unixTime >= lastSecond + 1) {
             return afterEnd;
         }
-        const double whole = std::floor(out.unixTime);
-        if (isLeapSecond && !hasLeapSecond(whole)) {
+        if (isLeapSecond && !hasLeapSecond(second)) {
             return "no leap second was inserted at that time";
         }
+        if (out.unixTime == second + 1) {
+            // Rounded up: out of a leap second, or perhaps into one.
+            out.unixTime = isLeapSecond ? second : second + 1;
+            isLeapSecond = !isLeapSecond && hasLeapSecond(second + 1);
+        }
+        const double whole = std::floor(out.unixTime);
         out.isLeapSecond = isLeapSecond;
         out.gps = gpsOf(countOfUnix(whole) - (isLeapSecond ? 1 : 0) + (out.unixTime - whole));
         return nullptr;
