@@ -56,10 +56,14 @@ bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view
     const head_t head = headOf(view);
     const bool isLast = head.number == head.count;
     const bool mayHaveSignal = view.fieldCount() % 4 == 1 && view.fieldCount() > 1;
+    // Whether the sentence is the next one of an open group; of the remains of a group.
     const auto continues = [&](const slot_t* slot) {
-        return head.isReadable && slot != nullptr && slot->last > 0 &&
+        return slot != nullptr && !slot->isRemains && head.isReadable &&
                head.number == slot->last + 1 && head.count == slot->count &&
                head.inView == slot->group.inView;
+    };
+    const auto continuesRemains = [&](const slot_t* slot) {
+        return slot != nullptr && slot->isRemains && head.number == slot->last + 1;
     };
     m_key.assign(sender.prefix).append(1, '\0').append(sender.station).append(1, '\0');
     m_key.append(view.addressField()->toString()).append(1, ',');
@@ -72,26 +76,31 @@ bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view
         m_incomplete += slot != nullptr ? 1 : 0;
         slot = slot != nullptr ? slot : &open(m_key);
         slot->count = head.count;
-        slot->last = head.isReadable ? 1 : 0;
+        slot->isRemains = !head.isReadable;
         slot->group.inView = head.inView;
         slot->group.satellites.clear();
     } else {
+        const bool isOpen = slot != nullptr && !slot->isRemains;
         if (isLast && m_key.size() > withoutSignal && !continues(slot)) {
             // Some devices name the signal in the last sentence only.
             slot_t* const unnamed = find(std::string_view(m_key).substr(0, withoutSignal));
-            slot = continues(unnamed) ? unnamed : slot;
+            const bool isOfUnnamed = continues(unnamed) || (!isOpen && !continuesRemains(slot) &&
+                                                            continuesRemains(unnamed));
+            slot = isOfUnnamed ? unnamed : slot;
         }
-        if (!continues(slot)) {
-            // Out of turn: passed over or, without an open group, the remains of one.
-            if (slot == nullptr) {
-                open(m_key).last = 0;
+        if (!continues(slot) && !continuesRemains(slot)) {
+            if (isOpen || (slot != nullptr && head.number == 0)) {
+                return false; // out of turn, or without a number
             }
-            return false;
+            // Another group, whose first sentence is missing.
+            m_incomplete += slot != nullptr ? 1 : 0;
+            slot = slot != nullptr ? slot : &open(m_key);
+            slot->isRemains = true;
         }
-        slot->last = head.number;
     }
+    slot->last = head.number;
     slot->heard = m_sentences;
-    if (!head.isReadable) {
+    if (slot->isRemains) {
         return false;
     }
     add(slot->group, satellites);

@@ -50,7 +50,8 @@ private:
         std::string key;         // sender, address and signal
         std::uint64_t heard = 0; // when its last sentence came; 0: the slot is free
         unsigned count = 0;
-        unsigned last = 0; // number of the last sentence; 0 in the remains of a group
+        unsigned last = 0;      // number of its last sentence
+        bool isRemains = false; // its first sentence is missing, or says too little
         satelliteGroup_t group;
     };
 
