@@ -108,8 +108,8 @@ TEST(memory, decodingAllocatesTheViewAlone) {
         record_t record;
         record.type = typeOfSentence(format.type());
         record.content = &format;
-        visitRecord(record, scratch, [&](auto kind, const auto& source) {
-            const auto readAll = [&] { readValues<decltype(kind)>(source, nowhere); };
+        visitRecord(record, scratch, [&](auto kind, const auto& recordView) {
+            const auto readAll = [&] { readValues<decltype(kind)>(recordView, nowhere); };
             readAll(); // every text of the recording is short
             EXPECT_EQ(allocationsOf(readAll), 0) << text;
             decoded.insert(kind.name);

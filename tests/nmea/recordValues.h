@@ -82,7 +82,8 @@ inline values_t valuesOf(typeIndex_t type, const std::string& text) {
     }
     scratch_t scratch;
     textSink_t sink;
-    visitRecord(record, scratch,
-                [&](auto kind, const auto& source) { readValues<decltype(kind)>(source, sink); });
+    visitRecord(record, scratch, [&](auto kind, const auto& recordView) {
+        readValues<decltype(kind)>(recordView, sink);
+    });
     return sink.values;
 }

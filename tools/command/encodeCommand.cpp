@@ -21,8 +21,8 @@ using kalo::tss1MsgBuilder_t;
 
 constexpr double radiansPerDegree = 3.141592653589793 / 180;
 
-// The keys and texts of one record.
-using members_t = std::map<std::string, std::string>;
+// The texts of one record, by their keys.
+using recordTexts_t = std::map<std::string, std::string>;
 
 // A value of the record: its range in counts, and how the builder gets it.
 struct motionRow_t {
@@ -68,12 +68,12 @@ std::string setValue(tss1MsgBuilder_t& builder, const motionRow_t& row, const st
     return {};
 }
 
-// The record of these members, or what is wrong with them.
-std::string build(const members_t& members, bool radians, std::string& record) {
+// The record with these texts, or what is wrong with them.
+std::string build(const recordTexts_t& texts, bool radians, std::string& record) {
     tss1MsgBuilder_t builder;
     for (const motionRow_t& row : rows) {
-        const auto found = members.find(row.key);
-        if (found == members.end() || found->second.empty()) {
+        const auto found = texts.find(row.key);
+        if (found == texts.end() || found->second.empty()) {
             return fmt::format("{} is missing", row.key);
         }
         std::string fault = setValue(builder, row, found->second, radians);
@@ -81,8 +81,8 @@ std::string build(const members_t& members, bool radians, std::string& record) {
             return fault;
         }
     }
-    const auto status = members.find("status");
-    if (status == members.end() || status->second.empty()) {
+    const auto status = texts.find("status");
+    if (status == texts.end() || status->second.empty()) {
         return "status is missing";
     }
     tss1Msg_t letter;
@@ -96,9 +96,9 @@ std::string build(const members_t& members, bool radians, std::string& record) {
 }
 
 // Whether the record is, or may be, one of motion.
-bool isMotion(const members_t& members) {
-    const auto type = members.find("type");
-    return type == members.end() || type->second.empty() || type->second == "TSS1";
+bool isMotion(const recordTexts_t& texts) {
+    const auto type = texts.find("type");
+    return type == texts.end() || type->second.empty() || type->second == "TSS1";
 }
 
 // One line of RFC 4180; false when a quote does not close.
@@ -124,7 +124,7 @@ bool splitCsv(std::string_view line, std::vector<std::string>& cells) {
 // that `decode` prints is nested deeper than `deepest`, and nothing here recurses.
 class jsonReader_t : public nlohmann::json_sax<nlohmann::json> {
 public:
-    explicit jsonReader_t(members_t& out) : m_out(out) {}
+    explicit jsonReader_t(recordTexts_t& out) : m_out(out) {}
 
     bool isTooDeep() const { return m_isTooDeep; }
 
@@ -171,7 +171,7 @@ private:
         return true;
     }
 
-    members_t& m_out;
+    recordTexts_t& m_out;
     std::string m_key;
     int m_depth = 0;
     bool m_isTooDeep = false;
@@ -180,9 +180,9 @@ private:
 // Reads the lines of one input, JSON or CSV by the first of them.
 class reader_t {
 public:
-    // What is wrong with a line; empty when it is a record, whose members `out` then has, or the
+    // What is wrong with a line; empty when it is a record, whose texts `out` then has, or the
     // head of a table, with nothing in `out`.
-    std::string read(std::string_view line, std::optional<members_t>& out) {
+    std::string read(std::string_view line, std::optional<recordTexts_t>& out) {
         out.reset();
         if (!m_isJson) {
             constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
@@ -198,7 +198,7 @@ public:
     }
 
 private:
-    static std::string readJson(std::string_view line, std::optional<members_t>& out) {
+    static std::string readJson(std::string_view line, std::optional<recordTexts_t>& out) {
         jsonReader_t reader(out.emplace());
         if (!nlohmann::json::sax_parse(line.begin(), line.end(), &reader)) {
             out.reset();
@@ -208,7 +208,7 @@ private:
         return {};
     }
 
-    std::string readCsv(std::string_view line, std::optional<members_t>& out) {
+    std::string readCsv(std::string_view line, std::optional<recordTexts_t>& out) {
         std::vector<std::string> cells;
         const bool isClosed = splitCsv(line, cells);
         const bool isHead = m_head.empty();
@@ -258,11 +258,11 @@ public:
 
 private:
     void encodeLine(const std::string& name, const line_t& line, reader_t& reader) {
-        std::optional<members_t> members;
+        std::optional<recordTexts_t> texts;
         std::string record;
-        std::string fault = line.tooLong ? "longer than 64 KiB" : reader.read(line.text, members);
-        if (fault.empty() && members && isMotion(*members)) {
-            fault = build(*members, m_options.radians, record);
+        std::string fault = line.tooLong ? "longer than 64 KiB" : reader.read(line.text, texts);
+        if (fault.empty() && texts && isMotion(*texts)) {
+            fault = build(*texts, m_options.radians, record);
         }
         if (!fault.empty()) {
             complain(name, fmt::format("line {}: {}", line.number, fault));

@@ -288,9 +288,9 @@ void jsonWriter_t::setSource(std::string_view name) {
 void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
     writeBegin(record);
     bool isLost = record.hasMore;
-    const bool hasView = visitRecord(record, scratch, [&](auto kind, const auto& source) {
+    const bool hasView = visitRecord(record, scratch, [&](auto kind, const auto& recordView) {
         valueSink_t sink(m_out, m_options.radians);
-        isLost = readValues<decltype(kind)>(source, sink) || isLost;
+        isLost = readValues<decltype(kind)>(recordView, sink) || isLost;
     });
     if (const auto* sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content)) {
         if (record.entry != nullptr) {

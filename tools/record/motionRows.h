@@ -5,11 +5,11 @@
 #include "tools/record/valueRow.h"
 
 /// The status as the letter that stands for it.
-inline bool motionStatus(const source_t<kalo::tss1Msg_t>& source, char& out) {
+inline bool motionStatus(const recordView_t<kalo::tss1Msg_t>& record, char& out) {
     constexpr std::size_t column = 13;
     kalo::tss1Msg_t::status_t status{};
-    out = source.text.size() > column ? source.text[column] : ' ';
-    return source.view.getStatus(status);
+    out = record.text.size() > column ? record.text[column] : ' ';
+    return record.view.getStatus(status);
 }
 
 /// The fields of the rows are columns, counted from 0.

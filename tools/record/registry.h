@@ -110,7 +110,7 @@ template <typename Record, typename Visitor>
 void visitAs(const record_t& record, scratch_t& scratch, Visitor& visitor) {
     using view_t = typename Record::view_t;
     const auto visit = [&](const view_t& view) {
-        visitor(Record{}, source_t<view_t>{view, record.clue, record.text, scratch});
+        visitor(Record{}, recordView_t<view_t>{view, record.clue, record.text, scratch});
     };
     if constexpr (std::is_base_of_v<kalo::nmeaMsg_t, view_t>) {
         visit(view_t(*std::get<const kalo::nmeaFormat_t*>(record.content)));
@@ -124,8 +124,8 @@ constexpr auto visitorsOf(list_t<Record...> /*all*/) {
     return std::array{visitAs<Record, Visitor>...};
 }
 
-/// Calls `visitor(Record{}, source)` with the type of the record and its source. Returns whether
-/// the record has values of its own.
+/// Calls `visitor(Record{}, recordView)` with the type of the record and what its values are read
+/// from. Returns whether the record has values of its own.
 template <typename Visitor>
 bool visitRecord(const record_t& record, scratch_t& scratch, Visitor visitor) {
     static constexpr auto visitors = visitorsOf<Visitor>(allRecords_t{});

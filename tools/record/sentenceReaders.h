@@ -19,7 +19,7 @@ reading_t companion(const View& view, double& out) {
 }
 
 /// Those of the clue; none where the fields do not make whole blocks.
-reading_t satellitesOfSentence(const source_t<kalo::gsvMsg_t>& source, satelliteList_t& out);
+reading_t satellitesOfSentence(const recordView_t<kalo::gsvMsg_t>& record, satelliteList_t& out);
 
 /// The last field, in a sentence that has one for it.
-reading_t signalIdOfSentence(const source_t<kalo::gsvMsg_t>& source, unsigned& out);
+reading_t signalIdOfSentence(const recordView_t<kalo::gsvMsg_t>& record, unsigned& out);

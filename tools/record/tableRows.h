@@ -15,8 +15,8 @@ bool tableText(const kalo::ntripStreamDecoder_t& record, std::string_view& out) 
 
 /// The last field of the standard, with all that the record has behind it.
 template <unsigned index>
-reading_t tableRest(const source_t<kalo::ntripStreamDecoder_t>& source, std::string_view& out) {
-    out = source.text;
+reading_t tableRest(const recordView_t<kalo::ntripStreamDecoder_t>& record, std::string_view& out) {
+    out = record.text;
     for (unsigned i = 0; i < index && !out.empty(); ++i) {
         out.remove_prefix(std::min(out.find(';'), out.size() - 1) + 1);
     }
@@ -52,8 +52,9 @@ bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string_view& out) 
 /// A network has the authentication of a stream at another place.
 bool networkAuth(const kalo::ntripStreamDecoder_t& record, std::string_view& out);
 
-inline bool wholeText(const source_t<kalo::ntripStreamDecoder_t>& source, std::string_view& out) {
-    out = source.text;
+inline bool wholeText(const recordView_t<kalo::ntripStreamDecoder_t>& record,
+                      std::string_view& out) {
+    out = record.text;
     return true;
 }
 

@@ -52,7 +52,7 @@ constexpr unsigned firstOf(fieldSet_t set) {
 
 /// What a record is read from: its view, and what was decoded once for several uses.
 template <typename View>
-struct source_t {
+struct recordView_t {
     using view_t = View;
 
     const View& view;
@@ -75,12 +75,12 @@ View viewOf(bool (View::*)(T&) const);
 // What a reader gives: the last parameter of a function, or the parameter of an accessor.
 template <typename View, typename T>
 T outputOf(bool (View::*)(T&) const);
-template <typename Result, typename Source, typename T>
-T outputOf(Result (*)(const Source&, T&));
+template <typename Result, typename Input, typename T>
+T outputOf(Result (*)(const Input&, T&));
 
-/// One value. `reader` is an accessor of the record's view, or a function of the source or of one
-/// of its parts; it gives true, or a `reading_t` where it judges itself. `check` judges the text of
-/// the first field on top: a text that it refuses counts as not decoded.
+/// One value. `reader` is an accessor of the record's view, or a function of the record view or of
+/// one of its parts; it gives true, or a `reading_t` where it judges itself. `check` judges the
+/// text of the first field on top: a text that it refuses counts as not decoded.
 template <auto reader, auto check = nullptr>
 struct row_t {
     using value_t = std::remove_cv_t<decltype(outputOf(reader))>;
@@ -91,30 +91,30 @@ struct row_t {
     const char* meaning;
     const char* place = nullptr; ///< where it stands in a record that has no numbered fields
 
-    template <typename Source>
-    reading_t read(const Source& source, value_t& out) const {
+    template <typename RecordView>
+    reading_t read(const RecordView& record, value_t& out) const {
         using reader_t = decltype(reader);
         if constexpr (std::is_invocable_v<reader_t, const clue_t&, value_t&>) {
-            return judge(source, reader(source.clue, out), out);
-        } else if constexpr (std::is_invocable_v<reader_t, const Source&, value_t&>) {
-            return judge(source, reader(source, out), out);
+            return judge(record, reader(record.clue, out), out);
+        } else if constexpr (std::is_invocable_v<reader_t, const RecordView&, value_t&>) {
+            return judge(record, reader(record, out), out);
         } else {
-            return judge(source, std::invoke(reader, source.view, out), out);
+            return judge(record, std::invoke(reader, record.view, out), out);
         }
     }
 
 private:
-    template <typename Source>
-    reading_t judge(const Source& /*source*/, reading_t reading, const value_t& /*out*/) const {
+    template <typename RecordView>
+    reading_t judge(const RecordView& /*record*/, reading_t reading, const value_t& /*out*/) const {
         return reading;
     }
 
-    template <typename Source>
-    reading_t judge(const Source& source, bool decoded, const value_t& out) const {
-        if (decoded && isFinite(out) && isPlausible(source)) {
+    template <typename RecordView>
+    reading_t judge(const RecordView& record, bool decoded, const value_t& out) const {
+        if (decoded && isFinite(out) && isPlausible(record)) {
             return isEmpty(out) ? reading_t::absent : reading_t::present;
         }
-        return isSent(source.view, fields) ? reading_t::lost : reading_t::absent;
+        return isSent(record.view, fields) ? reading_t::lost : reading_t::absent;
     }
 
     static bool isFinite(const value_t& value) {
@@ -133,12 +133,12 @@ private:
         }
     }
 
-    template <typename Source>
-    bool isPlausible(const Source& source) const {
+    template <typename RecordView>
+    bool isPlausible(const RecordView& record) const {
         if constexpr (std::is_same_v<decltype(check), std::nullptr_t>) {
             return true;
         } else {
-            return check(source.view.field(firstOf(fields))->toString());
+            return check(record.view.field(firstOf(fields))->toString());
         }
     }
 };
@@ -159,12 +159,12 @@ struct column_t {
 
 /// Reads the value of one row into a sink: `sink.value(column, value)` when it is present,
 /// `sink.none(column)` when not. Returns whether something that was sent is lost.
-template <typename Column, typename Source, typename Sink>
-bool readValue(Column column, const Source& source, Sink& sink) {
+template <typename Column, typename RecordView, typename Sink>
+bool readValue(Column column, const RecordView& record, Sink& sink) {
     using value_t = typename Column::value_t;
     value_t trivial{};
-    value_t& value = source.scratch.place(trivial);
-    const reading_t reading = Column::row.read(source, value);
+    value_t& value = record.scratch.place(trivial);
+    const reading_t reading = Column::row.read(record, value);
     if (reading == reading_t::present || reading == reading_t::partly) {
         sink.value(column, value);
     } else {
@@ -173,16 +173,16 @@ bool readValue(Column column, const Source& source, Sink& sink) {
     return reading == reading_t::lost || reading == reading_t::partly;
 }
 
-template <typename Record, typename Source, typename Sink, std::size_t... index>
-bool readValues(const Source& source, Sink& sink, std::index_sequence<index...> /*all*/) {
+template <typename Record, typename RecordView, typename Sink, std::size_t... index>
+bool readValues(const RecordView& record, Sink& sink, std::index_sequence<index...> /*all*/) {
     bool lost = false;
-    ((lost = readValue(column_t<Record, index>{}, source, sink) || lost), ...);
+    ((lost = readValue(column_t<Record, index>{}, record, sink) || lost), ...);
     return lost;
 }
 
 /// Reads all values of a record into a sink, in their order. Returns whether something that was
 /// sent is lost.
-template <typename Record, typename Source, typename Sink>
-bool readValues(const Source& source, Sink& sink) {
-    return readValues<Record>(source, sink, std::make_index_sequence<rowCountOf<Record>>{});
+template <typename Record, typename RecordView, typename Sink>
+bool readValues(const RecordView& record, Sink& sink) {
+    return readValues<Record>(record, sink, std::make_index_sequence<rowCountOf<Record>>{});
 }
