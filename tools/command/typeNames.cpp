@@ -49,6 +49,7 @@ std::string typeNameOfArgument(const std::string& name, dictionaryHolder_t& dict
     for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
         names.push_back(entry.name);
     }
-    throw usageError_t(where +
-                       ("no such record type: " + printable(name) + suggestion(name, names)));
+    const std::string meant = suggestion(name, names);
+    throw usageError_t(where + ("no such record type: " + printable(name) +
+                                (meant.empty() ? "; kalo fields lists them" : meant)));
 }
