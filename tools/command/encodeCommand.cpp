@@ -1,5 +1,6 @@
 #include "tools/command/encodeCommand.h"
 
+#include <algorithm>
 #include <cmath>
 #include <map>
 #include <optional>
@@ -35,6 +36,8 @@ struct motionRow_t {
     bool isTruncated; // by the builder, which rounds the others
     void (tss1MsgBuilder_t::*set)(double);
 };
+
+constexpr const char* statusKey = "status";
 
 constexpr motionRow_t rows[] = {
     {"roll", tss1Msg_t::rollPitchScale, -9999, 9999, "-99.99 to 99.99 degrees", true, false,
@@ -81,7 +84,7 @@ std::string build(const recordTexts_t& texts, bool radians, std::string& record)
             return fault;
         }
     }
-    const auto status = texts.find("status");
+    const auto status = texts.find(statusKey);
     if (status == texts.end() || status->second.empty()) {
         return "status is missing";
     }
@@ -93,6 +96,21 @@ std::string build(const recordTexts_t& texts, bool radians, std::string& record)
     builder.setStatus(letter.status);
     record = builder.build();
     return {};
+}
+
+// What the head of a table lacks; empty when it names all values.
+std::string missingColumns(const std::vector<std::string>& head) {
+    std::string missing;
+    const auto check = [&](const char* key) {
+        if (std::find(head.begin(), head.end(), key) == head.end()) {
+            missing.append(missing.empty() ? "no column for " : ", ").append(key);
+        }
+    };
+    for (const motionRow_t& row : rows) {
+        check(row.key);
+    }
+    check(statusKey);
+    return missing;
 }
 
 // Whether the record is, or may be, one of motion.
@@ -126,7 +144,8 @@ class jsonReader_t : public nlohmann::json_sax<nlohmann::json> {
 public:
     explicit jsonReader_t(recordTexts_t& out) : m_out(out) {}
 
-    bool isTooDeep() const { return m_isTooDeep; }
+    // Why it stopped.
+    const std::string& fault() const { return m_fault; }
 
     bool null() override { return take("null"); }
     bool boolean(bool value) override { return take(value ? "true" : "false"); }
@@ -147,8 +166,12 @@ public:
     bool end_object() override { return end(); }
     bool start_array(std::size_t /*size*/) override { return begin(false); }
     bool end_array() override { return end(); }
-    bool parse_error(std::size_t /*position*/, const std::string& /*token*/,
-                     const nlohmann::detail::exception& /*error*/) override {
+    bool parse_error(std::size_t /*position*/, const std::string& token,
+                     const nlohmann::detail::exception& error) override {
+        constexpr int numberOverflow = 406;
+        if (error.id == numberOverflow && m_depth > 0) {
+            m_fault = fmt::format("{} is out of range: {}", printable(m_key), printable(token));
+        }
         return false;
     }
 
@@ -163,8 +186,10 @@ private:
         constexpr int deepest = 3;
         const bool isRecord = m_depth > 0 || isObject;
         ++m_depth;
-        m_isTooDeep = m_depth > deepest;
-        return isRecord && !m_isTooDeep;
+        if (isRecord && m_depth > deepest) {
+            m_fault = "nested deeper than any record of kalo decode";
+        }
+        return isRecord && m_depth <= deepest;
     }
     bool end() {
         --m_depth;
@@ -173,8 +198,8 @@ private:
 
     recordTexts_t& m_out;
     std::string m_key;
+    std::string m_fault = "not a JSON object";
     int m_depth = 0;
-    bool m_isTooDeep = false;
 };
 
 // Reads the lines of one input, JSON or CSV by the first of them.
@@ -202,8 +227,7 @@ private:
         jsonReader_t reader(out.emplace());
         if (!nlohmann::json::sax_parse(line.begin(), line.end(), &reader)) {
             out.reset();
-            return reader.isTooDeep() ? "nested deeper than any record of kalo decode"
-                                      : "not a JSON object";
+            return reader.fault();
         }
         return {};
     }
@@ -211,13 +235,17 @@ private:
     std::string readCsv(std::string_view line, std::optional<recordTexts_t>& out) {
         std::vector<std::string> cells;
         const bool isClosed = splitCsv(line, cells);
-        const bool isHead = m_head.empty();
-        m_head = isHead ? cells : m_head;
-        if (!isClosed) {
-            return "missing closing quote";
+        if (m_head.empty()) {
+            m_head = cells;
+            std::string fault = isClosed ? missingColumns(cells) : missingQuote;
+            m_isHeadUsable = fault.empty();
+            return fault;
         }
-        if (isHead) {
+        if (!m_isHeadUsable) { // which was said once
             return {};
+        }
+        if (!isClosed) {
+            return missingQuote;
         }
         if (cells.size() != m_head.size()) {
             return fmt::format("{} columns, but the first line has {}", cells.size(),
@@ -230,8 +258,11 @@ private:
         return {};
     }
 
+    static constexpr const char* missingQuote = "missing closing quote";
+
     std::optional<bool> m_isJson;
     std::vector<std::string> m_head;
+    bool m_isHeadUsable = false;
 };
 
 class encoder_t {
