@@ -1,11 +1,11 @@
 #include "tools/command/arguments.h"
 
 #include <algorithm>
-#include <optional>
 #include <set>
 #include <string_view>
 
 #include <fmt/format.h>
+#include <getopt.h>
 
 #include "tools/command/nearest.h"
 #include "tools/terminal/message.h"
@@ -18,17 +18,9 @@ std::string_view longName(const option_t& option) {
     return names.substr(names.rfind(',') + 1);
 }
 
-bool isNamed(const option_t& option, std::string_view name) {
-    const std::string_view names = option.names;
-    return name == longName(option) || name == names.substr(0, names.find(','));
-}
-
-const option_t& optionOf(const verb_t& verb, std::string_view name) {
+[[noreturn]] void refuse(const verb_t& verb, std::string_view name) {
     std::vector<std::string_view> names = {"--help"};
     for (const option_t& option : verb.options) {
-        if (isNamed(option, name)) {
-            return option;
-        }
         names.push_back(longName(option));
     }
     throw usageError_t("no such option: " + printable(name) + suggestion(name, names));
@@ -47,88 +39,65 @@ std::vector<std::string> valuesOf(const option_t& option, const std::string& tex
     return values.empty() ? std::vector{text} : values;
 }
 
-// Reads arguments from the first to the last.
-class argumentReader_t {
-public:
-    argumentReader_t(const verb_t& verb, const std::vector<std::string>& arguments)
-        : m_verb(verb), m_next(arguments.begin()), m_end(arguments.end()) {}
+// The options of a verb as `getopt_long` has them: a long option is its index behind `firstLong`.
+constexpr int firstLong = 256;
+constexpr int operandCode = 1;
 
-    std::vector<std::string> readAll() {
-        std::vector<std::string> operands;
-        while (m_next != m_end) {
-            const std::string& argument = *m_next++;
-            if (argument == separator) {
-                operands.insert(operands.end(), m_next, m_end);
-                break;
-            }
-            if (argument.size() < 2 || argument[0] != '-') {
-                operands.push_back(argument);
-            } else if (argument[1] == '-') {
-                readLong(argument);
-            } else {
-                readShort(argument);
+struct systemOptions_t {
+    explicit systemOptions_t(const verb_t& verb) {
+        for (std::size_t i = 0; i < verb.options.size(); ++i) {
+            const option_t& each = verb.options[i];
+            const int kind = each.operand == nullptr ? no_argument : required_argument;
+            longOnes.push_back(
+                {longName(each).data() + 2, kind, nullptr, firstLong + static_cast<int>(i)});
+            if (each.names[1] != '-') {
+                shortOnes += each.names[1];
+                shortOnes += kind == no_argument ? "" : ":";
             }
         }
-        return operands;
+        longOnes.push_back({});
     }
 
-private:
-    static constexpr std::string_view separator = "--"; // whatever follows it is no option
-
-    // "--quiet", "--type A" or "--type=A".
-    void readLong(const std::string& argument) {
-        const std::size_t equals = argument.find('=');
-        std::optional<std::string> value;
-        if (equals < argument.size()) {
-            value = argument.substr(equals + 1);
-        }
-        take(optionOf(m_verb, argument.substr(0, equals)), value);
-    }
-
-    // "-q", "-t A", "-tA", or several at once: "-qtA".
-    void readShort(const std::string& argument) {
-        for (std::size_t at = 1; at < argument.size(); ++at) {
-            const option_t& option = optionOf(m_verb, std::string{'-', argument[at]});
-            std::optional<std::string> value;
-            if (at + 1 < argument.size() &&
-                (option.operand != nullptr || argument[at + 1] == '=')) {
-                value = argument.substr(at + 1);
-                at = argument.size();
-            }
-            take(option, value);
-        }
-    }
-
-    // The value is the one behind the name, or the next argument.
-    void take(const option_t& option, std::optional<std::string> value) {
-        const std::string name(longName(option));
-        if (option.operand == nullptr) {
-            if (value) {
-                throw usageError_t(name + ": takes no value");
-            }
-            option.take({});
-            return;
-        }
-        if (!value && (m_next == m_end || *m_next == separator)) {
-            throw usageError_t(name + ": missing " + option.operand);
-        }
-        if (!m_given.insert(&option).second && option.times == times_t::once) {
-            throw usageError_t(name + " is given more than once");
-        }
-        try {
-            for (const std::string& each : valuesOf(option, value ? *value : *m_next++)) {
-                option.take(each);
-            }
-        } catch (const usageError_t& error) {
-            throw usageError_t(name + ": " + error.what());
-        }
-    }
-
-    const verb_t& m_verb;
-    std::vector<std::string>::const_iterator m_next;
-    std::vector<std::string>::const_iterator m_end;
-    std::set<const option_t*> m_given;
+    // Operands come in their order, and a value that is missing is told from an unknown option.
+    std::string shortOnes = "-:";
+    std::vector<option> longOnes;
 };
+
+const option_t* optionOf(const verb_t& verb, int code) {
+    if (code >= firstLong) {
+        return &verb.options[static_cast<std::size_t>(code - firstLong)];
+    }
+    const auto found =
+        std::find_if(verb.options.begin(), verb.options.end(), [&](const option_t& option) {
+            return option.names[1] != '-' && option.names[1] == code;
+        });
+    return found == verb.options.end() ? nullptr : &*found;
+}
+
+// `code` is ":" where the value is missing, and "?" where there must be none.
+void take(const option_t& option, int code, std::set<const option_t*>& given) {
+    const std::string name(longName(option));
+    if (code == ':') {
+        throw usageError_t(name + ": missing " + option.operand);
+    }
+    if (code == '?') {
+        throw usageError_t(name + ": takes no value");
+    }
+    if (option.operand == nullptr) {
+        option.take({});
+        return;
+    }
+    if (!given.insert(&option).second && option.times == times_t::once) {
+        throw usageError_t(name + " is given more than once");
+    }
+    try {
+        for (const std::string& each : valuesOf(option, optarg)) {
+            option.take(each);
+        }
+    } catch (const usageError_t& error) {
+        throw usageError_t(name + ": " + error.what());
+    }
+}
 
 // Text of several lines, each but the first behind `indent` blanks.
 std::string indented(std::string_view text, std::size_t indent) {
@@ -173,7 +142,44 @@ std::string helpLine(const option_t& option) {
 
 std::vector<std::string> parseArguments(const verb_t& verb,
                                         const std::vector<std::string>& arguments) {
-    return argumentReader_t(verb, arguments).readAll();
+    const systemOptions_t options(verb);
+    std::vector<std::string> texts = {verb.name};
+    texts.insert(texts.end(), arguments.begin(), arguments.end());
+    std::vector<char*> pointers;
+    std::transform(texts.begin(), texts.end(), std::back_inserter(pointers),
+                   [](std::string& text) { return text.data(); });
+    pointers.push_back(nullptr);
+    const auto end = pointers.end() - 1;
+    std::vector<std::string> operands;
+    std::set<const option_t*> given;
+    optind = 0; // begin anew
+    opterr = 0; // what is wrong is said below
+    const auto next = [&] {
+        return getopt_long(static_cast<int>(texts.size()), pointers.data(),
+                           options.shortOnes.c_str(), options.longOnes.data(), nullptr);
+    };
+    for (int code = next(); code != -1; code = next()) {
+        if (code == operandCode) {
+            operands.emplace_back(optarg);
+            continue;
+        }
+        const bool isWrong = code == ':' || code == '?';
+        const option_t* const option = optionOf(verb, isWrong ? optopt : code);
+        const auto last = pointers.begin() + optind - 1;
+        const std::string word = !isWrong && *last == optarg ? *(last - 1) : *last;
+        const std::string name = word.substr(0, word.find('='));
+        const bool isLong = optopt == 0 || optopt >= firstLong || code >= firstLong;
+        if (option == nullptr) {
+            refuse(verb, isLong ? name : std::string{'-', static_cast<char>(optopt)});
+        }
+        const std::string_view fullName = longName(*option);
+        if (code >= firstLong && name != fullName) {
+            refuse(verb, name); // an abbreviation: another option may have it tomorrow
+        }
+        take(*option, code, given);
+    }
+    operands.insert(operands.end(), pointers.begin() + optind, end);
+    return operands;
 }
 
 option_t flag(const char* names, bool& out, const char* help) {
