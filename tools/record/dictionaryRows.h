@@ -7,10 +7,10 @@
 #include "tools/record/dictionary.h"
 #include "tools/record/valueRow.h"
 
-/// The fields that a value reads, of a group all to the end.
+/// The fields that a value reads; for a group, all fields to the end.
 fieldSet_t fieldSetOf(const dictionaryRow_t& row);
 
-/// A row of the dictionary where a sink of values gets a column of the record table.
+/// A row of the dictionary, handed to a sink as a column of the record table would be.
 struct dictionaryColumn_t {
     const dictionaryRow_t& row;
 };
@@ -21,7 +21,7 @@ struct fieldTexts_t {
     unsigned first;
 };
 
-/// What repeats to the end of a sentence.
+/// The members of a group, which repeat to the end of the sentence.
 struct memberGroup_t {
     const kalo::nmeaFormat_t& sentence;
     const dictionaryRow_t& row;
@@ -32,13 +32,13 @@ struct memberGroup_t {
     bool read(unsigned member, Sink& sink) const;
 };
 
-/// The time of day in a field; false where its text cannot be one.
+/// The time of day in a field; false if its text cannot be one.
 bool readTimeOfDay(const kalo::nmeaField_t& field, sentTime_t& out);
 
 /// All fields from `first` on as one text, with the commas between.
 std::string restOfText(const kalo::nmeaFormat_t& sentence, unsigned first);
 
-// Each reads the value of a row, whose fields begin `offset` further on.
+// Each reads the value of a row. `offset` is added to the numbers of its fields.
 reading_t readDictionary(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row,
                          unsigned offset, std::string_view& out);
 reading_t readDictionary(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row,
@@ -52,7 +52,7 @@ reading_t readDictionary(const kalo::nmeaFormat_t& sentence, const dictionaryRow
 reading_t readDictionary(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row,
                          unsigned offset, kalo::date_t& out);
 
-/// The time and the date that a sentence has of its own.
+/// The sentence's own time and date.
 void readDictionaryClue(const kalo::nmeaFormat_t& sentence, const dictionarySentence_t& entry,
                         clue_t& clue);
 

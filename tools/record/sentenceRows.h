@@ -34,15 +34,18 @@ template <>
 struct valuesOf_t<kalo::dtmMsg_t> {
     using view_t = kalo::dtmMsg_t;
     static constexpr std::tuple rows{
-        row_t<&view_t::decodeLocalDatum>{"localDatum", noUnit, fields(1), "code"},
+        row_t<&view_t::decodeLocalDatum>{"localDatum", noUnit, fields(1),
+                                         "code of the datum of the positions, such as W84"},
         row_t<&view_t::decodeLocalDatumSubdivision>{"localDatumSubdivision", noUnit, fields(2),
-                                                    "code"},
+                                                    "code within that datum"},
         row_t<&view_t::decodeLatitudeOffset>{"latitudeOffset", angle, fields(3, 4),
-                                             "north positive"},
+                                             "from the reference datum, north positive"},
         row_t<&view_t::decodeLongitudeOffset>{"longitudeOffset", angle, fields(5, 6),
-                                              "east positive"},
-        row_t<&view_t::decodeAltitudeOffset>{"altitudeOffset", metre, fields(7), ""},
-        row_t<&view_t::decodeReferenceDatum>{"referenceDatum", noUnit, fields(8), "code"}};
+                                              "from the reference datum, east positive"},
+        row_t<&view_t::decodeAltitudeOffset>{"altitudeOffset", metre, fields(7),
+                                             "from the reference datum"},
+        row_t<&view_t::decodeReferenceDatum>{"referenceDatum", noUnit, fields(8),
+                                             "code of the reference datum"}};
 };
 
 template <>
@@ -50,9 +53,12 @@ struct valuesOf_t<kalo::gbsMsg_t> {
     using view_t = kalo::gbsMsg_t;
     static constexpr std::tuple rows{
         row_t<ownTime>{"timeOfDay", noUnit, fields(1), "UTC time of the fix"},
-        row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(2), "expected error"},
-        row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(3), "expected error"},
-        row_t<&view_t::decodeAltitudeError>{"altitudeError", metre, fields(4), "expected error"},
+        row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(2),
+                                            "expected error of the position"},
+        row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(3),
+                                             "expected error of the position"},
+        row_t<&view_t::decodeAltitudeError>{"altitudeError", metre, fields(4),
+                                            "expected error of the position"},
         row_t<&view_t::decodeFailedSatId>{"failedSatId", noUnit, fields(5),
                                           "most likely failed satellite"},
         row_t<&view_t::decodeFailedSatProbability>{"failedSatProbability", noUnit, fields(6),
@@ -72,7 +78,9 @@ struct valuesOf_t<kalo::ggaMsg_t> {
                                                    "north positive"},
         row_t<&view_t::decodeLongitude, isLongitude>{"longitude", angle, fields(4, 5),
                                                      "east positive"},
-        row_t<&view_t::decodeQuality>{"quality", noUnit, fields(6), "fix quality indicator"},
+        row_t<&view_t::decodeQuality>{
+            "quality", noUnit, fields(6),
+            "0 no fix, 1 GPS, 2 differential, 4 RTK fixed, 5 RTK float, ..."},
         row_t<&view_t::decodeSatCount>{"satCount", noUnit, fields(7), "satellites in use"},
         row_t<&view_t::decodeHdop>{"hdop", noUnit, fields(8), "horizontal dilution of precision"},
         row_t<&view_t::decodeGeoidalHeight>{"altitude", metre, fields(9),
@@ -82,7 +90,7 @@ struct valuesOf_t<kalo::ggaMsg_t> {
         row_t<&view_t::decodeDiffAge>{"diffAge", second, fields(13),
                                       "age of differential corrections"},
         row_t<&view_t::decodeRefStationId>{"refStationId", noUnit, fields(14),
-                                           "differential reference station"}};
+                                           "number of the differential reference station"}};
 };
 
 template <>
@@ -99,16 +107,18 @@ struct valuesOf_t<kalo::gllMsg_t> {
         row_t<&view_t::decodeLongitude, isLongitude>{"longitude", angle, fields(3, 4),
                                                      "east positive"},
         row_t<ownTime>{"timeOfDay", noUnit, fields(5), "UTC time of the position"},
-        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(6), "status letter"},
-        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(7), "mode letter"}};
+        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(6), "A valid, V void"},
+        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(7),
+                                      "mode: A autonomous, D differential, N not valid, ..."}};
 };
 
 template <>
 struct valuesOf_t<kalo::gsaMsg_t> {
     using view_t = kalo::gsaMsg_t;
     static constexpr std::tuple rows{
-        row_t<&view_t::decodeManualMode>{"manualMode", noUnit, fields(1), "selection mode letter"},
-        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(2), "fix type: 1 none, 2 2D, 3 3D"},
+        row_t<&view_t::decodeManualMode>{"manualMode", noUnit, fields(1),
+                                         "choice of 2D or 3D: M manual, A automatic"},
+        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(2), "1 no fix, 2 2D, 3 3D"},
         row_t<&view_t::decodeSatIds>{"satIds", noUnit, range(3, 14),
                                      "identifiers of the satellites in use"},
         row_t<&view_t::decodePdop>{"pdop", noUnit, fields(15), "position dilution of precision"},
@@ -126,11 +136,12 @@ struct valuesOf_t<kalo::gstMsg_t> {
         row_t<&view_t::decodeRangeRms>{"rangeRms", metre, fields(2),
                                        "RMS of the pseudorange residuals"},
         row_t<&view_t::decodeSemiMajor>{"semiMajor", metre, fields(3),
-                                        "standard deviation along the axis"},
+                                        "error ellipse: standard deviation along its longer axis"},
         row_t<&view_t::decodeSemiMinor>{"semiMinor", metre, fields(4),
-                                        "standard deviation along the axis"},
-        row_t<&view_t::decodeOrientation>{"orientation", angle, fields(5),
-                                          "of the semi-major axis, from true north"},
+                                        "error ellipse: standard deviation along its shorter axis"},
+        row_t<&view_t::decodeOrientation>{
+            "orientation", angle, fields(5),
+            "error ellipse: direction of its longer axis, from true north"},
         row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(6),
                                             "standard deviation"},
         row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(7),
@@ -142,13 +153,13 @@ struct valuesOf_t<kalo::gstMsg_t> {
 template <>
 struct valuesOf_t<kalo::gsvMsg_t> {
     using view_t = kalo::gsvMsg_t;
-    /// The field behind none, one, two, ... blocks of four: 4, 8, 12, ...
+    /// The field after 0, 1, 2, ... blocks of four fields: 4, 8, 12, ...
     static constexpr fieldSet_t behindBlocks = from(4) & 0x1111111111111111;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeMessageCount>{"messageCount", noUnit, fields(1),
                                            "sentences in the group"},
         row_t<&view_t::decodeMessageNumber>{"messageNumber", noUnit, fields(2),
-                                            "number of this sentence"},
+                                            "number of this sentence in the group"},
         row_t<&view_t::decodeTotalSatCount>{"totalSatCount", noUnit, fields(3),
                                             "satellites in view"},
         row_t<&view_t::decodeSatCount>{"satCount", noUnit, 0, "satellites in this sentence"},
@@ -173,7 +184,8 @@ struct valuesOf_t<kalo::mwdMsg_t> {
                                                 "from true north"},
         row_t<&view_t::decodeMagneticWindDirection>{"magneticWindDirection", angle, fields(3),
                                                     "from magnetic north"},
-        row_t<&view_t::decodeWindSpeed>{"windSpeed", metrePerSecond, range(5, 8), ""}};
+        row_t<&view_t::decodeWindSpeed>{"windSpeed", metrePerSecond, range(5, 8),
+                                        "of the true wind"}};
 };
 
 template <>
@@ -181,10 +193,11 @@ struct valuesOf_t<kalo::mwvMsg_t> {
     using view_t = kalo::mwvMsg_t;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeWindDirection>{"windDirection", angle, fields(1),
-                                            "relative to what the reference says"},
-        row_t<&view_t::decodeReference>{"reference", noUnit, fields(2), "reference letter"},
-        row_t<&view_t::decodeWindSpeed>{"windSpeed", metrePerSecond, fields(3, 4), ""},
-        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(5), "status letter"}};
+                                            "relative to what reference names"},
+        row_t<&view_t::decodeReference>{"reference", noUnit, fields(2), "R relative, T true"},
+        row_t<&view_t::decodeWindSpeed>{"windSpeed", metrePerSecond, fields(3, 4),
+                                        "of the wind that reference names"},
+        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(5), "A valid, V void"}};
 };
 
 template <>
@@ -192,7 +205,7 @@ struct valuesOf_t<kalo::rmcMsg_t> {
     using view_t = kalo::rmcMsg_t;
     static constexpr std::tuple rows{
         row_t<ownTime>{"timeOfDay", noUnit, fields(1), "UTC time of the position"},
-        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(2), "status letter"},
+        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(2), "A valid, V void"},
         row_t<&view_t::decodeLatitude, isLatitude>{"latitude", angle, fields(3, 4),
                                                    "north positive"},
         row_t<&view_t::decodeLongitude, isLongitude>{"longitude", angle, fields(5, 6),
@@ -203,7 +216,8 @@ struct valuesOf_t<kalo::rmcMsg_t> {
         row_t<ownDate>{"date", noUnit, fields(9), "UTC date"},
         row_t<&view_t::decodeMagneticVariation>{"magneticVariation", angle, fields(10, 11),
                                                 "east positive"},
-        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(12), "mode letter"}};
+        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(12),
+                                      "mode: A autonomous, D differential, N not valid, ..."}};
 };
 
 template <>
@@ -211,7 +225,7 @@ struct valuesOf_t<kalo::rotMsg_t> {
     using view_t = kalo::rotMsg_t;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeRateOfTurn>{"rateOfTurn", rate, fields(1), "negative to port"},
-        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(2), "status letter"}};
+        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(2), "A valid, V void"}};
 };
 
 template <>
@@ -219,7 +233,9 @@ struct valuesOf_t<kalo::thsMsg_t> {
     using view_t = kalo::thsMsg_t;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeHeading>{"heading", angle, fields(1), "from true north"},
-        row_t<&view_t::decodeValidity>{"validity", noUnit, fields(2), "mode letter"}};
+        row_t<&view_t::decodeValidity>{
+            "validity", noUnit, fields(2),
+            "A autonomous, E estimated, M manual, S simulator, V not valid"}};
 };
 
 template <>
@@ -231,7 +247,8 @@ struct valuesOf_t<kalo::vtgMsg_t> {
         row_t<&view_t::decodeMagneticCourseOverGround>{"magneticCourseOverGround", angle, fields(3),
                                                        "from magnetic north"},
         row_t<&view_t::decodeSpeedOverGround>{"speedOverGround", metrePerSecond, range(5, 8), ""},
-        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(9), "mode letter"}};
+        row_t<&view_t::decodeFixMode>{"fixMode", noUnit, fields(9),
+                                      "mode: A autonomous, D differential, N not valid, ..."}};
 };
 
 template <>
@@ -241,7 +258,7 @@ struct valuesOf_t<kalo::zdaMsg_t> {
         row_t<ownTime>{"timeOfDay", noUnit, fields(1), "UTC time"},
         row_t<ownDate>{"date", noUnit, fields(2, 3, 4), "UTC date"},
         row_t<&view_t::decodeLocalOffset>{"localOffset", minute, fields(5, 6),
-                                          "of the local zone, as sent"}};
+                                          "of the local time zone, sign as sent"}};
 };
 
 template <>
@@ -252,11 +269,12 @@ struct valuesOf_t<kalo::pzwbGstMsg_t> {
         row_t<&view_t::decodeRangeRms>{"rangeRms", metre, fields(2),
                                        "RMS of the pseudorange residuals"},
         row_t<&view_t::decodeSemiMajor>{"semiMajor", metre, fields(3),
-                                        "standard deviation along the axis"},
+                                        "error ellipse: standard deviation along its longer axis"},
         row_t<&view_t::decodeSemiMinor>{"semiMinor", metre, fields(4),
-                                        "standard deviation along the axis"},
-        row_t<&view_t::decodeOrientation>{"orientation", angle, fields(5),
-                                          "of the semi-major axis, from true north"},
+                                        "error ellipse: standard deviation along its shorter axis"},
+        row_t<&view_t::decodeOrientation>{
+            "orientation", angle, fields(5),
+            "error ellipse: direction of its longer axis, from true north"},
         row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(6),
                                             "standard deviation"},
         row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(7),
@@ -277,9 +295,9 @@ struct valuesOf_t<kalo::pzwbMdeMsg_t> {
         row_t<&view_t::decodeNoncentrality>{"noncentrality", noUnit, fields(4),
                                             "non-centrality parameter"},
         row_t<&view_t::decodeMde>{"mde", asSent, fields(5), "marginally detectable error"},
-        row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(6), ""},
-        row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(7), ""},
-        row_t<&view_t::decodeAltitudeError>{"altitudeError", metre, fields(8), ""}};
+        row_t<&view_t::decodeLatitudeError>{"latitudeError", metre, fields(6), "of the position"},
+        row_t<&view_t::decodeLongitudeError>{"longitudeError", metre, fields(7), "of the position"},
+        row_t<&view_t::decodeAltitudeError>{"altitudeError", metre, fields(8), "of the position"}};
 };
 
 template <>
@@ -288,29 +306,33 @@ struct valuesOf_t<kalo::psimLbpMsg_t> {
     static constexpr std::tuple rows{
         row_t<ownTime>{"timeOfDay", noUnit, fields(1), "UTC time"},
         row_t<&view_t::decodeType>{"objectType", noUnit, fields(3), "Ve vessel, R1 to R4 vehicles"},
-        row_t<&view_t::decodeStatus>{"status", noUnit, fields(4), "status"},
-        row_t<&view_t::decodeCoordType>{"coordType", noUnit, fields(5), "letter"},
-        row_t<&view_t::decodeRawX>{"rawX", asSent, fields(6), "first coordinate"},
-        row_t<&view_t::decodeRawY>{"rawY", asSent, fields(7), "second coordinate"},
-        row_t<companion<view_t, &view_t::coords_t::decodeNorthOffset>>{"northOffset", asSent,
-                                                                       fields(5, 6, 7), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeEastOffset>>{"eastOffset", asSent,
-                                                                      fields(5, 6, 7), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeUtmNorthing>>{"utmNorthing", asSent,
-                                                                       fields(5, 6, 7), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeUtmEasting>>{"utmEasting", asSent,
-                                                                      fields(5, 6, 7), ""},
+        row_t<&view_t::decodeStatus>{"status", noUnit, fields(4), "A valid"},
+        row_t<&view_t::decodeCoordType>{"coordType", noUnit, fields(5),
+                                        "C or L Cartesian, U or E UTM, R geographic"},
+        row_t<&view_t::decodeRawX>{"rawX", asSent, fields(6),
+                                   "first coordinate; coordType says which"},
+        row_t<&view_t::decodeRawY>{"rawY", asSent, fields(7),
+                                   "second coordinate; coordType says which"},
+        row_t<companion<view_t, &view_t::coords_t::decodeNorthOffset>>{
+            "northOffset", asSent, fields(5, 6, 7), "if coordType is C or L"},
+        row_t<companion<view_t, &view_t::coords_t::decodeEastOffset>>{
+            "eastOffset", asSent, fields(5, 6, 7), "if coordType is C or L"},
+        row_t<companion<view_t, &view_t::coords_t::decodeUtmNorthing>>{
+            "utmNorthing", asSent, fields(5, 6, 7), "if coordType is U or E"},
+        row_t<companion<view_t, &view_t::coords_t::decodeUtmEasting>>{
+            "utmEasting", asSent, fields(5, 6, 7), "if coordType is U or E"},
         row_t<companion<view_t, &view_t::coords_t::decodeLatitude, isInLatitudes>>{
-            "latitude", angle, fields(5, 6), "north positive"},
+            "latitude", angle, fields(5, 6), "if coordType is R; north positive"},
         row_t<companion<view_t, &view_t::coords_t::decodeLongitude, isInLongitudes>>{
-            "longitude", angle, fields(5, 7), "east positive"},
-        row_t<&view_t::decodeDepth>{"depth", asSent, fields(8), ""},
+            "longitude", angle, fields(5, 7), "if coordType is R; east positive"},
+        row_t<&view_t::decodeDepth>{"depth", asSent, fields(8), "of the object"},
         row_t<&view_t::decodeSemiMajor>{"semiMajor", asSent, fields(9),
-                                        "axis of the error ellipse"},
+                                        "longer axis of the error ellipse"},
         row_t<&view_t::decodeSemiMinor>{"semiMinor", asSent, fields(10),
-                                        "axis of the error ellipse"},
-        row_t<&view_t::decodeOrientation>{"orientation", angle, fields(11), "of the error ellipse"},
-        row_t<&view_t::decodeRangeRms>{"rangeRms", asSent, fields(12), ""}};
+                                        "shorter axis of the error ellipse"},
+        row_t<&view_t::decodeOrientation>{"orientation", angle, fields(11),
+                                          "direction of the error ellipse"},
+        row_t<&view_t::decodeRangeRms>{"rangeRms", asSent, fields(12), "RMS of the ranges"}};
 };
 
 template <>
@@ -318,52 +340,63 @@ struct valuesOf_t<kalo::psimSsbMsg_t> {
     using view_t = kalo::psimSsbMsg_t;
     static constexpr std::tuple rows{
         row_t<ownTime>{"timeOfDay", noUnit, fields(1), "UTC time"},
-        row_t<&view_t::decodeBeaconId>{"beaconId", noUnit, fields(2), "beacon"},
+        row_t<&view_t::decodeBeaconId>{"beaconId", noUnit, fields(2), "identifier of the beacon"},
         row_t<&view_t::decodeBeaconNumber>{"beaconNumber", noUnit, fields(2),
-                                           "number in its identifier"},
-        row_t<&view_t::decodeStatus>{"status", noUnit, fields(3), "letter: A valid, V invalid"},
+                                           "number in the identifier of the beacon"},
+        row_t<&view_t::decodeStatus>{"status", noUnit, fields(3), "A valid, V not valid"},
         row_t<&view_t::decodeErrorCode>{"errorCode", noUnit, fields(4), "error code"},
-        row_t<&view_t::decodeCoordType>{"coordType", noUnit, fields(5), "letter: C, P, U, R"},
-        row_t<&view_t::decodeOrientation>{"orientation", noUnit, fields(6), "letter: N, E, H"},
-        row_t<&view_t::decodeFilterCode>{"filterCode", noUnit, fields(7), "letter: M, F, P"},
-        row_t<&view_t::decodeRawX>{"rawX", asSent, fields(8), "first coordinate"},
-        row_t<&view_t::decodeRawY>{"rawY", asSent, fields(9), "second coordinate"},
-        row_t<companion<view_t, &view_t::coords_t::decodeRange>>{"range", asSent, fields(5, 6, 8),
-                                                                 "polar"},
-        row_t<companion<view_t, &view_t::coords_t::decodeBearing>>{"bearing", angle,
-                                                                   fields(5, 6, 9), "polar"},
+        row_t<&view_t::decodeCoordType>{"coordType", noUnit, fields(5),
+                                        "C Cartesian, P polar, U UTM, R geographic"},
+        row_t<&view_t::decodeOrientation>{
+            "orientation", noUnit, fields(6),
+            "of the coordinates: N north, E east, H head of the vessel"},
+        row_t<&view_t::decodeFilterCode>{"filterCode", noUnit, fields(7),
+                                         "M measured, F filtered, P predicted"},
+        row_t<&view_t::decodeRawX>{"rawX", asSent, fields(8),
+                                   "first coordinate; coordType and orientation say which"},
+        row_t<&view_t::decodeRawY>{"rawY", asSent, fields(9),
+                                   "second coordinate; coordType and orientation say which"},
+        row_t<companion<view_t, &view_t::coords_t::decodeRange>>{
+            "range", asSent, fields(5, 6, 8), "distance to the beacon; coordType P, orientation H"},
+        row_t<companion<view_t, &view_t::coords_t::decodeBearing>>{
+            "bearing", angle, fields(5, 6, 9),
+            "direction to the beacon; coordType P, orientation H"},
         row_t<companion<view_t, &view_t::coords_t::decodeStarboardOffset>>{
-            "starboardOffset", asSent, fields(5, 6, 8), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeForwardOffset>>{"forwardOffset", asSent,
-                                                                         fields(5, 6, 9), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeNorthOffset>>{"northOffset", asSent,
-                                                                       fields(5, 6, 8, 9), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeEastOffset>>{"eastOffset", asSent,
-                                                                      fields(5, 6, 8, 9), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeUtmNorthing>>{"utmNorthing", asSent,
-                                                                       fields(5, 6, 8, 9), ""},
-        row_t<companion<view_t, &view_t::coords_t::decodeUtmEasting>>{"utmEasting", asSent,
-                                                                      fields(5, 6, 8, 9), ""},
+            "starboardOffset", asSent, fields(5, 6, 8),
+            "along the vessel's axes; coordType C, orientation H"},
+        row_t<companion<view_t, &view_t::coords_t::decodeForwardOffset>>{
+            "forwardOffset", asSent, fields(5, 6, 9),
+            "along the vessel's axes; coordType C, orientation H"},
+        row_t<companion<view_t, &view_t::coords_t::decodeNorthOffset>>{
+            "northOffset", asSent, fields(5, 6, 8, 9), "coordType C, orientation N or E"},
+        row_t<companion<view_t, &view_t::coords_t::decodeEastOffset>>{
+            "eastOffset", asSent, fields(5, 6, 8, 9), "coordType C, orientation N or E"},
+        row_t<companion<view_t, &view_t::coords_t::decodeUtmNorthing>>{
+            "utmNorthing", asSent, fields(5, 6, 8, 9), "coordType U, orientation N or E"},
+        row_t<companion<view_t, &view_t::coords_t::decodeUtmEasting>>{
+            "utmEasting", asSent, fields(5, 6, 8, 9), "coordType U, orientation N or E"},
         row_t<companion<view_t, &view_t::coords_t::decodeLatitude, isInLatitudes>>{
-            "latitude", angle, fields(5, 6, 8), "north positive"},
+            "latitude", angle, fields(5, 6, 8), "north positive; coordType R, orientation N"},
         row_t<companion<view_t, &view_t::coords_t::decodeLongitude, isInLongitudes>>{
-            "longitude", angle, fields(5, 6, 9), "east positive"},
-        row_t<&view_t::decodeDepth>{"depth", asSent, fields(10), ""},
-        row_t<&view_t::decodeExpectedAccuracy>{"expectedAccuracy", asSent, fields(11), ""},
-        row_t<&view_t::decodeAddInfoType>{"addInfoType", noUnit, fields(12),
-                                          "letter: N, T, D, C, I"},
+            "longitude", angle, fields(5, 6, 9), "east positive; coordType R, orientation N"},
+        row_t<&view_t::decodeDepth>{"depth", asSent, fields(10), "of the beacon"},
+        row_t<&view_t::decodeExpectedAccuracy>{"expectedAccuracy", asSent, fields(11),
+                                               "of the position"},
+        row_t<&view_t::decodeAddInfoType>{
+            "addInfoType", noUnit, fields(12),
+            "additional values: N none, T time, D depth, C compass, I inclinometer"},
         row_t<&view_t::decodeRawAddInfo1>{"rawAddInfo1", asSent, fields(13),
                                           "first additional value"},
         row_t<&view_t::decodeRawAddInfo2>{"rawAddInfo2", asSent, fields(14),
                                           "second additional value"},
         row_t<companion<view_t, &view_t::addInfo_t::decodeRoll>>{"roll", angle, fields(12, 13),
-                                                                 "by inclinometer"},
+                                                                 "if addInfoType is I"},
         row_t<companion<view_t, &view_t::addInfo_t::decodePitch>>{"pitch", angle, fields(12, 14),
-                                                                  "by inclinometer"},
-        row_t<companion<view_t, &view_t::addInfo_t::decodeRangeTime>>{"rangeTime", asSent,
-                                                                      fields(12, 13), ""},
+                                                                  "if addInfoType is I"},
+        row_t<companion<view_t, &view_t::addInfo_t::decodeRangeTime>>{
+            "rangeTime", asSent, fields(12, 13), "if addInfoType is T"},
         row_t<companion<view_t, &view_t::addInfo_t::decodeDepth>>{
-            "addInfoDepth", asSent, fields(12, 13), "by depth sensor"}};
+            "addInfoDepth", asSent, fields(12, 13), "by a depth sensor; addInfoType D"}};
 };
 
 template <>
@@ -371,25 +404,31 @@ struct valuesOf_t<kalo::ptpsrMsg_t> {
     using view_t = kalo::ptpsrMsg_t;
     static constexpr std::tuple rows{
         row_t<&view_t::decodeSentenceFormatter>{"sentenceFormatter", noUnit, fields(1),
-                                                "sub-sentence code"},
+                                                "name, as sent"},
         row_t<ownTime>{"timeOfDay", noUnit, fields(2), "UTC time"},
         row_t<&view_t::decodeAttitudeAvailability>{"attitudeAvailability", noUnit, fields(3),
-                                                   "letter"},
+                                                   "letter, as sent"},
         row_t<&view_t::decodePOSAntennaPositionType>{"pOSAntennaPositionType", noUnit, fields(4),
-                                                     "letter"},
-        row_t<&view_t::decodeHeading>{"heading", asSent, fields(5), ""},
-        row_t<&view_t::decodeInclination>{"inclination", asSent, fields(6), ""},
+                                                     "letter, as sent"},
+        row_t<&view_t::decodeHeading>{"heading", asSent, fields(5),
+                                      "of the line between the antennas"},
+        row_t<&view_t::decodeInclination>{"inclination", asSent, fields(6),
+                                          "of the line between the antennas"},
         row_t<&view_t::decodeSlopeDistance>{"slopeDistance", asSent, fields(7),
                                             "between the antennas"},
-        row_t<&view_t::decodeHeadingRMS>{"headingRMS", asSent, fields(8), ""},
-        row_t<&view_t::decodeInclinationRMS>{"inclinationRMS", angle, fields(9), ""},
+        row_t<&view_t::decodeHeadingRMS>{"headingRMS", asSent, fields(8),
+                                         "accuracy of the heading"},
+        row_t<&view_t::decodeInclinationRMS>{"inclinationRMS", angle, fields(9),
+                                             "accuracy of the inclination"},
         row_t<&view_t::decodeAzimuthOffset>{"azimuthOffset", angle, fields(10), ""},
-        row_t<&view_t::decodeNumGPSSatellites>{"numGPSSatellites", noUnit, fields(11), "used"},
+        row_t<&view_t::decodeNumGPSSatellites>{"numGPSSatellites", noUnit, fields(11),
+                                               "satellites in use"},
         row_t<&view_t::decodeNumGLONASSSatellites>{"numGLONASSSatellites", noUnit, fields(12),
-                                                   "used"},
+                                                   "satellites in use"},
         row_t<&view_t::decodeNumBeiDouSatellites>{"numBeiDouSatellites", noUnit, fields(13),
-                                                  "used"},
+                                                  "satellites in use"},
         row_t<&view_t::decodeNumGalileoSatellites>{"numGalileoSatellites", noUnit, fields(14),
-                                                   "used"},
-        row_t<&view_t::decodeNumOtherSatellites>{"numOtherSatellites", noUnit, fields(15), "used"}};
+                                                   "satellites in use"},
+        row_t<&view_t::decodeNumOtherSatellites>{"numOtherSatellites", noUnit, fields(15),
+                                                 "satellites in use"}};
 };

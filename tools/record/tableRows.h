@@ -13,7 +13,7 @@ bool tableText(const kalo::ntripStreamDecoder_t& record, std::string_view& out) 
     return text != nullptr;
 }
 
-/// The last field of the standard, with all that the record has behind it.
+/// The last field of the record type, with everything up to the end of the line.
 template <unsigned index>
 reading_t tableRest(const recordView_t<kalo::ntripStreamDecoder_t>& record, std::string_view& out) {
     out = record.text;
@@ -49,7 +49,7 @@ bool tableWord(const kalo::ntripStreamDecoder_t& record, std::string_view& out) 
     return true;
 }
 
-/// A network has the authentication of a stream at another place.
+/// A network has its authentication in another field than a stream.
 bool networkAuth(const kalo::ntripStreamDecoder_t& record, std::string_view& out);
 
 inline bool wholeText(const recordView_t<kalo::ntripStreamDecoder_t>& record,
@@ -63,22 +63,26 @@ struct streamRecord_t {
     static constexpr std::string_view name = "STR";
     static constexpr std::string_view meaning = "stream of a sourcetable";
     static constexpr std::tuple rows{
-        row_t<tableText<1>>{"mountpoint", noUnit, fields(1), ""},
-        row_t<tableText<2>>{"identifier", noUnit, fields(2), "source, usually the place"},
+        row_t<tableText<1>>{"mountpoint", noUnit, fields(1),
+                            "name under which the caster offers the stream"},
+        row_t<tableText<2>>{"identifier", noUnit, fields(2),
+                            "where the stream comes from, usually a place"},
         row_t<tableText<3>>{"format", noUnit, fields(3), "data format"},
-        row_t<tableText<4>>{"formatDetails", noUnit, fields(4), ""},
+        row_t<tableText<4>>{"formatDetails", noUnit, fields(4),
+                            "such as message types, with their intervals in seconds"},
         row_t<tableWord<&view_t::decodeCarrierType>>{"carrierType", noUnit, fields(5),
                                                      "None, L1 or L1L2"},
         row_t<tableText<6>>{"navSystem", noUnit, fields(6), "satellite systems"},
-        row_t<tableText<7>>{"network", noUnit, fields(7), ""},
-        row_t<tableText<8>>{"country", noUnit, fields(8), ""},
+        row_t<tableText<7>>{"network", noUnit, fields(7), "name of the network of the stream"},
+        row_t<tableText<8>>{"country", noUnit, fields(8), "three letters"},
         row_t<tableNumber<9, float>>{"latitude", degreesAsSent, fields(9), "north positive"},
         row_t<tableNumber<10, float>>{"longitude", degreesAsSent, fields(10), "east positive"},
         row_t<tableFlag<11, &view_t::decodeOneZero>>{"nmea", noUnit, fields(11),
                                                      "whether users must send their position"},
         row_t<tableWord<&view_t::decodeSolutionType>>{
             "solutionType", noUnit, fields(12), "Single or Network: one base station or several"},
-        row_t<tableText<13>>{"generator", noUnit, fields(13), ""},
+        row_t<tableText<13>>{"generator", noUnit, fields(13),
+                             "hardware or software that makes the stream"},
         row_t<tableText<14>>{"compression", noUnit, fields(14), "compression or encryption"},
         row_t<tableWord<&view_t::decodeAuthType>>{"authType", noUnit, fields(15),
                                                   "None, Basic or Digest"},
@@ -93,17 +97,18 @@ struct casterRecord_t {
     static constexpr std::string_view name = "CAS";
     static constexpr std::string_view meaning = "caster of a sourcetable";
     static constexpr std::tuple rows{
-        row_t<tableText<1>>{"host", noUnit, fields(1), ""},
+        row_t<tableText<1>>{"host", noUnit, fields(1), "address of the caster"},
         row_t<tableNumber<2, unsigned>>{"port", noUnit, fields(2), ""},
-        row_t<tableText<3>>{"identifier", noUnit, fields(3), ""},
-        row_t<tableText<4>>{"operator", noUnit, fields(4), ""},
+        row_t<tableText<3>>{"identifier", noUnit, fields(3), "name of the caster"},
+        row_t<tableText<4>>{"operator", noUnit, fields(4), "who runs the caster"},
         row_t<tableFlag<5, &view_t::decodeOneZero>>{"nmea", noUnit, fields(5),
                                                     "whether the caster accepts a position"},
-        row_t<tableText<6>>{"country", noUnit, fields(6), ""},
+        row_t<tableText<6>>{"country", noUnit, fields(6), "three letters"},
         row_t<tableNumber<7, float>>{"latitude", degreesAsSent, fields(7), "north positive"},
         row_t<tableNumber<8, float>>{"longitude", degreesAsSent, fields(8), "east positive"},
-        row_t<tableText<9>>{"fallbackHost", noUnit, fields(9), ""},
-        row_t<tableNumber<10, unsigned>>{"fallbackPort", noUnit, fields(10), ""},
+        row_t<tableText<9>>{"fallbackHost", noUnit, fields(9),
+                            "address of the caster to use if this one is down"},
+        row_t<tableNumber<10, unsigned>>{"fallbackPort", noUnit, fields(10), "its port"},
         row_t<tableRest<11>>{"misc", noUnit, from(11), "the rest of the record"}};
 };
 
@@ -112,13 +117,13 @@ struct networkRecord_t {
     static constexpr std::string_view name = "NET";
     static constexpr std::string_view meaning = "network of a sourcetable";
     static constexpr std::tuple rows{
-        row_t<tableText<1>>{"identifier", noUnit, fields(1), ""},
-        row_t<tableText<2>>{"operator", noUnit, fields(2), ""},
+        row_t<tableText<1>>{"identifier", noUnit, fields(1), "name of the network"},
+        row_t<tableText<2>>{"operator", noUnit, fields(2), "who runs the network"},
         row_t<networkAuth>{"authType", noUnit, fields(3), "None, Basic or Digest"},
         row_t<tableFlag<4, &view_t::decodeYN>>{"fee", noUnit, fields(4), "whether it costs a fee"},
-        row_t<tableText<5>>{"webNet", noUnit, fields(5), "address on the network"},
-        row_t<tableText<6>>{"webStr", noUnit, fields(6), "address on its streams"},
-        row_t<tableText<7>>{"webReg", noUnit, fields(7), "address for registration"},
+        row_t<tableText<5>>{"webNet", noUnit, fields(5), "web address: about the network"},
+        row_t<tableText<6>>{"webStr", noUnit, fields(6), "web address: about its streams"},
+        row_t<tableText<7>>{"webReg", noUnit, fields(7), "web or mail address for registration"},
         row_t<tableRest<8>>{"misc", noUnit, from(8), "the rest of the record"}};
 };
 
