@@ -116,38 +116,40 @@ std::string inCapitals(std::string text) {
     return text;
 }
 
-// A verb, and how it runs with what is no option.
+// A verb, and the function that runs it with its operands.
 struct command_t {
     verb_t verb;
     std::function<int(const texts_t& operands)> run;
-    bool readsInput = false; ///< without operands: standard input
+    bool readsInput = false; ///< from standard input if there are no operands
 };
 
 // How inputs are read, the same for every verb that reads records.
 std::vector<option_t> readingOptions(readOptions_t& read) {
     splitOptions_t& split = read.split;
-    return {flag("--require-checksum", split.requireChecksum,
-                 "Report a sentence without a checksum as malformed"),
-            flag("--strict", split.strict,
-                 "Accept only lines that end in CR LF, with nothing in front of the record"),
-            {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
-             [&split](const std::string& text) { split.only = kindOfArgument(text); }},
-            sentencesOption(*read.dictionary),
-            {"--date", "YYYY-MM-DD|today",
-             "The day on which each input begins, to date times of day",
-             [&read](const std::string& text) {
-                 if (text == "today") {
-                     read.dating.begin = static_cast<double>(std::time(nullptr));
-                 } else {
-                     read.dating.date = dateOfArgument(text);
-                 }
-             }},
-            {"--not-before", "YYYY-MM-DD",
-             "Move dates before this day on by 1024 weeks, or a multiple of it: for receivers past "
-             "their week rollover",
-             [&read](const std::string& text) { read.dating.notBefore = dateOfArgument(text); }},
-            {"--date-order", "dmy|mdy", "Order of day and month in stamps such as 03/04/2026",
-             [&read](const std::string& text) { read.dateOrder = orderOfArgument(text); }}};
+    return {
+        flag("--require-checksum", split.requireChecksum,
+             "Report a sentence without a checksum as malformed"),
+        flag("--strict", split.strict,
+             "Accept a sentence only if it ends in CR LF and nothing stands in front of it"),
+        {"--kind", "KIND", "Read every line as this kind of record: nmea, tss1, ats or ntrip",
+         [&split](const std::string& text) { split.only = kindOfArgument(text); }},
+        sentencesOption(*read.dictionary),
+        {"--date", "YYYY-MM-DD|today",
+         "The day on which each input begins, for records with a time but no date; "
+         "today for live input",
+         [&read](const std::string& text) {
+             if (text == "today") {
+                 read.dating.begin = static_cast<double>(std::time(nullptr));
+             } else {
+                 read.dating.date = dateOfArgument(text);
+             }
+         }},
+        {"--not-before", "YYYY-MM-DD",
+         "Correct receivers past their GPS week rollover: move dates before this day forward by "
+         "a multiple of 1024 weeks",
+         [&read](const std::string& text) { read.dating.notBefore = dateOfArgument(text); }},
+        {"--date-order", "dmy|mdy", "Order of day and month in stamps such as 03/04/2026",
+         [&read](const std::string& text) { read.dateOrder = orderOfArgument(text); }}};
 }
 
 std::vector<option_t> joined(std::vector<option_t> first, const std::vector<option_t>& second) {
@@ -169,29 +171,31 @@ command_t decodeVerb() {
               {"--talker", "A,B", "Print only sentences of these talkers, such as GP",
                [&](const std::string& text) { choice.talkers.push_back(inCapitals(text)); },
                times_t::list},
-              {"--prefix", "TEXT", "Print only records with this prefix; may be given again",
+              {"--prefix", "TEXT", "Print only records with this prefix; may be repeated",
                [&](const std::string& text) { choice.prefixes.push_back(text); }, times_t::again},
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
-               "Print only records from this instant (2014-08-01T12:00:00Z) or day on",
+               "Print only records from this instant (2014-08-01T12:00:00Z) or this day onward",
                [&](const std::string& text) { choice.since = boundOfArgument(text, false); }},
-              {"--until", "TIME",
-               "Print only records up to this instant, or to the end of this day",
+              {"--until", "TIME", "Print only records up to this instant or to the end of this day",
                [&](const std::string& text) { choice.until = boundOfArgument(text, true); }},
               flag("--receive-time", options->read.stampsReads,
-                   "Add the host's clock as received to what is read from a pipe or device"),
-              flag("--explain", options->json.explain, "Add timeRule: how time got its date"),
+                   "Set received to this computer's time of arrival, for lines from a pipe or "
+                   "device"),
+              flag("--explain", options->json.explain,
+                   "Add the key timeRule, which says where the date in time comes from"),
               flag("--epoch", options->json.epoch, "Print times as Unix seconds"),
               flag("--radians", options->json.radians, "Print angles in radians, not degrees"),
-              flag("--raw", options->json.raw, "Add each record's original text as raw"),
+              flag("--raw", options->json.raw,
+                   "Add the original text of each record as the key raw"),
               flag("-q,--quiet", options->quiet, "Do not print the summary line")},
              readingOptions(options->read))},
         [options](const texts_t& operands) {
             if (options->choice.onlyValid && options->choice.onlyMalformed) {
                 throw usageError_t("--only-valid and --only-malformed cannot be combined");
             }
-            for (std::string& type : options->choice.types) { // of --sentences behind it, too
+            for (std::string& type : options->choice.types) { // now: --sentences may follow --type
                 type = typeNameOfArgument(type, *options->read.dictionary, "--type: ");
             }
             for (const std::string& file : operands) {
@@ -208,23 +212,24 @@ command_t decodeVerb() {
 
 command_t fieldsVerb() {
     const auto options = std::make_shared<fieldsOptions_t>();
-    return {{"fields",
-             "[TYPE...]",
-             "List the values of each record type, with units and meanings",
-             "Lists the values of the record types, or only of the TYPEs: the name of each value,\n"
-             "its unit, the fields of the record that it reads, and its meaning.",
-             {sentencesOption(options->dictionary),
-              flag("--toml", options->asToml,
-                   "Print the descriptions of the TYPEs, to begin a file for --sentences with")}},
-            [options](const texts_t& operands) {
-                for (const std::string& name : operands) {
-                    options->types.push_back(typeNameOfArgument(name, options->dictionary));
-                }
-                if (options->asToml && options->types.empty()) {
-                    throw usageError_t("--toml: missing type");
-                }
-                return fieldsCommand(*options);
-            }};
+    return {
+        {"fields",
+         "[TYPE...]",
+         "List the values of each record type, with units and meanings",
+         "Lists the values of all record types, or of the TYPEs: name, unit, the fields of the\n"
+         "record that are read for the value, and meaning.",
+         {sentencesOption(options->dictionary),
+          flag("--toml", options->asToml,
+               "Print the TOML descriptions of the TYPEs, as a start for a --sentences file")}},
+        [options](const texts_t& operands) {
+            for (const std::string& name : operands) {
+                options->types.push_back(typeNameOfArgument(name, options->dictionary));
+            }
+            if (options->asToml && options->types.empty()) {
+                throw usageError_t("--toml: missing type");
+            }
+            return fieldsCommand(*options);
+        }};
 }
 
 command_t timeVerb() {
@@ -232,9 +237,9 @@ command_t timeVerb() {
     return {{"time",
              "[INSTANT...]",
              "Convert between UTC, GPS week and seconds, and Unix seconds",
-             "Prints each INSTANT on all three scales. An INSTANT is 2017-01-01T00:00:00Z,\n"
-             "WEEK:SECONDS of GPS time, or @SECONDS of Unix time. Without operands, the lines\n"
-             "of standard input are read.",
+             "Prints each INSTANT as UTC, as GPS week and seconds, and as Unix seconds. Write an\n"
+             "INSTANT as 2017-01-01T00:00:00Z, as WEEK:SECONDS of GPS time, or as @SECONDS of\n"
+             "Unix time. Reads one INSTANT a line from standard input if none is given.",
              {{"--leap", "A,B,C,D",
                "Leap seconds as a receiver broadcasts them: deltaTls,deltaTlsf,wnLsf,dn",
                [options](const std::string& text) { options->leap = leapOfArgument(text); }}}},
@@ -247,40 +252,46 @@ command_t timeVerb() {
 
 command_t encodeVerb() {
     const auto options = std::make_shared<encodeOptions_t>();
-    return {{"encode",
-             "tss1 [FILE...]",
-             "Write TSS1 motion records from JSON lines or CSV",
-             "Writes TSS1 motion records from the JSON lines of kalo decode, or from CSV whose\n"
-             "first line names the values. Reads standard input if no FILE is given or for -.",
-             {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees")}},
-            [options](const texts_t& operands) {
-                options->files = operands;
-                return encodeCommand(*options);
-            },
-            true};
+    return {
+        {"encode",
+         "tss1 [FILE...]",
+         "Write TSS1 motion records from JSON lines or CSV",
+         "Writes TSS1 motion records from the JSON lines of kalo decode, or from CSV. The first\n"
+         "line of CSV must name the columns: roll, pitch, heave, horizontalAcceleration,\n"
+         "verticalAcceleration and status. Reads standard input if no FILE is given or for -.",
+         {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees")}},
+        [options](const texts_t& operands) {
+            options->files = operands;
+            return encodeCommand(*options);
+        },
+        true};
 }
 
 command_t summaryVerb() {
     const auto options = std::make_shared<summaryCommandOptions_t>();
-    return {{"summary", "[FILE...]",
-             "Print what is in recordings: times, counts, rates, ranges of values",
-             "Sums up the FILEs, or standard input if no FILE is given or for -.",
-             joined({flag("--json", options->asJson, "Print a JSON object"),
-                     {"--near", "LAT,LON",
-                      "List the streams of sourcetables that are nearest to this place, in degrees",
-                      [options](const std::string& text) {
-                          options->summary.near = placeOfArgument(text);
-                      }},
-                     {"--max-speed", "M/S", "A faster step between positions is a jump (100)",
-                      [options](const std::string& text) {
-                          options->summary.maxSpeed = positiveOfArgument(text);
-                      }}},
-                    readingOptions(options->read))},
-            [options](const texts_t& operands) {
-                options->files = operands;
-                return summaryCommand(*options);
-            },
-            true};
+    return {
+        {"summary", "[FILE...]",
+         "Print what is in recordings: times, counts, rates, ranges of values",
+         "Prints what the FILEs contain: the period, the track, who sent which records how often,\n"
+         "and the ranges of the values. Reads standard input if no FILE is given or for -.",
+         joined({flag("--json", options->asJson, "Print one JSON object, for programs"),
+                 {"--near", "LAT,LON",
+                  "List the ten streams of the sourcetables nearest to this place (degrees)",
+                  [options](const std::string& text) {
+                      options->summary.near = placeOfArgument(text);
+                  }},
+                 {"--max-speed", "M/S",
+                  "Count a step between two positions as a jump if it needs more than this speed "
+                  "(default 100)",
+                  [options](const std::string& text) {
+                      options->summary.maxSpeed = positiveOfArgument(text);
+                  }}},
+                readingOptions(options->read))},
+        [options](const texts_t& operands) {
+            options->files = operands;
+            return summaryCommand(*options);
+        },
+        true};
 }
 
 findingId_t findingOfArgument(const std::string& name) {
@@ -299,25 +310,28 @@ command_t checkVerb() {
     checkOptions_t& check = options->check;
     return {
         {"check", "[FILE...]", "Report what is wrong with recordings, and what else is odd",
-         "Reports the faults of the FILEs, or of standard input if no FILE is given or for -,\n"
-         "and notes of what is odd. Findings of one kind are grouped. The status is 1 if there\n"
-         "is a fault.",
+         "Reports faults in the FILEs, and notes what else looks odd. Findings of the same kind\n"
+         "are grouped. Reads standard input if no FILE is given or for -. The exit status is 1 if\n"
+         "there is a fault.",
          joined(
-             {flag("--each", options->printsEach, "Print every finding, not groups"),
-              {"--ignore", "A,B", "Leave out these kinds of findings, such as silence",
+             {flag("--each", options->printsEach, "Print each finding on its own, not in groups"),
+              {"--ignore", "A,B", "Do not report these kinds of findings, such as silence",
                [options](const std::string& text) {
                    options->ignored.push_back(findingOfArgument(text));
                },
                times_t::list},
               flag("--notes-are-faults", options->areNotesFaults,
-                   "End with status 1 also for notes"),
-              {"--max-speed", "M/S", "A faster step between positions is a jump (100)",
+                   "Exit with status 1 for notes as well as for faults"),
+              {"--max-speed", "M/S",
+               "Count a step between two positions as a jump if it needs more than this speed "
+               "(default 100)",
                [&check](const std::string& text) { check.maxSpeed = positiveOfArgument(text); }},
-              {"--max-gap", "SECONDS", "More between two times is a jump (60)",
+              {"--max-gap", "SECONDS",
+               "Report a longer time between two records of a sender as a jump (default 60)",
                [&check](const std::string& text) { check.maxGap = positiveOfArgument(text); }},
               {"--json", nullptr, "Print a JSON object for each finding or group",
                [options](const std::string& /*none*/) { options->format = checkFormat_t::json; }},
-              {"--junit", nullptr, "Print XML for the test reports of pipelines",
+              {"--junit", nullptr, "Print JUnit XML, for the test reports of build servers",
                [options](const std::string& /*none*/) { options->format = checkFormat_t::junit; }}},
              readingOptions(options->read))},
         [options](const texts_t& operands) {
@@ -337,9 +351,10 @@ std::string helpOf(const std::vector<command_t>& commands) {
     for (const command_t& command : commands) {
         text += fmt::format("  {:8} {}\n", command.verb.name, command.verb.summary);
     }
-    return text + "  help     Print the help of a command\n\n"
-                  "  -V, --version   Print the version\n"
-                  "  -h, --help      Print this help; kalo COMMAND --help prints a command's\n";
+    return text +
+           "  help     Print the help of a command\n\n"
+           "  -V, --version   Print the version\n"
+           "  -h, --help      Print this help; kalo COMMAND --help prints that of a command\n";
 }
 
 int print(const std::string& text) {

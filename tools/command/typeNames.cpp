@@ -29,7 +29,7 @@ option_t sentencesOption(dictionaryHolder_t& dictionary) {
             throw usageError_t(printable(error.what()));
         }
     };
-    return {"--sentences", "FILE", "Decode also the sentences that this TOML file describes", take,
+    return {"--sentences", "FILE", "Also decode the sentences that this TOML file describes", take,
             times_t::again};
 }
 
