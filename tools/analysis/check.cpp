@@ -12,14 +12,15 @@ namespace {
 
 constexpr double secondsPerDay = 86400;
 constexpr double rolloverSeconds = 1024 * 7 * secondsPerDay;
-constexpr unsigned stillCount = 10; // records with one time in a row, before that is said
+constexpr unsigned stillCount = 10; // records in a row with the same time, until this is reported
 constexpr std::size_t mostFeeds = 4096;
 
-// How often a record is expected, and how many intervals may pass in silence.
+// A sender counts as silent only after so many records, and after so many mean intervals without
+// one.
 constexpr std::uint64_t regularCount = 10;
 constexpr double silentIntervals = 10;
 
-// Of a sentence its address, else the type.
+// The address of a sentence; the type of any other record.
 std::string nameOf(const record_t& record) {
     const auto* const sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content);
     return sentence != nullptr ? (*sentence)->field(0)->toString()
@@ -209,7 +210,7 @@ void checker_t::checkFix(const fix_t* fix) {
     m_lastFix = *fix;
 }
 
-// Those that come before the first one with a checksum are one finding, when that comes.
+// The sentences before the first one with a checksum become one finding when that one comes.
 void checker_t::checkChecksum(const record_t& record) {
     if (!std::holds_alternative<const kalo::nmeaFormat_t*>(record.content)) {
         return;

@@ -1,4 +1,4 @@
-// Looks for what is wrong with a recording, and for what a careful operator should know of it.
+// Looks for faults in a recording, and for anything else that an operator should know about it.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@
 /// A kind of finding. Its name is for programs and stays as it is.
 struct findingKind_t {
     const char* name;
-    bool isFault; ///< else a note
+    bool isFault; ///< otherwise a note
     const char* meaning;
 };
 
@@ -73,7 +73,8 @@ struct checkOptions_t {
     double maxGap = 60;    ///< seconds between two records of one sender
 };
 
-/// Who takes findings, one by one, in the order of the input; those of the end of an input last.
+/// Receives the findings one by one, in the order of the input. Findings about the end of an input
+/// come last.
 class findingTaker_t {
 public:
     virtual ~findingTaker_t() = default;
@@ -90,7 +91,7 @@ public:
     void endInput();
 
 private:
-    /// What is known of one sender.
+    /// What is known about one sender.
     struct state_t {
         std::uint64_t count = 0;
         std::optional<double> first; ///< moments
@@ -103,7 +104,8 @@ private:
 
     struct feed_t {
         bool hasChecksums = false;
-        std::optional<finding_t> pending; ///< sentences without, before the first one with
+        std::optional<finding_t>
+            pending; ///< sentences without a checksum, before the first one with a checksum
     };
 
     void checkMalformed(const record_t& record);

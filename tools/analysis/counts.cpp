@@ -8,7 +8,7 @@
 
 namespace {
 
-// Parts of a list, those that are zero left out.
+// The parts of a list, without those that are zero.
 class partList_t {
 public:
     explicit partList_t(const char* start, const char* separator)

@@ -10,7 +10,7 @@
 class counts_t {
 public:
     void add(const record_t& record);
-    /// What a reader has counted of its input, when it is finished.
+    /// What a reader has counted in its input, once it has finished.
     void add(const recordReader_t& reader);
 
     std::uint64_t records() const;
@@ -25,7 +25,7 @@ public:
     std::uint64_t incompleteGroups() const { return m_incomplete; }
     std::uint64_t undated() const { return m_undated; }
 
-    /// "12 records: 9 decoded, 1 untyped, 2 malformed (2 cut); 4 blank lines"; what is zero is left
+    /// "12 records: 9 decoded, 1 untyped, 2 malformed (2 cut); 4 blank lines"; zero counts are left
     /// out.
     std::string text() const;
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-// The name that its kind goes by; of a sentence without names its address.
+// The name of its type; the address, if a sentence has no named values.
 std::string_view kindOf(const record_t& record) {
     if (record.fault != fault_t::none) {
         return "malformed";
@@ -22,7 +22,7 @@ unsigned letter(std::string_view text, std::size_t fromEnd) {
 } // namespace
 
 std::size_t senders_t::of(const record_t& record) {
-    // Most logs repeat a few senders: each has a place of its own here, and the map has the rest.
+    // Most logs repeat a few senders: those are found here; the map has the rest.
     const std::string_view kind = kindOf(record);
     const std::size_t place = (letter(kind, 1) * 5 + letter(kind, 2) * 25 + letter(kind, 3) * 3 +
                                letter(record.talker, 1) * 7 + letter(record.prefix, 1)) %

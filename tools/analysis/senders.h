@@ -15,19 +15,19 @@ struct senderName_t {
     std::string source;
     std::string prefix;
     std::string talker;
-    std::string type; ///< of a sentence without names its address
+    std::string type; ///< the address, if a sentence has no named values
 };
 
 class senders_t {
 public:
-    /// Memory stays bounded: what would be one more counts as the sender without any name.
+    /// Memory stays bounded: all senders beyond the limit count as one sender without a name.
     static constexpr std::size_t most = 4096;
 
     void beginInput(const std::string& name) { m_source = name; }
     /// The number of a record's sender; they are counted from 0 in the order in which they come.
     std::size_t of(const record_t& record);
 
-    /// Whether this is the sender without any name.
+    /// Whether this is the sender without a name.
     bool isOthers(std::size_t number) const { return number == most - 1; }
     std::size_t count() const { return m_names.size(); }
     const senderName_t& operator[](std::size_t number) const { return m_names[number]; }
@@ -39,5 +39,6 @@ private:
     std::string m_key;
     std::vector<senderName_t> m_names;
     std::unordered_map<std::string, std::size_t> m_places;
-    std::array<std::size_t, 256> m_recent{}; // numbers by a few letters of the names
+    std::array<std::size_t, 256>
+        m_recent{}; // sender numbers, found by a hash of a few letters of the names
 };

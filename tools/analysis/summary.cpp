@@ -7,7 +7,7 @@
 
 namespace {
 
-// Whether nothing is said: no digit in any field. The checksum is not part of the text's fields.
+// Whether the sentence holds no data: no digit in any field. The checksum is not a field.
 bool isEmpty(const record_t& record) {
     if (!std::holds_alternative<const kalo::nmeaFormat_t*>(record.content)) {
         return false;
@@ -21,7 +21,7 @@ bool isEmpty(const record_t& record) {
     return true;
 }
 
-// The words of a stream of a sourcetable.
+// The texts of a stream in a sourcetable.
 class streamSink_t {
 public:
     template <typename Column, typename T>
@@ -98,7 +98,7 @@ void summary_t::endInput(const recordReader_t& reader) {
     addFix(m_epochs.finish());
     m_voyage.interrupt();
     for (senderSummary_t& sender : m_sent) {
-        sender.latest.reset(); // what comes next is no gap
+        sender.latest.reset(); // so that the time to the next input does not count as a gap
     }
 }
 

@@ -1,4 +1,4 @@
-// What is in a recording: counts, rates, ranges of values, the way of the vessel.
+// What is in a recording: counts, rates, ranges of values, the track of the vessel.
 #pragma once
 
 #include <array>
@@ -15,8 +15,8 @@
 #include "tools/record/recordReader.h"
 
 struct summaryOptions_t {
-    std::optional<place_t> near; ///< where the streams of sourcetables are wanted
-    double maxSpeed = 100;       ///< m/s; a greater one is a jump
+    std::optional<place_t> near; ///< the place for which the nearest streams are listed
+    double maxSpeed = 100;       ///< m/s; a faster step is a jump
 };
 
 /// A period, in Unix seconds; empty until the first instant.
@@ -28,19 +28,19 @@ struct period_t {
     double duration() const { return first ? *last - *first : 0; }
 };
 
-/// What the values of one type are, in the units that are printed.
+/// The values of one type, in the units that are printed.
 using ranges_t = std::array<valueRange_t, quantityCount>;
 
 /// What one sender has sent.
 struct senderSummary_t {
     std::uint64_t count = 0;
-    std::uint64_t voidCount = 0;  ///< they say themselves that they do not count
+    std::uint64_t voidCount = 0;  ///< records that say themselves that they are not valid
     std::uint64_t emptyCount = 0; ///< sentences without a digit in any field
     period_t period;
-    double longestGap = 0; ///< seconds between two that follow each other
+    double longestGap = 0; ///< seconds between two consecutive records
     std::optional<double> latest;
-    ranges_t* ranges = nullptr;      ///< those of its type, once it had values
-    valueRange_t* signals = nullptr; ///< those of its talker, once it had some
+    ranges_t* ranges = nullptr;      ///< of its type, once there are values
+    valueRange_t* signals = nullptr; ///< of its talker, once there are signals
 };
 
 /// A stream of a sourcetable, and how far from the wanted place it is.
@@ -51,8 +51,7 @@ struct nearStream_t {
 
 class summary_t {
 public:
-    /// Memory stays bounded: of the words of sourcetables what would be one more counts under an
-    /// empty name.
+    /// Memory stays bounded: words of sourcetables beyond the limit count under an empty name.
     static constexpr std::size_t most = 4096;
     static constexpr std::size_t mostNear = 10;
 
@@ -69,7 +68,7 @@ public:
     std::uint64_t bytes() const { return m_bytes; }
     const counts_t& counts() const { return m_counts; }
     const period_t& period() const { return m_period; }
-    /// The ways of all inputs together.
+    /// The tracks of all inputs together.
     const voyage_t& voyage() const { return m_voyage; }
 
     const senders_t& senders() const { return m_names; }
@@ -83,7 +82,7 @@ public:
     const words_t& formats() const { return m_formats; }
     const words_t& networks() const { return m_networks; }
     const words_t& authTypes() const { return m_authTypes; }
-    /// The nearest first.
+    /// Nearest first.
     const std::vector<nearStream_t>& nearStreams() const { return m_near; }
 
 private:

@@ -12,13 +12,14 @@ public:
     std::uint64_t count() const { return m_count; }
     double least() const { return m_least; }
     double greatest() const { return m_greatest; }
-    /// Off by at most 0.2 % of it, and by 0.000001: values are counted in bins of that width.
+    /// Off by at most 0.2 % of the value, or by 0.000001 if that is more: values are counted in
+    /// bins of that width.
     double median() const;
 
 private:
     static constexpr unsigned binsOfOctave = 256;
     static constexpr int lowestExponent = -20;
-    static constexpr int octaveCount = 44; // to 2^24; what is beyond counts in the last bin
+    static constexpr int octaveCount = 44; // up to 2^24; greater values count in the last bin
 
     using octave_t = std::array<std::uint64_t, binsOfOctave>;
     using side_t = std::array<std::unique_ptr<octave_t>, octaveCount>;

@@ -20,7 +20,7 @@ double timeOfDayOf(const record_t& record) {
     return time.hour * secondsOfHour + time.minute * secondsOfMinute + time.second;
 }
 
-// Seconds from one fix to the other, at most a day without dates.
+// Seconds between two fixes; without dates, less than a day.
 std::optional<double> timeBetween(const fix_t& from, const fix_t& to) {
     if (from.time && to.time) {
         return *to.time - *from.time;
@@ -48,7 +48,7 @@ const fix_t* epochs_t::add(const record_t& record, const measurements_t& measure
                                 ? std::fabs(*time - *m_open.time) > sameInstant
                                 : std::fabs(timeOfDay - m_open.timeOfDay) > sameInstant;
         if (m_isOpen && !isNext && !m_open.time) {
-            m_open.time = time; // of a sentence with a date, behind one without
+            m_open.time = time; // a later sentence of the epoch may have a date
         }
         if (!m_isOpen || isNext) {
             ended = finish();

@@ -1,4 +1,5 @@
-// The way of a vessel: one position for each instant, and what they add up to.
+// The track of a vessel: one position for each instant, and the distance, time and area that they
+// cover.
 #pragma once
 
 #include <cstdint>
@@ -9,22 +10,23 @@
 
 /// A position, and what else was measured in its epoch.
 struct fix_t {
-    std::optional<double> time; ///< Unix seconds; none while the input is not dated
-    double timeOfDay = -1;      ///< seconds; negative without
-    std::uint64_t line = 0;     ///< of the position, as is the next
+    std::optional<double> time; ///< Unix seconds; empty until a date is known
+    double timeOfDay = -1;      ///< seconds; negative if there is no time of day
+    std::uint64_t line = 0;     ///< of the record with the position
     std::uint64_t offset = 0;
     std::size_t rank = 0;
     measurements_t values; ///< latitude and longitude among them
 };
 
-/// Makes fixes of records. An epoch is what comes from the first position of an instant to the
-/// first of the next one; its position is that of the best sentence (`positionTypes`).
+/// Makes fixes from records. An epoch holds the records from the first position of an instant up to
+/// the first position of the next instant. Its position is that of the best sentence in it
+/// (`positionTypes`).
 class epochs_t {
 public:
-    /// Takes the next record. Gives the fix of the epoch that it ends, if that has one; it is valid
-    /// until the next call.
+    /// Takes the next record. If that record ends an epoch with a position, returns the fix, which
+    /// is valid until the next call.
     const fix_t* add(const record_t& record, const measurements_t& measured);
-    /// The last one, at the end of an input.
+    /// The fix of the last epoch, at the end of an input.
     const fix_t* finish();
 
 private:
@@ -42,10 +44,10 @@ inline place_t placeOf(const fix_t& fix) {
     return {fix.values[quantity_t::latitude], fix.values[quantity_t::longitude]};
 }
 
-/// Metres on the way from one place to the other, on a sphere.
+/// The distance between two places in metres, on a sphere.
 double distanceBetween(const place_t& from, const place_t& to);
 
-/// A box of positions; over the date line when that makes it smaller.
+/// The smallest box around positions; it crosses the date line if that makes it smaller.
 class positionBox_t {
 public:
     void add(double latitude, double longitude);
@@ -68,21 +70,21 @@ private:
     double m_eastFrom0 = 0;
 };
 
-/// What fixes add up to.
+/// Distance, duration and jumps of a series of fixes.
 class voyage_t {
 public:
     explicit voyage_t(double maxSpeed) : m_maxSpeed(maxSpeed) {}
 
     void add(const fix_t& fix);
-    /// What follows begins elsewhere.
+    /// The next fix starts a new track, which is not joined to the last one.
     void interrupt() { m_last.reset(); }
 
     std::uint64_t fixes() const { return m_fixes; }
     const positionBox_t& box() const { return m_box; }
     double distance() const { return m_distance; }
-    /// Seconds in which that way was made.
+    /// Seconds that this distance took.
     double duration() const { return m_duration; }
-    /// Steps that would take more than the greatest speed; they are not part of the way.
+    /// Steps that would need more than the greatest speed; they do not count in the distance.
     std::uint64_t jumps() const { return m_jumps; }
 
 private:

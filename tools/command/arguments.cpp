@@ -26,7 +26,8 @@ std::string_view longName(const option_t& option) {
     throw usageError_t("no such option: " + printable(name) + suggestion(name, names));
 }
 
-// What stands between the commas of a list. Nothing there is no value, but nothing at all is one.
+// The values between the commas of a list. Empty ones are skipped, but an empty list is one empty
+// value.
 std::vector<std::string> valuesOf(const option_t& option, const std::string& text) {
     std::vector<std::string> values;
     for (std::size_t begin = 0; option.times == times_t::list && begin < text.size();) {
@@ -58,7 +59,7 @@ struct systemOptions_t {
         longOnes.push_back({});
     }
 
-    // Operands come in their order, and a value that is missing is told from an unknown option.
+    // Operands come in their order, and a missing value is told apart from an unknown option.
     std::string shortOnes = "-:";
     std::vector<option> longOnes;
 };
@@ -152,8 +153,8 @@ std::vector<std::string> parseArguments(const verb_t& verb,
     const auto end = pointers.end() - 1;
     std::vector<std::string> operands;
     std::set<const option_t*> given;
-    optind = 0; // begin anew
-    opterr = 0; // what is wrong is said below
+    optind = 0; // start again
+    opterr = 0; // the messages are made below
     const auto next = [&] {
         return getopt_long(static_cast<int>(texts.size()), pointers.data(),
                            options.shortOnes.c_str(), options.longOnes.data(), nullptr);
@@ -174,7 +175,7 @@ std::vector<std::string> parseArguments(const verb_t& verb,
         }
         const std::string_view fullName = longName(*option);
         if (code >= firstLong && name != fullName) {
-            refuse(verb, name); // an abbreviation: another option may have it tomorrow
+            refuse(verb, name); // an abbreviation: a later option could make it ambiguous
         }
         take(*option, code, given);
     }

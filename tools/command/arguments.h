@@ -1,5 +1,5 @@
-// The arguments of a verb: which options it has, what each does, and how they are read. Help is
-// made from the same table.
+// The arguments of a command (here: verb): which options it has, what each does, and how they are
+// read. The help is made from the same table.
 #pragma once
 
 #include <functional>
@@ -17,7 +17,7 @@ public:
 enum class times_t {
     once,
     again, ///< several times, one value each
-    list   ///< several times, several values each with commas between
+    list   ///< several times, each time one or more values with commas between them
 };
 
 struct option_t {
@@ -33,12 +33,12 @@ struct verb_t {
     const char* name;
     const char* operands; ///< "[FILE...]"
     const char* summary;  ///< one line
-    const char* details;  ///< more of it, for its own help
+    const char* details;  ///< the text at the start of its own help
     std::vector<option_t> options;
 };
 
-/// Calls `take` for each option of `arguments`, and returns the arguments that are none. `-h` and
-/// `--help` are left to the caller. Throws `usageError_t`.
+/// Calls `take` for each option in `arguments`, and returns the other arguments. `-h` and `--help`
+/// are left to the caller. Throws `usageError_t`.
 std::vector<std::string> parseArguments(const verb_t& verb,
                                         const std::vector<std::string>& arguments);
 

@@ -12,7 +12,7 @@
 
 namespace {
 
-// Findings of a run: printed at once, or in groups at the end.
+// The findings of a run, printed at once or in groups at the end.
 class findings_t : public findingTaker_t {
 public:
     findings_t(const checkCommandOptions_t& options, output_t& output)
@@ -54,8 +54,8 @@ private:
     bool isFault(findingId_t id) const { return m_options.areNotesFaults || kindOf(id).isFault; }
     const char* severity(findingId_t id) const { return isFault(id) ? "fault" : "note"; }
 
-    // Groups are as many as kinds and what they are about; of the latter a hostile input has
-    // endlessly many, and what would be one more belongs to the first group of its kind.
+    // There is a group for each kind and each sender or value. Hostile input can have any number of
+    // senders, so beyond the limit a finding joins the first group of its kind.
     finding_t& groupOf(const finding_t& finding) {
         constexpr std::size_t most = 4096;
         const auto isOfKind = [&](const finding_t& group) { return group.id == finding.id; };

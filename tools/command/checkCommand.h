@@ -1,4 +1,4 @@
-// `kalo check`: faults of a recording, and what else a careful operator should know of it.
+// `kalo check`: the faults of a recording, and anything else that an operator should know about it.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ struct checkCommandOptions_t {
     checkOptions_t check;
     std::vector<findingId_t> ignored;
     bool areNotesFaults = false;
-    bool printsEach = false; ///< no groups
+    bool printsEach = false; ///< each finding on its own, not in groups
     checkFormat_t format = checkFormat_t::text;
 };
 

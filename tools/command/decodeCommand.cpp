@@ -50,7 +50,8 @@ private:
                chooses(m_choice.prefixes, record.prefix) && isInTime(record);
     }
 
-    // What has no time of its own goes with its neighbours, and is kept while none has one.
+    // A record without a time of its own is chosen by its receive stamp, otherwise by the last
+    // known time of the input. Without any time it is printed.
     bool isInTime(const record_t& record) const {
         const std::optional<double> moment = momentOf(record);
         return !moment || !((m_choice.since && *moment < *m_choice.since) ||

@@ -52,7 +52,7 @@ constexpr motionRow_t rows[] = {
      false, true, &tss1MsgBuilder_t::setVerticalAcceleration},
 };
 
-// What is wrong with a value; empty when the builder has taken it.
+// What is wrong with a value; empty if the builder has taken it.
 std::string setValue(tss1MsgBuilder_t& builder, const motionRow_t& row, const std::string& text,
                      bool radians) {
     double value = 0;
@@ -98,7 +98,7 @@ std::string build(const recordTexts_t& texts, bool radians, std::string& record)
     return {};
 }
 
-// What the head of a table lacks; empty when it names all values.
+// Which columns the first line of a table lacks; empty if it names all.
 std::string missingColumns(const std::vector<std::string>& head) {
     std::string missing;
     const auto check = [&](const char* key) {
@@ -138,7 +138,7 @@ bool splitCsv(std::string_view line, std::vector<std::string>& cells) {
     return !quoted;
 }
 
-// Takes the members of one JSON object; those of objects and lists inside have no text. Nothing
+// Takes the members of one JSON object. A member that is an object or a list has no text. Nothing
 // that `decode` prints is nested deeper than `deepest`, and nothing here recurses.
 class jsonReader_t : public nlohmann::json_sax<nlohmann::json> {
 public:
@@ -180,7 +180,7 @@ private:
         if (m_depth == 1) {
             m_out[m_key] = text;
         }
-        return m_depth > 0; // a value alone is no record
+        return m_depth > 0; // a value that is not an object is not a record
     }
     bool begin(bool isObject) {
         constexpr int deepest = 3;
@@ -241,7 +241,7 @@ private:
             m_isHeadUsable = fault.empty();
             return fault;
         }
-        if (!m_isHeadUsable) { // which was said once
+        if (!m_isHeadUsable) { // already reported
             return {};
         }
         if (!isClosed) {

@@ -1,4 +1,4 @@
-// `kalo fields`: the record table for people.
+// `kalo fields`: lists the record types and their values.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 #include "tools/record/dictionaryFile.h"
 
 struct fieldsOptions_t {
-    std::vector<std::string> types; ///< names as they are printed; none: all
+    std::vector<std::string> types; ///< names as they are printed; empty: all types
     dictionaryHolder_t dictionary;
     bool asToml = false; ///< the descriptions themselves
 };

@@ -7,11 +7,11 @@
 
 namespace {
 
-constexpr std::size_t longestWord = 64; // nobody means a word of the program by a longer one
+constexpr std::size_t longestWord = 64; // a longer word is not a misspelt name
 
 int lower(char c) { return std::tolower(static_cast<unsigned char>(c)); }
 
-// How many letters must be put in, left out, exchanged, or swapped with their neighbour.
+// How many letters must be inserted, removed, replaced, or swapped with their neighbour.
 std::size_t distance(std::string_view a, std::string_view b) {
     std::vector<std::size_t> before;
     std::vector<std::size_t> row(b.size() + 1);

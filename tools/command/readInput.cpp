@@ -11,13 +11,13 @@
 
 namespace {
 
-// An input that is waited for with all output written.
+// An input that writes out all output before it waits.
 class liveBytes_t : public bytes_t {
 public:
     liveBytes_t(input_t& input, output_t& output) : m_input(input), m_output(output) {}
 
     std::string_view read() override {
-        // A live reader gets what there is before the next bytes are waited for.
+        // Write out what there is for a live reader, then wait for the next bytes.
         if (!m_input.isReady()) {
             m_output.flush();
             m_input.wait(m_output.descriptor());
@@ -33,12 +33,12 @@ private:
     output_t& m_output;
 };
 
-// Bytes whose beginning has been looked at.
+// A source of bytes whose first bytes have been examined.
 class restartedBytes_t : public bytes_t {
 public:
     explicit restartedBytes_t(bytes_t& bytes) : m_bytes(bytes) {}
 
-    // What the input holds; the bytes that this takes are read again.
+    // Finds what the input holds; the bytes examined are read again.
     content_t look(bool mayBeTar) {
         content_t content = content_t::undecided;
         for (std::string_view block; content == content_t::undecided;) {
@@ -70,7 +70,7 @@ private:
     bool m_isStartRead = false;
 };
 
-// What is packed several times, or in an archive within an archive, is left alone.
+// Data that is compressed twice, or an archive in an archive, is not unpacked further.
 constexpr unsigned mostLayers = 4;
 
 class contentReader_t {
@@ -132,7 +132,7 @@ private:
 } // namespace
 
 bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user) {
-    output.flush(); // opening may take its time
+    output.flush(); // opening may take long
     input_t input(name);
     if (input.isSameFile(output.descriptor())) {
         complain(name, "the input is also the output; write to another file");

@@ -53,7 +53,7 @@ std::string systemOf(const std::string& talker) {
     return talker;
 }
 
-// A share in percent, which is neither 0 nor 100 unless it is exact.
+// A share in percent. 0 and 100 are printed only if they are exact.
 std::string percent(std::uint64_t part, std::uint64_t whole) {
     if (part == 0 || part == whole) {
         return part == 0 ? "" : "100 %";

@@ -1,4 +1,4 @@
-// A table for people, fitted to the width of their terminal.
+// A text table that fits the width of the terminal.
 #pragma once
 
 #include <string>
@@ -8,17 +8,17 @@ class textTable_t {
 public:
     struct column_t {
         std::string head;
-        bool isNumber = false; ///< to the right; never cut
+        bool isNumber = false; ///< aligned right, never cut
     };
 
     explicit textTable_t(std::vector<column_t> columns) : m_columns(std::move(columns)) {}
 
-    /// One text a column.
+    /// One text for each column.
     void add(std::vector<std::string> row) { m_rows.push_back(std::move(row)); }
     bool isEmpty() const { return m_rows.empty(); }
 
-    /// With a line of heads, columns without any text left out. Where lines would be longer than
-    /// `width`, texts are cut, the longest first; 0 is no limit.
+    /// Prints a line of headings, then the rows. Columns without any text are left out. If lines
+    /// would be longer than `width`, texts are cut, the longest first; 0 means no limit.
     std::string text(std::size_t width) const;
 
 private:
@@ -28,5 +28,5 @@ private:
     std::vector<std::vector<std::string>> m_rows;
 };
 
-/// The width of the terminal at a descriptor; 0 where there is none.
+/// The width of the terminal at a descriptor; 0 if it is not a terminal.
 std::size_t terminalWidth(int descriptor);

@@ -23,14 +23,14 @@ constexpr unsigned lastWeek = 6579; // holds that last second
 constexpr const char* afterEnd =
     "later than 2106-02-07T06:28:15Z, the latest instant that can be converted";
 
-// An instant on both scales. A leap second has the Unix time of the second behind it.
+// An instant on both scales. A leap second has the Unix time of the second after it.
 struct instantOfGps_t {
     kalo::gpsTime_t gps;
     double unixTime = 0;
     bool isLeapSecond = false;
 };
 
-// What a double of this size tells apart.
+// The resolution of a double of this size.
 double toMicroseconds(double seconds) { return std::round(seconds * 1e6) / 1e6; }
 
 // GPS seconds since the epoch, and back.
@@ -45,7 +45,7 @@ bool areDigits(std::string_view text) {
     return !text.empty() && text.find_first_not_of("0123456789") == std::string_view::npos;
 }
 
-// Reads one of the three notations; otherwise says what is wrong with it.
+// Reads one of the three notations, or says what is wrong.
 class converter_t {
 public:
     explicit converter_t(const std::optional<kalo::gps2utc_t>& leap) : m_leap(leap) {}

@@ -1,4 +1,4 @@
-// `kalo time`: instants, GPS weeks and seconds, and Unix seconds, each into the others.
+// `kalo time`: converts between UTC, GPS week and seconds, and Unix seconds.
 #pragma once
 
 #include <optional>
@@ -12,7 +12,7 @@ struct timeOptions_t {
     std::optional<kalo::gps2utc_t> leap; ///< instead of the library's table of leap seconds
 };
 
-/// The parameters in "deltaTls,deltaTlsf,wnLsf,dn"; false when it is not that.
+/// The parameters in "deltaTls,deltaTlsf,wnLsf,dn"; false if the text is anything else.
 bool parseLeap(const std::string& text, kalo::gps2utc_t& out);
 
 /// Returns the exit status.

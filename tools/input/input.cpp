@@ -23,8 +23,8 @@ bool isRegularFile(const std::string& name) {
     return result == 0 && S_ISREG(status.st_mode);
 }
 
-// A pipe that nobody writes to yet opens at once this way, and can be waited for together with the
-// output; a serial line opens without a carrier.
+// This way, a pipe that nobody writes to yet opens at once, and the wait for it also watches the
+// output. A serial line opens without a carrier.
 input_t::input_t(const std::string& name)
     : m_name(name), m_buffer(blockSize, '\0'), m_descriptor(STDIN_FILENO) {
     if (name == "-") {

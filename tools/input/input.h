@@ -6,13 +6,13 @@
 
 #include "tools/input/bytes.h"
 
-/// Whether this input, "-" being standard input, is a regular file.
+/// Whether this input ("-" is standard input) is a regular file.
 bool isRegularFile(const std::string& name);
 
 class input_t : public bytes_t {
 public:
-    /// Opens `name`, "-" being standard input. Does not wait for the other end of a pipe: `wait`
-    /// does. See `fault`.
+    /// Opens `name` ("-" is standard input). Does not wait for the other end of a pipe: `wait`
+    /// does. If it fails, `fault` says why.
     explicit input_t(const std::string& name);
     input_t(const input_t&) = delete;
     input_t& operator=(const input_t&) = delete;
@@ -26,7 +26,7 @@ public:
 
     /// Whether a `read` would return at once.
     bool isReady() const;
-    /// Waits for that; returns early when nobody reads `output` any more, or at a stop signal.
+    /// Waits until it would; returns early if nobody reads `output` any more, or at a stop signal.
     void wait(int output) const;
     std::string_view read() override;
     std::string fault() const override;

@@ -33,8 +33,8 @@ bool readsAsMoment(std::string_view text) {
     return tracking.decodeDate(date) && tracking.decodeTimeOfDay(time);
 }
 
-// The length of a date and a time of day at the start of `text`, 0 without. Those of unusual length
-// are not looked for, so that a search for them stays linear.
+// The length of a date and a time of day at the start of `text`, 0 without. Only the usual lengths
+// are looked for, so that the search stays linear.
 std::size_t momentLength(std::string_view text) {
     constexpr std::size_t longest = 64;
     std::string_view left = text.substr(0, longest);
@@ -100,7 +100,7 @@ std::size_t nextTracking(std::string_view text) {
         }
         const std::size_t length = momentLength(text.substr(at));
         if (length == 0) {
-            continue; // most are no date: looking on from each of them would not be linear
+            continue; // most are not a date; a full check of each would not be linear
         }
         const std::size_t tag = text.find_first_of(":*", at + length);
         if (tag < text.size() && text[tag] == ':') {

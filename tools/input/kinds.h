@@ -1,4 +1,4 @@
-// Tells records that are no sentences by their text.
+// Recognises records that are not NMEA 0183 sentences.
 #pragma once
 
 #include <cstddef>
@@ -9,18 +9,18 @@
 /// A TSS1 record has this many columns; what follows them is not part of it.
 constexpr std::size_t motionLength = 25;
 
-/// Where in a TSS1 record's text the next one begins: behind the columns, where the columns of a
-/// whole record follow. The size of `text` if there is none.
+/// Where the next record begins in the text of a TSS1 record: after its columns, if the columns of
+/// a whole record follow. The size of `text` if there is none.
 std::size_t nextMotion(std::string_view text);
 
-/// Four tokens that read as a date and a time of day, and a later token with a ":". With `needsTag`
-/// only if the value of a known tag is there, too.
+/// Four tokens that read as a date and a time of day, and a later token with a ":". With
+/// `needsTag`, the value of a known tag must be there, too.
 bool isTracking(std::string_view text, bool needsTag);
 
-/// Whether the value of one of the known tags is there.
+/// Whether the record has a value for a known tag.
 bool holdsTag(const kalo::atsAsciiMsg_t& tracking);
 
-/// Where in an ATS record's text the next one begins; the size of `text` if there is none.
+/// Where the next record begins in the text of an ATS record; the size of `text` if there is none.
 std::size_t nextTracking(std::string_view text);
 
 enum class tableLine_t {

@@ -13,8 +13,8 @@ constexpr char abovePlain = '\x7F';
 
 bool isPlain(char c) { return c > belowPlain && c < abovePlain; }
 
-// Whether one of the eight bytes at `text` is not plain. Bytes from 0x80 on are not by their
-// highest bit, the others show there what is added to them.
+// Whether one of the eight bytes at `text` is not plain. Bytes from 0x80 on have their highest bit
+// set; for the others, the additions set it.
 bool holdsOther(const char* text) {
     constexpr std::uint64_t ones = 0x0101010101010101;
     std::uint64_t bytes = 0;
@@ -119,8 +119,8 @@ bool lineSplitter_t::nextPlain(line_t& line) {
     return true;
 }
 
-// The position of the current line's end. The next LF is kept, so that a file with CR alone is not
-// searched to its end for every line.
+// The position of the current line's end. The position of the next LF is kept, so that a file that
+// only has CRs is not searched to its end for each line.
 std::size_t lineSplitter_t::findEnd() {
     m_scan = std::max(m_scan, m_begin);
     m_lf = std::max(m_lf, m_begin);
@@ -132,7 +132,7 @@ std::size_t lineSplitter_t::findEnd() {
     return m_scan < m_buffer.size() ? m_scan : npos;
 }
 
-// Passes what follows of a line end that began with CR; false when more input must decide.
+// Passes the rest of a line end that began with CR; false if it depends on more input.
 bool lineSplitter_t::passEnd() {
     while (m_begin < m_buffer.size() && m_buffer[m_begin] == '\r') {
         ++m_begin;
@@ -153,8 +153,8 @@ bool lineSplitter_t::passEnd() {
     return true;
 }
 
-// The length of the current line's end; false when more input must decide. A run of CR so long
-// that memory would not be bounded counts as decided.
+// The length of the current line's end; false if it depends on more input. A run of CRs at the
+// limit of memory counts as complete.
 bool lineSplitter_t::measureEnd(std::size_t& length) {
     std::size_t behind = std::max(m_scan, m_end);
     while (behind < m_buffer.size() && m_buffer[behind] == '\r') {

@@ -16,14 +16,15 @@ struct line_t {
     bool continued = false;   ///< not the first part of such a line
 };
 
-/// Splits at LF, CR, and any run of CR followed by LF, each one line end. Lines of blanks and tabs
-/// alone are passed over and counted. Memory stays bounded and work linear, whatever the input is.
+/// Splits at LF, at CR, and at any run of CR followed by LF; each counts as one line end. Lines
+/// that hold only blanks and tabs are skipped and counted. Memory is bounded and work is linear for
+/// any input.
 class lineSplitter_t {
 public:
     static constexpr std::size_t maxLength = 65536;
 
-    /// With `keepEnds` each line comes with its end, and so not before the end is complete: the
-    /// byte behind a CR decides. Without, a CR ends its line at once.
+    /// With `keepEnds`, each line comes with its line end, and therefore only when the line end is
+    /// complete, which the byte after a CR decides. Without it, a CR ends its line at once.
     explicit lineSplitter_t(bool keepEnds);
 
     void append(std::string_view data);
@@ -32,13 +33,13 @@ public:
     /// The next line; false when more input is needed, or after `finish` at the end.
     bool next(line_t& line);
     /// The next line if it is plain: it begins with "$" or "!", and what follows is printable ASCII
-    /// without blanks, quotes, "#", and further start characters. Most lines of most logs are;
-    /// such a line is found and known to be plain in one pass. Its `end` is its line end. False
-    /// when the next line is another, or not complete yet: then `next` goes on.
+    /// without blanks, quotes, "#", and further start characters. Most lines of most logs are
+    /// plain, and one pass finds the end of such a line and that it is plain. Its `end` is its line
+    /// end. False if the next line is not plain or not complete yet; call `next` then.
     bool nextPlain(line_t& line);
 
     std::uint64_t blankLines() const { return m_blankLines; }
-    /// Of the input so far.
+    /// The number of bytes of the input so far.
     std::uint64_t bytes() const { return m_base + m_buffer.size(); }
 
 private:
@@ -56,8 +57,8 @@ private:
     std::size_t m_lf = 0;                  // no LF from m_begin to here
     std::size_t m_end = std::string::npos; // of the current line's text, once it is found
     std::size_t m_plain = 0;               // no byte that is not plain from m_begin to here
-    std::uint64_t m_endRun = 0;            // CRs gone by of the end of a line already handed out
-    bool m_tooLong = false;                // the current line has been handed out in part
+    std::uint64_t m_endRun = 0; // CRs already passed in the line end of a line that was handed out
+    bool m_tooLong = false;     // the current line has been handed out in part
     std::uint64_t m_lineEnds = 0;
     std::uint64_t m_blankLines = 0;
 };

@@ -26,7 +26,7 @@ bool isAddress(std::string_view text) {
     return length >= 4 && isCapital(text[0]) && length < text.size() && text[length] == ',';
 }
 
-// Whether what may be an address, whatever its length and letters, is printable.
+// Whether the text up to the next comma or "*", which may be an address, is printable.
 bool isPrintableAddress(std::string_view text) {
     const auto* const end = std::find_if(text.begin(), text.end(), [](char c) {
         return c == ',' || c == '*' || c < ' ' || c > '~';
@@ -47,22 +47,22 @@ public:
 
     void cut();
     void cutStrictly();
-    /// All of the line as one piece, behind its stamp if `hasLead`.
+    /// Takes the whole line as one piece, after its stamp if `hasLead`.
     void addWhole(bool hasLead, kind_t kind, fault_t fault);
     void addAll(kind_t kind);
-    /// Gives the stamps behind values of JSON or XML to the records of the line without one.
+    /// Gives the stamps after values of JSON or XML to the records of the line that have none.
     void shareStamps();
 
 private:
     // A place where a sentence may begin.
     struct start_t {
         std::size_t blocks; // where the tag blocks begin
-        std::size_t run;    // of start characters, which all but the last are prefix
+        std::size_t run;    // of start characters; all but the last belong to the prefix
         std::size_t at;
     };
     // What follows the checksum of a sentence.
     struct behind_t {
-        std::size_t length = 0; // that belongs to the sentence
+        std::size_t length = 0; // how much of it belongs to the sentence
         std::string_view suffix;
         bool hasStamp = false;
         stamp_t stamp;
@@ -102,7 +102,7 @@ private:
     const splitOptions_t& m_options;
     splitState_t& m_state;
     splitLine_t& m_out;
-    std::size_t m_begin;       // behind what is dropped
+    std::size_t m_begin;       // after the bytes that are dropped
     bool m_isJson;             // the line is a JSON object
     std::size_t m_done = 0;    // where the next piece begins
     std::string_view m_prefix; // of the next piece
@@ -169,7 +169,7 @@ void cutter_t::addAll(kind_t kind) {
     }
 }
 
-// Each has the next stamp behind it; where there is none, the last one in front of it.
+// Each record gets the next stamp after it, or if there is none, the last one before it.
 void cutter_t::shareStamps() {
     if (!m_sharesStamps) {
         return;
@@ -220,7 +220,8 @@ cutter_t::start_t cutter_t::findStart(std::size_t from) const {
     return noStart();
 }
 
-// At the beginning of a line, behind a stamp or a tag block anything printable may be an address.
+// At the beginning of a line, and directly after a stamp or a tag block, any printable text may be
+// an address.
 cutter_t::start_t cutter_t::findFirstStart() {
     const start_t strong = findStart(m_begin);
     for (std::size_t at = startCharacters.findIn(m_text, m_begin); at < strong.run;
@@ -251,7 +252,7 @@ bool cutter_t::isBehindStamp(std::size_t at, const start_t& strong) {
 // The stamp and the prefix of a line whose first record is the sentence at `first`.
 void cutter_t::setHead(const start_t& first, const lead_t& lead) {
     const std::string_view head = m_text.substr(m_begin, first.blocks - m_begin);
-    if (lead.hasStamp) { // at the start, or behind a name: there is none before it
+    if (lead.hasStamp) { // at the start, or after a name, so no stamp is before it
         m_out.stamp = lead.stamp;
     }
     m_out.hasStamp = lead.hasStamp || findStamp(head, rules(true), m_out.stamp);
@@ -299,7 +300,7 @@ void cutter_t::learnOrder(const stamp_t& stamp) {
     }
 }
 
-// Where the record of a line begins that is taken as a whole.
+// Where the record begins in a line that is taken as a whole.
 std::size_t cutter_t::takeLead() {
     const lead_t lead = leadOf(m_text.substr(m_begin), rules(false));
     take(lead);
@@ -313,7 +314,8 @@ void cutter_t::addAlone(const start_t& start) {
     }
 }
 
-// Among several records of a line a checksum alone tells a sentence from the remains of one.
+// If a line holds several records, only the checksum tells a sentence from the rest of a damaged
+// one.
 void cutter_t::addJoined(const start_t& first) {
     const std::size_t before = m_out.pieces.size();
     const std::size_t begin = m_done;
@@ -398,7 +400,7 @@ void cutter_t::addSentence(const start_t& start, std::size_t textEnd, std::size_
     piece.stampBehind = behind.stamp;
 }
 
-// A later sentence of a line has the start characters in front of it for its prefix.
+// For a later sentence of a line, the start characters in front of it are its prefix.
 void cutter_t::setPrefix(const start_t& start) {
     if (!m_out.pieces.empty() && !isValue(start)) {
         m_prefix = m_text.substr(start.run, start.at - start.run);
@@ -429,7 +431,8 @@ char cutter_t::envelopeOf(const start_t& start) const {
 }
 
 // What stands behind the end of a sentence: blanks and printed line ends, the end of its envelope,
-// or what stations add. The rest is not of the sentence. A value has any stamp that follows.
+// or what stations add. The rest does not belong to the sentence. A value of JSON or XML takes any
+// stamp that follows.
 cutter_t::behind_t cutter_t::readBehind(std::string_view text, const start_t& start) {
     behind_t behind;
     const char closing = closingOf(envelopeOf(start));
@@ -468,7 +471,7 @@ kind_t cutter_t::kindOf(std::string_view text, bool beforeSentence, bool behindS
     if (text[0] == ':') {
         return kind_t::motion;
     }
-    // Behind a stamp only with a checksum that matches, or without one and with a known tag.
+    // After a stamp, it needs a matching checksum, or no checksum and a known tag.
     const bool hasChecksum = text.find('*') != std::string_view::npos;
     if (isTracking(text, beforeSentence || (behindStamp && !hasChecksum)) &&
         !(behindStamp && kalo::atsAsciiMsg_t(text.data(), text.size()).checksumError())) {
@@ -482,7 +485,7 @@ kind_t cutter_t::kindOf(std::string_view text, bool beforeSentence, bool behindS
     return kind_t::table;
 }
 
-// What the checksum of a sentence that was not cut makes of it.
+// Judges a sentence that was not cut by its checksum.
 void judgeChecksum(piece_t& piece, const splitOptions_t& options) {
     const std::string_view text = options.strict ? piece.text : withoutBlanksBehind(piece.text);
     const checksum_t checksum = checksumAtEnd(text);

@@ -39,12 +39,13 @@ constexpr std::size_t faultCount = 10;
 const char* faultText(fault_t fault);
 
 struct splitOptions_t {
-    bool strict = false;          ///< lines as they are: nothing around a record, no joined records
-    kind_t only = kind_t::none;   ///< every line is taken for this kind
+    bool strict = false; ///< lines are read as they are: nothing may stand around a record, and
+                         ///< records are not separated
+    kind_t only = kind_t::none;   ///< every line is read as this kind
     bool requireChecksum = false; ///< a sentence without a checksum is malformed
 };
 
-/// What the lines of an input tell those that follow.
+/// What is remembered from one line of an input to the next.
 struct splitState_t {
     bool inTableHeader =
         false; ///< behind the status line of a sourcetable, before its first record
@@ -54,7 +55,7 @@ struct splitState_t {
 /// One piece. Its texts are parts of the line, or of the texts that `splitLine_t` owns.
 struct piece_t {
     std::string_view raw;    ///< all its bytes, without the line end
-    std::string_view prefix; ///< what else stands in front of it
+    std::string_view prefix; ///< any other text in front of it
     std::string_view tags;   ///< the tag blocks in front of a sentence
     std::string_view text;   ///< the record itself: of a sentence up to its checksum
     std::string_view suffix; ///< what stands behind a sentence's envelope, or was added to it
@@ -64,17 +65,18 @@ struct piece_t {
     unsigned stated = 0;         ///< with `checksumMismatch`
     unsigned computed = 0;       ///< with `checksumMismatch`
     bool hasStampBehind = false;
-    stamp_t stampBehind; ///< counts where neither the line nor a tag block has one in front
+    stamp_t stampBehind; ///< used if there is no stamp in front of the line's first record or in a
+                         ///< tag block
 };
 
 /// A line that has been cut.
 struct splitLine_t {
     bool hasStamp = false;
-    stamp_t stamp; ///< in front of its first record; it counts for all
+    stamp_t stamp; ///< in front of its first record; used for all records of the line
     std::vector<piece_t> pieces;
-    std::string texts; ///< those that do not stand in the line as they are
+    std::string texts; ///< memory for texts that are not parts of the line
 };
 
-/// Cuts `line` into `out`, whose memory is used again.
+/// Cuts `line` into `out`, and reuses the memory of `out`.
 void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& state,
                splitLine_t& out);

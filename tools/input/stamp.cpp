@@ -9,7 +9,7 @@
 
 namespace {
 
-// Walks over a text; every step says whether it went.
+// A cursor over a text. Each step returns whether it moved.
 class cursor_t {
 public:
     cursor_t(std::string_view text, std::size_t at) : m_text(text), m_at(at) {}
@@ -36,7 +36,7 @@ public:
         return fits;
     }
 
-    // A number of so many digits.
+    // A number with this many digits.
     bool number(unsigned digits, unsigned& out) {
         out = 0;
         for (unsigned i = 0; i < digits; ++i, ++m_at) {
@@ -48,7 +48,7 @@ public:
         return true;
     }
 
-    // As many digits as there are.
+    // All digits that follow.
     std::string_view digits() {
         const std::size_t begin = m_at;
         while (!isAtEnd() && isDigit(m_text[m_at])) {
@@ -80,10 +80,10 @@ bool readClock(cursor_t& at, bool hasColons, stamp_t& out) {
 // How a stamp is read.
 struct reading_t {
     const stampRules_t& rules;
-    bool takesComma; // as the mark of a fraction
+    bool takesComma; // in front of the fraction
 };
 
-// The digits behind the seconds. A comma is their mark only where it can be no separator of
+// The digits of the fraction. A comma stands in front of them only where it cannot separate
 // columns.
 bool readFraction(cursor_t& at, const charSet_t& marks, const reading_t& how, stamp_t& out) {
     constexpr std::size_t longest = 9;
@@ -105,7 +105,7 @@ bool readFraction(cursor_t& at, const charSet_t& marks, const reading_t& how, st
     return true;
 }
 
-// The zone, which may be missing; `minutes` is what it is ahead of UTC.
+// The zone, which may be missing; `minutes` is how far it is ahead of UTC.
 bool readZone(cursor_t& at, stamp_t& out, int& minutes) {
     minutes = 0;
     cursor_t behind = at;
@@ -140,7 +140,7 @@ bool readZone(cursor_t& at, stamp_t& out, int& minutes) {
     return true;
 }
 
-// The date and the clock are set; what remains is the instant, and to take an offset off.
+// Date and clock are set. Computes the instant, and subtracts the offset of the zone.
 bool complete(stamp_t& out, int offsetMinutes = 0) {
     constexpr double firstMinute = -62167219200; // 0000-01-01T00:00
     constexpr double lastMinute = 253402300740;  // 9999-12-31T23:59
@@ -151,7 +151,7 @@ bool complete(stamp_t& out, int offsetMinutes = 0) {
         kalo::dateTime_t(out.date, {out.hour, out.minute, 0}).toTimestamp() - offsetMinutes * 60.0;
     if (offsetMinutes != 0) {
         if (minute < firstMinute || minute > lastMinute) {
-            return false; // its year has no four digits
+            return false; // its year does not have four digits
         }
         const kalo::dateTime_t utc(minute);
         out.date = utc.date;
@@ -169,8 +169,8 @@ bool complete(stamp_t& out, int offsetMinutes = 0) {
     return true;
 }
 
-// Each shape reads what it knows, and leaves the cursor behind it; whether a stamp may end there is
-// judged by the caller.
+// Each function reads one shape and leaves the cursor after it. The caller judges whether a stamp
+// may end there.
 
 // 2026-03-14T23:59:58.412Z, and with other separators.
 bool readDashes(cursor_t& at, char separator, const reading_t& how, stamp_t& out) {
@@ -229,8 +229,8 @@ std::optional<kalo::date_t> dateOf(unsigned year, unsigned month, unsigned day) 
     return isInCalendar(date) ? std::optional(date) : std::nullopt;
 }
 
-// 05/20/2023,00:00:02.130 and 18/05/2012 18:15:37. With a comma the month is first as long as
-// nothing else is known: the fleet logger that writes this form has no other.
+// 05/20/2023,00:00:02.130 and 18/05/2012 18:15:37. With a comma, the month is first unless the
+// order is known: the fleet logger that writes this form always puts it first.
 bool readEitherOrder(cursor_t& at, const reading_t& how, stamp_t& out) {
     unsigned first = 0;
     unsigned second = 0;
@@ -306,7 +306,7 @@ bool readClockAlone(cursor_t& at, const reading_t& how, stamp_t& out) {
 
 struct shape_t {
     std::size_t digits;     // at its start
-    std::string_view marks; // one of which follows; with none of them nothing or anything else
+    std::string_view marks; // one of them must follow; empty: anything may follow
     bool (*read)(cursor_t& at, const reading_t& how, stamp_t& out);
     bool isNumber; // it may be something else as well
 };
@@ -319,7 +319,7 @@ constexpr shape_t shapes[] = {{4, "-", readIso, false},        {4, "/", readSlas
                               {10, "", readUnix, true},        {13, "", readUnix, true},
                               {16, "", readUnix, true},        {19, "", readUnix, true}};
 
-// "[054]", which counts within the last digit of a stamp.
+// "[054]", a counter within the last digit of a stamp.
 bool isCounter(cursor_t at) { return at.one('[') && !at.digits().empty() && at.one(']'); }
 
 bool mayEnd(const cursor_t& at, bool isJson) {

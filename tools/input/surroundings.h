@@ -1,5 +1,5 @@
-// What stands around a record in a line, and is none of it: marks, names, stamps, envelopes,
-// printed line ends, and what stations add behind a sentence.
+// Text around a record that does not belong to it: marks, names, stamps, envelopes, printed line
+// ends, and what stations add after a sentence.
 #pragma once
 
 #include <cstddef>
@@ -15,12 +15,12 @@ std::size_t markLength(std::string_view line);
 /// `text` without blanks and punctuation at both ends.
 std::string_view withoutDecoration(std::string_view text);
 
-/// What stands in front of a record that is no sentence.
+/// The text in front of a record that is not a sentence.
 struct lead_t {
     bool hasStamp = false;
     stamp_t stamp;
     std::string_view name;
-    std::size_t length = 0; ///< what follows is the record
+    std::size_t length = 0; ///< the record begins after it
 };
 
 /// A stamp at the start of `text`, or behind one name.
@@ -29,15 +29,15 @@ lead_t leadOf(std::string_view text, const stampRules_t& rules);
 /// The length of the blanks and printed line ends ("\r", "\x0d", "<CR>") at the start of `text`.
 std::size_t printedEndLength(std::string_view text);
 
-/// The character that closes what `c` opens around a sentence; NUL where that is nothing.
+/// The character that closes what `c` opens around a sentence; NUL if `c` opens nothing.
 char closingOf(char c);
 
-/// Numbers and words behind a checksum, such as ",r003669987,1152921693".
+/// Numbers and words after a checksum, such as ",r003669987,1152921693".
 struct tail_t {
     bool hasStamp = false;
     stamp_t stamp;
     std::string words; ///< all items but the stamp, with commas between; some may be empty
 };
 
-/// Reads a tail that is all of `text`.
+/// Reads a tail; it must be the whole of `text`.
 bool readTail(std::string_view text, tail_t& out);

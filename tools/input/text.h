@@ -1,4 +1,4 @@
-// What the sources beside it ask about bytes, in no locale.
+// Questions about bytes that the sources in this folder ask. No locale has an effect.
 #pragma once
 
 #include <cstddef>
@@ -16,7 +16,7 @@ inline char toCapital(char c) {
 
 inline bool isBlank(char c) { return c == ' ' || c == '\t'; }
 
-/// A set of characters that is looked up, not searched.
+/// A set of characters, as a table for quick look-up.
 class charSet_t {
 public:
     explicit constexpr charSet_t(std::string_view characters) {
@@ -27,7 +27,8 @@ public:
 
     constexpr bool holds(char c) const { return m_holds[static_cast<unsigned char>(c)]; }
 
-    /// The position of the first of these characters from `from` on; the size of `text` without.
+    /// The position of the first of these characters from `from` on; the size of `text` if there is
+    /// none.
     constexpr std::size_t findIn(std::string_view text, std::size_t from = 0) const {
         while (from < text.size() && !holds(text[from])) {
             ++from;

@@ -53,8 +53,8 @@ struct tarField_t {
 // checksum of the header.
 constexpr tarField_t tarNumbers[] = {{100, 8}, {108, 8}, {116, 8}, {124, 12}, {136, 12}, {148, 8}};
 
-// Whether a field whose beginning this is may be a number: octal digits with blanks and NUL, or a
-// binary number behind a first byte of at least 0x80.
+// Whether a field that begins with this text may be a number: octal digits with blanks and NUL, or
+// a binary number behind a first byte of at least 0x80.
 bool isTarNumber(std::string_view field) {
     constexpr std::string_view allowed("01234567 \0", 10);
     return field.empty() || static_cast<unsigned char>(field[0]) >= 0x80 ||
@@ -62,7 +62,8 @@ bool isTarNumber(std::string_view field) {
 }
 
 // A tar archive begins with a name of up to 100 bytes and NUL, and numbers; its mark comes later.
-// Text is to be known as text before that, because a live input may not have as many bytes yet.
+// Text must be recognised as text before that, because a live input may not have delivered so many
+// bytes yet.
 content_t tarOrText(std::string_view start) {
     constexpr std::size_t nameLength = 100;
     constexpr std::size_t markAt = 257;
@@ -82,7 +83,7 @@ content_t tarOrText(std::string_view start) {
 
 enum class step_t { going, ended, damaged, tooLarge };
 
-// zstd and lz4 also have frames that are to be skipped, for data of other programs.
+// zstd and lz4 also have frames for data of other programs, which must be skipped.
 bool startsSkippedFrame(char c) { return c >= '\x50' && c <= '\x5F'; }
 
 // The codecs take bytes off the front of `in` and write at most `room` bytes to `out`.
@@ -254,8 +255,8 @@ private:
     static constexpr std::size_t firstWanted = 7; // the shortest header
 
     LZ4F_dctx* m_context = nullptr;
-    // What completes a block or a checksum. A call that finds a fault gives nothing, so it must not
-    // have a block before the fault.
+    // What completes a block or a checksum. A call that finds a fault gives no bytes, so the blocks
+    // before the fault must come from an earlier call.
     std::size_t m_wanted = firstWanted;
 };
 
@@ -339,7 +340,7 @@ struct archiveBytes_t {
 constexpr std::size_t zipEndLength = 22;
 constexpr std::size_t zipEndMost = zipEndLength + 65535;
 
-// What is wrong with a zip archive that ends with `tail` and in which so many members were found.
+// What is wrong with a zip archive that ends with `tail`, if this many members were found in it.
 std::string zipEndFault(std::string_view tail, std::size_t found) {
     constexpr std::size_t countAt = 10;
     constexpr std::size_t commentLengthAt = 20;
@@ -374,7 +375,7 @@ public:
         } else {
             archive_read_support_format_zip_streamable(reader);
         }
-        // What fails here fails again at the first member.
+        // A failure here is reported at the first member.
         static_cast<void>(archive_read_open(reader, &m_bytes, nullptr, give, nullptr));
     }
 
@@ -417,7 +418,7 @@ public:
     std::string fault() const override { return m_fault; }
 
 private:
-    // Whether all is well; keeps what was wrong.
+    // Whether the call succeeded; keeps the fault if not.
     bool keep(int result) {
         if (result == ARCHIVE_OK) {
             return true;
@@ -434,8 +435,8 @@ private:
         return false;
     }
 
-    // At the end mark: the rest is read for the faults that only show there. The library also takes
-    // the end of a tar archive for an end mark, and does not read on behind a zip archive's
+    // At the end mark, the rest is read, because some faults only show there. The library also
+    // takes the end of a tar archive for an end mark, and does not read on behind a zip archive's
     // members.
     void finish() {
         m_isOver = true;

@@ -14,17 +14,17 @@ enum class content_t { undecided, text, gzip, zstd, xz, bzip2, lz4, zip, tar };
 /// more bytes than a live input may have for some time. With `undecided` more bytes are needed.
 content_t contentOf(std::string_view start, bool mayBeTar);
 
-/// The bytes that `packed` holds, which is compressed in this format. They come as soon as they can
-/// be had, with bzip2, lz4 and zstd block by block. Memory: what the format asks for, with zstd up
-/// to 128 MiB, with xz up to 1 GiB.
+/// The bytes that `packed` holds, which is compressed in this format. They come as early as the
+/// format allows; bzip2, lz4 and zstd give them block by block. Memory is what the format asks for:
+/// up to 128 MiB for zstd, up to 1 GiB for xz.
 std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed);
 
-/// The members of a tar or zip archive, one after another. What is read are the bytes of the
-/// member that `next` went to, and `fault` is that member's.
+/// The members of a tar or zip archive, one after another. `read` gives the bytes of the member
+/// that `next` went to, and `fault` belongs to that member.
 class members_t : public bytes_t {
 public:
-    /// Goes to the next file. False at the end of the archive, and when it cannot be read on; then
-    /// `fault` is what is wrong with the archive, if no member has said so.
+    /// Goes to the next file. False at the end of the archive, or if it cannot be read further.
+    /// `fault` is then the fault of the archive, unless a member has already reported it.
     virtual bool next(std::string& name) = 0;
 };
 

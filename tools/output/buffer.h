@@ -1,4 +1,4 @@
-// The text that is to be written.
+// A buffer for text that will be written.
 #pragma once
 
 #include <cstring>
@@ -13,10 +13,10 @@ public:
     std::string_view text() const { return {m_data.get(), m_size}; }
     std::size_t size() const { return m_size; }
     void clear() { m_size = 0; }
-    /// Takes back what was written behind the first `size` characters.
+    /// Drops everything after the first `size` characters.
     void shorten(std::size_t size) { m_size = size; }
 
-    /// At least `size` characters behind the end.
+    /// Memory for at least `size` characters after the end.
     char* room(std::size_t size) {
         if (m_capacity - m_size < size) {
             grow(size);
@@ -31,7 +31,7 @@ public:
             m_size += text.size();
         }
     }
-    /// Another character in the place of one that was written.
+    /// Replaces a character that was written.
     void replace(std::size_t at, char c) { m_data[at] = c; }
     void append(char c) {
         *room(1) = c;

@@ -5,6 +5,6 @@
 
 #include "tools/output/buffer.h"
 
-/// Appends `bytes` as a JSON string. Valid UTF-8 stays as it is, a byte of anything else becomes
-/// the four characters \xHH and a backslash is doubled, so that the bytes can be had back.
+/// Appends `bytes` as a JSON string. Valid UTF-8 stays as it is, any other byte becomes the four
+/// characters \xHH, and a backslash is doubled, so that the bytes can be restored.
 void writeJsonString(buffer_t& out, std::string_view bytes);

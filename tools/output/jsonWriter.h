@@ -9,17 +9,17 @@
 #include "tools/record/record.h"
 
 struct jsonOptions_t {
-    bool radians = false; ///< angles as the library gives them
-    bool raw = false;     ///< the bytes of every record
+    bool radians = false; ///< angles in radians, as the library gives them
+    bool raw = false;     ///< add the bytes of every record
     bool epoch = false;   ///< instants as Unix seconds
-    bool explain = false; ///< how each instant got its day
+    bool explain = false; ///< add how each instant got its day
 };
 
 class jsonWriter_t {
 public:
     jsonWriter_t(buffer_t& out, const jsonOptions_t& options);
 
-    /// The input of the records that follow.
+    /// Sets the input of the records that follow.
     void setSource(std::string_view name);
     /// Appends the record, with its line end.
     void write(const record_t& record, scratch_t& scratch);

@@ -8,7 +8,7 @@
 constexpr std::size_t longestNumber = 32;
 
 // Each writes at `at`, where there must be room for `longestNumber` characters, and returns the
-// end; what lies behind it may be overwritten, too. Numbers must be finite.
+// end. Bytes after the end may be overwritten. Numbers must be finite.
 
 char* writeInteger(char* at, std::uint64_t value);
 char* writeInteger(char* at, int value);
@@ -23,6 +23,6 @@ char* writeShortest(char* at, float value);
 /// Up to 15 significant digits, as "%.15g" writes them.
 char* writeFifteenDigits(char* at, double value);
 
-// The same by the formatting library alone, which is slower; for comparison.
+// The same, using only the formatting library, which is slower; for comparison.
 char* writeShortestPlainly(char* at, double value);
 char* writeFifteenDigitsPlainly(char* at, double value);

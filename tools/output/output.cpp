@@ -12,8 +12,8 @@ namespace {
 constexpr std::size_t largeSize = 262144;
 constexpr std::chrono::milliseconds longestWait{100};
 
-// With more room in a pipe its two ends wait less often for each other. Where the system does not
-// give it, or the output is no pipe, nothing changes.
+// A larger pipe makes its two ends wait for each other less often. If the system refuses, or the
+// output is not a pipe, nothing changes.
 void enlargePipe(int descriptor) {
 #if defined(F_SETPIPE_SZ)
     constexpr int pipeSize = 1048576; // what Linux gives every user
@@ -70,7 +70,7 @@ void output_t::checkReader() {
 
 std::string output_t::reason() const { return std::strerror(m_error); }
 
-// A reader that goes away, as `head` does, is no error.
+// It is not an error if the reader goes away, as `head` does.
 void output_t::fail(int error) {
     m_closed = true;
     m_error = error == EPIPE ? 0 : error;

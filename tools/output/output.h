@@ -1,4 +1,4 @@
-// Buffered output to a descriptor that a live reader gets in time.
+// Buffered output to a descriptor, flushed in time for a live reader.
 #pragma once
 
 #include <chrono>
@@ -16,18 +16,18 @@ public:
     buffer_t& buffer() { return m_buffer; }
 
     void flush();
-    /// Flushes what is worth a write.
+    /// Flushes if there is enough for a write.
     void flushIfLarge();
-    /// Flushes when a live reader has waited long enough. Where there is nothing to write, asks
+    /// Flushes if a live reader has waited long enough. If there is nothing to write, checks
     /// whether the reader has gone.
     void flushIfDue();
 
-    /// Nothing more can be written: the reader has gone, or an error.
+    /// Whether nothing more can be written: the reader has gone, or an error occurred.
     bool isClosed() const { return m_closed; }
-    /// Asks whether the reader has gone since the last write.
+    /// Checks whether the reader has gone since the last write.
     void checkReader();
     bool failed() const { return m_error != 0; }
-    /// Why it failed, for people.
+    /// Why it failed, as a message.
     std::string reason() const;
 
 private:

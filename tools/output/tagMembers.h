@@ -7,7 +7,7 @@
 
 #include "tools/output/buffer.h"
 
-/// Keeps its memory from one sentence to the next.
+/// Reuses its memory from one sentence to the next.
 class tagMembers_t {
 public:
     /// Appends the items of all blocks as one object: of a key that occurs twice the later value.

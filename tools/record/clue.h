@@ -1,5 +1,5 @@
-// What is decoded once of a record, for its dating, for the groups of satellites and for its
-// values.
+// The values of a record that are decoded once and used for its dating, for the groups of
+// satellites and for its output.
 #pragma once
 
 #include <string>
@@ -7,7 +7,7 @@
 
 #include "tools/time/sentTime.h"
 
-/// One satellite in view. Members without their flag hold nothing.
+/// One satellite in view. A member is set only if its flag is.
 struct satellite_t {
     bool hasPrn = false;
     bool hasElevation = false;
@@ -19,7 +19,7 @@ struct satellite_t {
     double snr = 0;       ///< dB-Hz
 };
 
-/// Satellites that something else owns.
+/// Satellites, owned elsewhere.
 struct satelliteList_t {
     const satellite_t* first = nullptr;
     const satellite_t* last = nullptr;
@@ -30,10 +30,10 @@ struct satelliteList_t {
 
 struct clue_t : timeClue_t {
     satelliteList_t satellites; ///< of a GSV sentence
-    bool lostSatellite = false; ///< something was sent of one of them and did not decode
+    bool lostSatellite = false; ///< a value of a satellite was sent but did not decode
 };
 
-/// Memory of values that need some, kept from one value to the next.
+/// Memory for values that need it, reused from one value to the next.
 struct scratch_t {
     std::string text;
     std::vector<unsigned> list;

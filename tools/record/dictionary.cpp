@@ -8,8 +8,8 @@ namespace {
 
 constexpr std::size_t endLength = 3;
 
-// What a sentence is looked up by: the whole name of a proprietary one, else the end of its
-// address.
+// The key by which a sentence is looked up: the whole name if it is proprietary, otherwise the end
+// of its address.
 std::string_view keyOf(std::string_view address) {
     const bool isProprietary = address.size() > 1 && address[0] == '$' && address[1] == 'P';
     if (isProprietary) {
@@ -55,7 +55,7 @@ const dictionarySentence_t* dictionary_t::find(const kalo::nmeaFormat_t& sentenc
     if (found == m_byAddress.end() || (address[0] == '!' && !mayBeEncapsulated(key))) {
         return nullptr;
     }
-    const dictionarySentence_t* other = nullptr; // the one for all sub-types that have none
+    const dictionarySentence_t* other = nullptr; // the description for all other subtypes
     for (const dictionarySentence_t* row : found->second) {
         if (row->subtype.empty()) {
             other = row;

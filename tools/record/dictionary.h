@@ -1,4 +1,4 @@
-// Sentences that data describe, and no view of the library: those of tools/record/sentences.toml,
+// Sentences without a view in the library, described by data: those of tools/record/sentences.toml,
 // and those of users.
 #pragma once
 
@@ -46,13 +46,16 @@ struct dictionaryRow_t {
     std::string meaning;
     std::string source; ///< a note on where the facts come from
     std::string unit;
-    std::vector<unsigned> fields; ///< those that it reads; of a group, of its first member
+    std::vector<unsigned>
+        fields; ///< the fields that it reads; for a group, those of its first member
     double factor = 1;
-    std::vector<std::string> before; ///< letters in front of a number, one of these; empty: none
-    char positive = '\0';      ///< the letter of the last field that leaves the sign; NUL without
-    char negative = '\0';      ///< the one that turns it round
-    bool isOwn = true;         ///< of a time: that of the record
-    bool isMonthFirst = false; ///< of a date of six digits
+    std::vector<std::string>
+        before; ///< one of these texts must stand in front of the number; empty: no text
+    char positive =
+        '\0'; ///< the letter in the last field that keeps the sign; NUL if there is no such field
+    char negative = '\0';                ///< the letter that changes the sign
+    bool isOwn = true;                   ///< whether a time is the time of the record
+    bool isMonthFirst = false;           ///< of a date of six digits
     const unitLetter_t* units = nullptr; ///< of a quantity; the last one is NUL
     unsigned every = 0;                  ///< fields of one member of a group
     std::vector<dictionaryRow_t> members;
@@ -67,7 +70,7 @@ struct dictionaryRow_t {
 struct dictionarySentence_t {
     std::string name;    ///< the type of its records
     std::string address; ///< the last three letters, or a whole proprietary name
-    std::string subtype; ///< that a field must have; empty without
+    std::string subtype; ///< the text that a field must hold; empty if there is none
     unsigned subtypeField = 1;
     std::string meaning;
     std::string source;
@@ -84,15 +87,15 @@ public:
     /// Adds a sentence, or puts it in the place of the one with its name.
     void add(dictionarySentence_t sentence);
 
-    /// The description of a sentence; null without one.
+    /// The description of a sentence; null if there is none.
     const dictionarySentence_t* find(const kalo::nmeaFormat_t& sentence) const;
     /// By its name, in letters of any case.
     const dictionarySentence_t* named(std::string_view name) const;
 
-    /// In the order in which they came.
+    /// In the order in which they were added.
     const std::deque<dictionarySentence_t>& sentences() const { return m_sentences; }
 
 private:
-    std::deque<dictionarySentence_t> m_sentences; // which stay where they are
+    std::deque<dictionarySentence_t> m_sentences; // a deque, so that their addresses stay valid
     std::unordered_map<std::string, std::vector<const dictionarySentence_t*>> m_byAddress;
 };

@@ -28,7 +28,7 @@ constexpr kindName_t kindNames[] = {
     {"texts", valueKind_t::texts},       {"rest", valueKind_t::rest},
     {"group", valueKind_t::group}};
 
-// What every record may have; a value has another name.
+// Keys that every record may have; a value must not have these names.
 constexpr std::string_view recordKeys[] = {
     "source",   "line",    "offset", "received", "tag",   "prefix", "type",     "talker", "time",
     "timeRule", "address", "fields", "checksum", "error", "stated", "computed", "suffix", "raw"};
@@ -96,7 +96,7 @@ public:
     dictionarySentence_t readSentence(const toml::key& key, const toml::node& node) const;
 
 private:
-    // One table, whose keys are known; what is never asked for is a mistake.
+    // One table. A key that nobody has asked for at the end is a mistake.
     class table_t {
     public:
         table_t(const reader_t& reader, const toml::table& table)

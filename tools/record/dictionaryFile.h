@@ -17,12 +17,12 @@ public:
 /// Adds the sentences that `toml` describes, whose file has this name. Throws `dictionaryError_t`.
 void addSentences(std::string_view toml, const std::string& name, dictionary_t& dictionary);
 
-/// A dictionary that reads the sentences that come with kalo when it is first asked for one: a log
-/// without such sentences need not wait for it.
+/// A dictionary that reads the built-in descriptions when they are first needed, so that a log
+/// without such sentences does not wait for it.
 class dictionaryHolder_t {
 public:
     const dictionary_t& get();
-    /// Adds the sentences of a file; they win over others of their names.
+    /// Adds the sentences of a file; they replace others with the same names.
     void add(std::string_view toml, const std::string& name);
 
 private:

@@ -13,14 +13,14 @@ namespace {
 // As the library turns degrees into radians.
 double radiansOf(double degrees) { return degrees * 3.141592653589793 / 180; }
 
-// The text of a field; empty beyond the last one.
+// The text of a field; empty after the last one.
 const std::string& textOf(const kalo::nmeaFormat_t& sentence, unsigned field) {
     static const std::string none;
     const kalo::nmeaField_t* const text = sentence.field(field);
     return text == nullptr ? none : text->toString();
 }
 
-// What it means that a value did not decode.
+// How to report a value that did not decode.
 reading_t missing(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row, unsigned offset) {
     const bool isSent = std::any_of(row.fields.begin(), row.fields.end(), [&](unsigned field) {
         return !textOf(sentence, field + offset).empty();
@@ -28,7 +28,7 @@ reading_t missing(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row
     return isSent ? reading_t::lost : reading_t::absent;
 }
 
-// Turns a number round where its letter says so.
+// Changes the sign of a number if its letter says so.
 bool applySign(const std::string& letter, const dictionaryRow_t& row, double& value) {
     if (row.positive == '\0') {
         return true;
@@ -60,7 +60,7 @@ bool readDuration(const kalo::nmeaField_t& field, double& out) {
     return true;
 }
 
-// The first pair of a number and the letter of its unit that can be used.
+// The first usable pair of a number and its unit letter.
 bool readQuantity(const kalo::nmeaFormat_t& sentence, const dictionaryRow_t& row, unsigned offset,
                   double& out) {
     for (std::size_t i = 0; i + 1 < row.fields.size(); i += 2) {

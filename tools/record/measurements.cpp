@@ -4,7 +4,7 @@
 
 namespace {
 
-// Angles that a type passes on as they were sent have no known unit.
+// The unit of angles that are given as sent is not known.
 template <typename Row>
 constexpr quantity_t quantityOfRow(std::string_view type, const Row& row) {
     const quantity_t quantity = quantityOf(type, row.name);

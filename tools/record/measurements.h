@@ -1,4 +1,4 @@
-// What a record says about a voyage. Its other values are not even decoded.
+// The values of a record that describe the voyage. Its other values are not decoded.
 #pragma once
 
 #include <array>
@@ -7,19 +7,19 @@
 #include "tools/record/quantity.h"
 #include "tools/record/registry.h"
 
-/// What one record says. A flag of `present` belongs to each quantity.
+/// The quantities of one record. `present` has a flag for each.
 class measurements_t {
 public:
     bool has(quantity_t quantity) const { return (m_present >> index(quantity) & 1) != 0; }
-    /// In the units of the library; a letter as its number. Without `has`: 0.
+    /// In the units of the library; a letter as its character code. 0 if `has` is false.
     double operator[](quantity_t quantity) const {
         return has(quantity) ? m_values[index(quantity)] : 0;
     }
     /// `positionRankOf` the record's type.
     std::size_t positionRank() const { return m_positionRank; }
-    /// Whether the record says of itself that its values do not count.
+    /// Whether the record says itself that its values are not valid.
     bool isVoid() const;
-    /// Whether it tells where the vessel is.
+    /// Whether it gives the position of the vessel.
     bool hasPosition() const {
         return has(quantity_t::latitude) && has(quantity_t::longitude) && !isVoid();
     }
@@ -30,7 +30,7 @@ public:
         m_positionRank = std::size(positionTypes);
     }
     void setPositionRank(std::size_t rank) { m_positionRank = rank; }
-    /// Calls `use(quantity, value)` for each that is there.
+    /// Calls `use(quantity, value)` for each quantity that is present.
     template <typename Use>
     void forEach(Use use) const {
         for (std::size_t i = 0; i < m_count; ++i) {
@@ -57,5 +57,5 @@ private:
     std::array<double, quantityCount> m_values;
 };
 
-/// Reads what a record measures; what it does not is absent in `out`.
+/// Reads the quantities of a record; the others are absent in `out`.
 void readMeasurements(const record_t& record, scratch_t& scratch, measurements_t& out);

@@ -1,4 +1,4 @@
-// The readers of what is decoded once for a record: its time and its date.
+// Readers of the time and the date, which are decoded only once for each record.
 #pragma once
 
 #include "tools/record/clue.h"

@@ -1,5 +1,5 @@
-// Which texts count as a time or a place. The library reads numbers by the rules of streams and
-// coordinates by fixed columns; logs hold damaged texts that become wrong values that way.
+// Which texts are accepted as a time or a position. The library reads numbers by the rules of
+// streams and coordinates by fixed columns, and would make wrong values of some damaged texts.
 #pragma once
 
 #include <cmath>
@@ -14,7 +14,7 @@ bool isLatitude(const std::string& text);
 /// Five digits in front of the point, minutes below 60, at most 180 degrees.
 bool isLongitude(const std::string& text);
 
-// The same of angles in radians, for sentences that send plain degrees: only the range.
+// For sentences that send plain degrees: checks only the range of the angle in radians.
 bool isInLatitudes(double radians);
 bool isInLongitudes(double radians);
 

@@ -1,4 +1,4 @@
-// The values that tell about a voyage, whichever type of record sends them: where the vessel was,
+// The values that describe a voyage, whatever type of record they come from: where the vessel was,
 // how it moved, what its instruments measured.
 #pragma once
 
@@ -25,17 +25,17 @@ enum class quantity_t : unsigned {
     windSpeed,
     speedThroughWater,
     waterTemperature,
-    validity, ///< a letter, as are those behind it
+    validity, ///< a letter, like the next ones
     fixMode,
     status,
     none
 };
 constexpr std::size_t quantityCount = static_cast<std::size_t>(quantity_t::none);
 
-/// What people call it, how it is printed, and what it can be on and above the sea of this planet.
+/// Its name for people, how it is printed, and its possible range at sea.
 struct quantityRow_t {
     std::string_view name; ///< of the value in the record table
-    const char* title;     ///< null for letters and for what is no range of its own
+    const char* title;     ///< null for letters and for quantities without a range
     const char* unit;
     bool isAngle; ///< radians, printed in degrees
     double least; ///< in the printed unit
@@ -44,10 +44,9 @@ struct quantityRow_t {
 
 /// In the order of `quantity_t`.
 //
-// What a range leaves out is no value that a vessel on the seas of this planet can have: heights of
-// the sea against the geoid stay within some metres, but antennas stand on masts; the deepest water
-// is 10,935 m, the highest wind at sea that was measured 94 m/s, a destroyer's speed 24 m/s, that
-// of the fastest boats 142 m/s.
+// No vessel can have a value outside these ranges. The sea surface stays within some metres of the
+// geoid, but antennas stand on masts. The deepest water is 10,935 m, the highest wind measured at
+// sea 94 m/s, the speed of a destroyer 24 m/s and that of the fastest boats 142 m/s.
 constexpr std::array<quantityRow_t, quantityCount> quantityRows = {{
     {"latitude", nullptr, "deg", true, -90, 90},
     {"longitude", nullptr, "deg", true, -180, 180},
@@ -74,11 +73,12 @@ constexpr std::array<quantityRow_t, quantityCount> quantityRows = {{
 struct quantityName_t {
     std::string_view name;
     quantity_t quantity;
-    std::string_view onlyOf{}; ///< a type, where others call something else by this name
+    std::string_view
+        onlyOf{}; ///< the only type in which this name has this meaning; empty: all types
 };
 
-// Some types give a name to something else: the quality of PTNL sentences has other codes, GSV
-// counts the satellites in one sentence. Latitudes and longitudes: see `positionTypes`.
+// In some types the same name means something else: the quality of PTNL sentences has other codes,
+// and GSV counts the satellites in one sentence. Latitudes and longitudes: see `positionTypes`.
 constexpr quantityName_t quantityNames[] = {{"altitude", quantity_t::altitude},
                                             {"quality", quantity_t::quality, "GGA"},
                                             {"quality", quantity_t::quality, "PZWBGGA"},
@@ -103,11 +103,11 @@ constexpr quantityName_t quantityNames[] = {{"altitude", quantity_t::altitude},
                                             {"status", quantity_t::status, "PSIMSSB"}};
 
 /// The types that tell where the vessel is, the best one first: it gives the position of an epoch.
-/// Others speak of the places of waypoints, beacons and base stations.
+/// Other types give the positions of waypoints, beacons and base stations.
 constexpr std::string_view positionTypes[] = {"GGA",     "PZWBGGA", "GNS", "RMC",    "GLL",
                                               "PTNLGGK", "PUBX00",  "RMA", "PSTI030"};
 
-/// Its place in `positionTypes`; their number for other types.
+/// The index of the type in `positionTypes`; the size of that list for other types.
 constexpr std::size_t positionRankOf(std::string_view type) {
     std::size_t rank = 0;
     while (rank < std::size(positionTypes) && positionTypes[rank] != type) {

@@ -36,25 +36,25 @@ struct record_t {
     std::string_view raw;      ///< all its bytes, without the line end; none of SATELLITES
     std::string_view received; ///< when it was received, by a stamp in its line
     std::string_view tags;     ///< the tag blocks in front of a sentence
-    std::string_view prefix;   ///< what else stands in front
-    std::string_view text;     ///< the record without all that, of a sentence up to its checksum
+    std::string_view prefix;   ///< any other text in front
+    std::string_view text;     ///< the record itself; for a sentence, up to its checksum
     std::string_view suffix;   ///< what stands behind a sentence
     std::string_view talker;
-    typeIndex_t type = noType;                   ///< of a sentence also when it has no view
+    typeIndex_t type = noType; ///< set for a known sentence even if it has no view
     const dictionarySentence_t* entry = nullptr; ///< what describes a sentence without a view
     content_t content;
     fault_t fault = fault_t::none; ///< a tracking record keeps its content with a wrong checksum
     bool hasChecksum = false;      ///< of a sentence
-    bool hasMore = false;          ///< bytes that no value reads stand behind it
+    bool hasMore = false;          ///< bytes follow that no value reads
     unsigned stated = 0;           ///< with `checksumMismatch`
     unsigned computed = 0;         ///< with `checksumMismatch`
     clue_t clue;
     std::optional<instant_t> instant;
-    std::optional<double> reference; ///< place in time of the input's last known instant
+    std::optional<double> reference; ///< the last known instant of the input
 };
 
-/// Its place in time: by its own instant, else by when it was received, else by the
-/// records before it. Without a zone times of reception are taken as UTC.
+/// When the record was: its own instant, otherwise its time of reception (taken as UTC if it has no
+/// zone), otherwise the instant of the records before it.
 inline std::optional<double> momentOf(const record_t& record) {
     if (record.instant) {
         return placeInTime(record.instant->timestamp, record.instant->time.time.second);

@@ -10,7 +10,7 @@
 
 namespace {
 
-// The fields of a record's own time; none without one.
+// The fields of a record's own time; none if it has no time.
 template <typename Row>
 constexpr fieldSet_t timeFieldsOf(const Row& /*row*/) {
     return 0;
@@ -58,7 +58,7 @@ bool isVoid(const kalo::rmcMsg_t& view) {
     return view.decodeValidity(validity) && validity == 'V';
 }
 
-// One block of a GSV sentence; false when nothing of it was sent.
+// Reads one block of a GSV sentence; false if all its fields are empty.
 bool readSatellite(const kalo::gsvMsg_t& view, unsigned block, satellite_t& satellite, bool& lost) {
     const unsigned first = 4 + block * 4;
     bool anySent = false;

@@ -1,4 +1,4 @@
-// Reads what is decoded once of a record.
+// Reads the values of a record that are decoded only once.
 #pragma once
 
 #include <vector>

@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view lineEnd = "\r\n";
 
-// Who sent a sentence: its address without the start character and the three letters of the type.
+// The talker of a sentence: its address without the start character and the three letters of the
+// type.
 std::string_view talkerOf(std::string_view address) {
     const bool isProprietary = address.size() > 1 && address[1] == 'P';
     return isProprietary || address.size() <= 4 ? "" : address.substr(1, address.size() - 4);
@@ -92,8 +93,8 @@ bool recordReader_t::nextGroup(record_t& record) {
     return true;
 }
 
-// A plain line that ends with its checksum is one sentence: what cutting it would find, at a
-// fraction of the price. Any other line is left to be cut.
+// A plain line that ends with its checksum is one sentence. Cutting the line would give the same
+// result, but takes much longer. All other lines are cut.
 bool recordReader_t::nextPlain(record_t& record) {
     const bool mayBeSentence =
         m_options.split.only == kind_t::none || m_options.split.only == kind_t::sentence;
@@ -149,7 +150,7 @@ void recordReader_t::cutLine() {
     }
 }
 
-// The stamp of the line goes first, then the sentence's own tag block, then what stands behind it.
+// The stamp of the line has precedence, then the sentence's own tag block, then the stamp after it.
 void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
     record.received = m_received;
     if (m_stamp) {
@@ -159,7 +160,7 @@ void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
     stamp_t tag;
     m_ownStamp.reset();
     if (!piece.tags.empty() && readUnixStamp(tagValue(piece.tags, "c", true), tag)) {
-        tag.isBareNumber = false; // its key says what it is
+        tag.isBareNumber = false; // its key says that it is a time
         m_ownStamp = tag;
     } else if (piece.hasStampBehind) {
         m_ownStamp = inOrder(piece.stampBehind, m_state.order);
@@ -171,7 +172,7 @@ void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
     }
 }
 
-// Prints the stamp to `text`, which the record then shows.
+// Writes the stamp to `text`; the record then refers to that text.
 void recordReader_t::setReceived(const stamp_t& stamp, std::string& text, record_t& record) {
     text.clear();
     appendReceived(text, stamp);
@@ -192,7 +193,7 @@ void recordReader_t::setClueStamp(const stamp_t& stamp, record_t& record) {
     record.clue.isBareStamp = stamp.isBareNumber;
 }
 
-// A record whose own date is one of the two readings of its stamp tells how to read it.
+// If a record's own date equals one of the two readings of its stamp, that decides the order.
 void recordReader_t::learnOrder(record_t& record) {
     const clue_t& clue = record.clue;
     std::optional<stamp_t>& stamp = m_stamp ? m_stamp : m_ownStamp;
@@ -212,7 +213,7 @@ void recordReader_t::learnOrder(record_t& record) {
     setReceived(*stamp, m_stamp ? m_received : m_ownReceived, record);
 }
 
-// Field by field, which is cheaper than a new record: most are set again at once.
+// Sets each member, which is cheaper than a new record: most are set again at once.
 void recordReader_t::reset(record_t& record, const line_t& line, std::string_view raw) {
     record.line = line.number;
     record.offset = line.offset + static_cast<std::size_t>(raw.data() - line.text.data());
@@ -273,7 +274,7 @@ void recordReader_t::decodeSentence(const piece_t& piece, record_t& record) {
         m_completed.insert(piece.text.size() - 1, 1, '0');
     }
     if (!frame(m_completed)) {
-        record.fault = fault_t::badChecksumDigits; // what is here was judged before
+        record.fault = fault_t::badChecksumDigits; // other faults were found before
         return;
     }
     record.hasChecksum = piece.checksumDigits > 0;
@@ -284,7 +285,7 @@ bool recordReader_t::frame(const std::string& sentence) {
     return m_sentence.init(sentence.data(), sentence.size());
 }
 
-// Of the sentence that was framed.
+// The values of the sentence that was framed.
 void recordReader_t::readSentence(record_t& record) {
     record.content = &m_sentence;
     record.type = typeOfSentence(m_sentence.type());

@@ -1,5 +1,5 @@
-// The records of one input: bytes are pushed in, from wherever they come, and decoded and dated
-// records are taken out.
+// Turns the bytes of one input into decoded and dated records. The caller feeds the bytes and takes
+// the records.
 #pragma once
 
 #include <cstdint>
@@ -17,13 +17,14 @@ struct readOptions_t {
     splitOptions_t split;
     dateOrder_t dateOrder = dateOrder_t::unknown; ///< of dates such as 03/04/2026 in stamps
     datingOptions_t dating;
-    bool stampsReads = false; ///< the clock of the host stamps what is read
+    bool stampsReads = false; ///< lines get this computer's time as their receive stamp
     std::shared_ptr<dictionaryHolder_t> dictionary = std::make_shared<dictionaryHolder_t>();
 };
 
-/// How to use it: `feed` what there is, take records until `next` gives false, feed more; at the
-/// end `finish`, and take the rest. Work is linear in the input, memory bounded: by one line, which
-/// is cut at 64 KiB, and the open groups of satellites.
+/// How to use it: call `feed` with the bytes that there are, then `next` until it returns false,
+/// and repeat. At the end call `finish`, and then `next` again until it returns false. Work is
+/// linear in the input. Memory is bounded: it holds one line, which is cut at 64 KiB, and the open
+/// groups of satellites.
 class recordReader_t {
 public:
     explicit recordReader_t(const readOptions_t& options);
@@ -32,8 +33,8 @@ public:
 
     /// More bytes of the input. Records taken before are no longer valid.
     void feed(std::string_view bytes);
-    /// From now on records have this time of reception, in Unix seconds, unless their lines have
-    /// one of their own.
+    /// Sets the time of reception of the records that follow, in Unix seconds. A stamp in a line
+    /// has precedence.
     void setReadTime(double unixTime);
     /// There are no more bytes.
     void finish();
@@ -74,9 +75,10 @@ private:
     splitState_t m_state;
     std::optional<stamp_t> m_stamp; // of the line
     std::string m_received;         // by that stamp; kept for the parts of a line that is too long
-    std::optional<stamp_t> m_ownStamp; // of one record, by its tag block or what stands behind it
-    std::string m_ownReceived;         // by that stamp
-    std::string m_readTime;            // as a stamp; empty where it does not count
+    std::optional<stamp_t>
+        m_ownStamp;            // of one record, from its tag block or from the text after it
+    std::string m_ownReceived; // by that stamp
+    std::string m_readTime;    // the text of that stamp; empty if it is not used
     stamp_t m_readStamp;
     std::string m_completed;
     kalo::nmeaFormat_t m_sentence;
@@ -87,6 +89,6 @@ private:
     std::vector<satellite_t> m_satellites; // of one sentence
     satelliteGroups_t m_groups;
     bool m_isFinished = false;
-    bool m_hasGroup = false; // the last record has finished a group, which is the next record
+    bool m_hasGroup = false; // the last record has completed a group, which is the next record
     dating_t m_dating;
 };

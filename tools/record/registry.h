@@ -1,5 +1,5 @@
-// All types of records: those of the sentences that the library recognises, then the others. What
-// is said of every type is made from this list.
+// All types of records: first the sentences that the library recognises, then the others.
+// Everything that concerns all types is made from this list.
 #pragma once
 
 #include <array>
@@ -27,7 +27,7 @@ struct sentenceRecord_t {
     static constexpr const auto& rows = valuesOf_t<view_t>::rows;
 };
 
-/// A type of record as a value, to be handed to a function.
+/// A type of record as a value that can be passed to a function.
 template <typename... Record>
 struct list_t {};
 
@@ -82,7 +82,7 @@ struct recordType_t {
 
     std::string_view name;
     std::string_view meaning;
-    const row_t* rows; ///< none of a sentence that has no view
+    const row_t* rows; ///< null for a sentence without a view
     std::size_t rowCount;
 
     const row_t* begin() const { return rows; }
@@ -96,14 +96,14 @@ constexpr std::size_t recordTypeCount = arrayOfRecords([](auto) { return 0; }).s
 /// The type of this name, in letters of any case; `noType` if there is none.
 typeIndex_t typeOfName(std::string_view name);
 
-/// Where a value stands, for people: "2,3" or "4-8".
+/// The place of a value as text: "2,3" or "4-8".
 std::string placeOf(const recordType_t::row_t& row);
 std::string placeOf(fieldSet_t fields);
 
-/// The name of a record's type; empty without one.
+/// The name of a record's type; empty if it has none.
 std::string_view typeNameOf(const record_t& record);
 
-/// Whether a record has values of its own.
+/// Whether a record has named values.
 bool hasNamedValues(const record_t& record);
 
 template <typename Record, typename Visitor>
@@ -125,7 +125,7 @@ constexpr auto visitorsOf(list_t<Record...> /*all*/) {
 }
 
 /// Calls `visitor(Record{}, recordView)` with the type of the record and what its values are read
-/// from. Returns whether the record has values of its own.
+/// from. Returns whether the record has named values.
 template <typename Visitor>
 bool visitRecord(const record_t& record, scratch_t& scratch, Visitor visitor) {
     static constexpr auto visitors = visitorsOf<Visitor>(allRecords_t{});

@@ -13,7 +13,7 @@ bool hasAngles(const satellite_t& satellite) {
            satellite.azimuth >= 0 && satellite.azimuth <= mostAzimuth;
 }
 
-// What a sentence says of its group.
+// The numbers in a sentence that describe its group.
 struct head_t {
     unsigned count = 0;
     unsigned number = 0;
@@ -56,7 +56,8 @@ bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view
     const head_t head = headOf(view);
     const bool isLast = head.number == head.count;
     const bool mayHaveSignal = view.fieldCount() % 4 == 1 && view.fieldCount() > 1;
-    // Whether the sentence is the next one of an open group; of the remains of a group.
+    // Whether the sentence is the next one of an open group, or of a group without its first
+    // sentence.
     const auto continues = [&](const slot_t* slot) {
         return slot != nullptr && !slot->isRemains && head.isReadable &&
                head.number == slot->last + 1 && head.count == slot->count &&
@@ -90,7 +91,7 @@ bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view
         }
         if (!continues(slot) && !continuesRemains(slot)) {
             if (isOpen || (slot != nullptr && head.number == 0)) {
-                return false; // out of turn, or without a number
+                return false; // out of order, or without a number
             }
             // Another group, whose first sentence is missing.
             m_incomplete += slot != nullptr ? 1 : 0;

@@ -9,38 +9,38 @@
 #include "kalo/nmea/gsvMsg.h"
 #include "tools/record/clue.h"
 
-/// The satellites that a group of sentences has told of.
+/// The satellites in a group of sentences.
 struct satelliteGroup_t {
     bool hasSignalId = false;
     unsigned signalId = 0;
-    unsigned inView = 0;                 ///< how many the group announces
+    unsigned inView = 0;                 ///< the number that the group announces
     std::vector<satellite_t> satellites; ///< those with angles, by their identifiers
 };
 
-/// Who has sent a sentence, as far as the line tells it.
+/// The sender of a sentence, as far as the line tells.
 struct sender_t {
     std::string_view prefix;
     std::string_view station; ///< by its tag block
 };
 
-/// Memory stays bounded: of more than `mostGroups` that are open the one that was silent longest is
-/// given up, and a group holds at most `mostSatellites`.
+/// Memory stays bounded: if more than `mostGroups` are open, the one that was silent longest is
+/// given up. A group holds at most `mostSatellites`.
 class satelliteGroups_t {
 public:
     static constexpr std::size_t mostGroups = 256;
     static constexpr std::size_t mostSatellites = 256;
 
-    /// Offers a sentence with its satellites. True when it was the last one of a group whose
-    /// sentences all came, in their order; `group` then is that group.
+    /// Takes a sentence with its satellites. True if it was the last one of a group whose sentences
+    /// all came in order; `group` is then that group.
     bool offer(const sender_t& sender, const kalo::gsvMsg_t& view,
                const satelliteList_t& satellites);
     const satelliteGroup_t& group() const { return m_finished; }
-    /// No more sentences: the groups that are open stay incomplete.
+    /// Called at the end: groups that are still open are incomplete.
     void finish();
 
     /// Groups that hold as many satellites as they announce.
     std::uint64_t complete() const { return m_complete; }
-    /// Groups whose sentences all came, and that hold another number of satellites.
+    /// Groups whose sentences all came, but with another number of satellites than announced.
     std::uint64_t partial() const { return m_partial; }
     /// Groups that lack a sentence.
     std::uint64_t incomplete() const { return m_incomplete; }
@@ -51,7 +51,7 @@ private:
         std::uint64_t heard = 0; // when its last sentence came; 0: the slot is free
         unsigned count = 0;
         unsigned last = 0;      // number of its last sentence
-        bool isRemains = false; // its first sentence is missing, or says too little
+        bool isRemains = false; // its first sentence is missing or cannot be used
         satelliteGroup_t group;
     };
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Whether `isFilled` says so of one of the first `count` fields that are in the set.
+// Whether `isFilled` is true for a field of the set among the first `count` fields.
 template <typename IsFilled>
 bool anyFilled(fieldSet_t fields, unsigned count, IsFilled isFilled) {
     for (unsigned i = 0; i < count; ++i) {

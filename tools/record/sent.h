@@ -1,4 +1,4 @@
-// Whether something was sent where a value stands. An empty field is nothing.
+// Whether the fields of a value hold anything. An empty field does not.
 #pragma once
 
 #include <cstdint>
@@ -10,8 +10,8 @@
 
 struct satelliteGroup_t;
 
-/// Which fields of a record a value reads: one bit each, the first field being the lowest. The
-/// highest bit stands for its field and all behind it.
+/// The fields of a record that a value reads, one bit for each; the lowest bit is the first field.
+/// The highest bit stands for its field and all fields after it.
 using fieldSet_t = std::uint64_t;
 constexpr unsigned fieldBits = 64;
 

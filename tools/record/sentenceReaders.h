@@ -1,4 +1,4 @@
-// Readers of values that are no plain accessor of a sentence's view.
+// Readers of values for which an accessor of the view is not enough.
 #pragma once
 
 #include "kalo/nmea/gsvMsg.h"
@@ -6,9 +6,9 @@
 #include "tools/record/plausible.h"
 #include "tools/record/valueRow.h"
 
-/// An accessor of a companion, which gives the raw values of its view a meaning. Those are values
-/// themselves, so nothing is lost where they have no such meaning; but one that has it and cannot
-/// be right counts as not decoded.
+/// An accessor of a companion, which interprets the raw values of its view. The raw values are
+/// printed as well, so nothing is lost if they do not have this meaning. A value that has this
+/// meaning but is out of range counts as not decoded.
 template <typename View, auto accessor, bool (*isPlausible)(double) = isFinite>
 reading_t companion(const View& view, double& out) {
     using companion_t = decltype(viewOf(accessor));
@@ -18,8 +18,8 @@ reading_t companion(const View& view, double& out) {
     return isPlausible(out) ? reading_t::present : reading_t::lost;
 }
 
-/// Those of the clue; none where the fields do not make whole blocks.
+/// The satellites of the clue; none if the fields are not whole blocks.
 reading_t satellitesOfSentence(const recordView_t<kalo::gsvMsg_t>& record, satelliteList_t& out);
 
-/// The last field, in a sentence that has one for it.
+/// The last field, if the sentence has a field for the signal identifier.
 reading_t signalIdOfSentence(const recordView_t<kalo::gsvMsg_t>& record, unsigned& out);

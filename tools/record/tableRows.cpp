@@ -6,7 +6,7 @@
 
 namespace {
 
-// The words are printed once: streams are slow.
+// Each word is printed only once, because streams are slow.
 template <typename... Enumerator>
 auto wordsOf(Enumerator... value) {
     const auto print = [](auto printed) {

@@ -17,7 +17,7 @@
 
 struct unit_t {
     const char* name;
-    const char* radianName = nullptr; ///< with --radians; null for what is no angle
+    const char* radianName = nullptr; ///< the name with --radians; null if it is not an angle
 };
 
 constexpr unit_t noUnit{""};
@@ -50,7 +50,7 @@ constexpr unsigned firstOf(fieldSet_t set) {
     return index;
 }
 
-/// What a record is read from: its view, and what was decoded once for several uses.
+/// The source of a record's values: its view, and what was decoded once for several uses.
 template <typename View>
 struct recordView_t {
     using view_t = View;
@@ -61,26 +61,27 @@ struct recordView_t {
     scratch_t& scratch;
 };
 
-/// Whether a value was there.
+/// The result of reading a value.
 enum class reading_t {
-    absent,  ///< nothing was sent, or nothing is lost by leaving it out
+    absent,  ///< nothing was sent, or the value can be left out without loss
     present, ///< the value was decoded
-    lost,    ///< something was sent and did not decode
-    partly   ///< decoded, but a part of what was sent did not
+    lost,    ///< something was sent but did not decode
+    partly   ///< decoded, except for a part of what was sent
 };
 
 template <typename View, typename T>
 View viewOf(bool (View::*)(T&) const);
 
-// What a reader gives: the last parameter of a function, or the parameter of an accessor.
+// The type that a reader gives: that of the last parameter of a function, or of the parameter of an
+// accessor.
 template <typename View, typename T>
 T outputOf(bool (View::*)(T&) const);
 template <typename Result, typename Input, typename T>
 T outputOf(Result (*)(const Input&, T&));
 
 /// One value. `reader` is an accessor of the record's view, or a function of the record view or of
-/// one of its parts; it gives true, or a `reading_t` where it judges itself. `check` judges the
-/// text of the first field on top: a text that it refuses counts as not decoded.
+/// one of its parts; it returns true or false, or a `reading_t`. `check` also tests the text of the
+/// first field; a text that it refuses counts as not decoded.
 template <auto reader, auto check = nullptr>
 struct row_t {
     using value_t = std::remove_cv_t<decltype(outputOf(reader))>;
@@ -89,7 +90,7 @@ struct row_t {
     unit_t unit;
     fieldSet_t fields;
     const char* meaning;
-    const char* place = nullptr; ///< where it stands in a record that has no numbered fields
+    const char* place = nullptr; ///< its place in a record without numbered fields
 
     template <typename RecordView>
     reading_t read(const RecordView& record, value_t& out) const {
@@ -149,7 +150,7 @@ using rowsOf_t = std::decay_t<decltype(Record::rows)>;
 template <typename Record>
 constexpr std::size_t rowCountOf = std::tuple_size_v<rowsOf_t<Record>>;
 
-/// A row as a type, all of it known when it is compiled.
+/// A row as a type; everything about it is known at compile time.
 template <typename Record, std::size_t index>
 struct column_t {
     static constexpr const auto& row = std::get<index>(Record::rows);
@@ -157,8 +158,8 @@ struct column_t {
     using value_t = typename std::tuple_element_t<index, rowsOf_t<Record>>::value_t;
 };
 
-/// Reads the value of one row into a sink: `sink.value(column, value)` when it is present,
-/// `sink.none(column)` when not. Returns whether something that was sent is lost.
+/// Reads the value of one row into a sink: `sink.value(column, value)` if it is present, otherwise
+/// `sink.none(column)`. Returns whether something that was sent is lost.
 template <typename Column, typename RecordView, typename Sink>
 bool readValue(Column column, const RecordView& record, Sink& sink) {
     using value_t = typename Column::value_t;

@@ -1,17 +1,17 @@
-// What the program says on standard error.
+// Messages on standard error.
 #pragma once
 
 #include <string>
 #include <string_view>
 
-/// Writes `text` and a line feed to standard error. Nothing that goes wrong there has an effect:
-/// a closed or full standard error must not cost a record.
+/// Writes `text` and a line feed to standard error. Errors are ignored: no record may be lost
+/// because standard error is closed or full.
 void say(std::string_view text) noexcept;
 
 /// "kalo: NAME: REASON" on standard error, as one line: see `printable`.
 void complain(std::string_view name, std::string_view reason);
 
-/// `text` for a message: a byte that is no printable ASCII becomes \xHH, and what goes beyond
+/// `text` for a message: a byte that is not printable ASCII becomes \xHH, and everything after
 /// `printableLength` bytes becomes "...".
 std::string printable(std::string_view text);
 constexpr std::size_t printableLength = 200;

@@ -31,8 +31,8 @@ void catchStopSignals() {
 int stopSignal() { return caught; }
 
 void waitReadable(int input, int output) {
-    // A signal between the question and the wait would be missed, were it not held back until the
-    // wait lets it in.
+    // The signals are blocked until the wait begins; otherwise one that comes just before the wait
+    // would be missed.
     sigset_t stop;
     sigemptyset(&stop);
     for (const int signal : stopSignals) {
@@ -40,7 +40,7 @@ void waitReadable(int input, int output) {
     }
     sigset_t before;
     sigprocmask(SIG_BLOCK, &stop, &before);
-    // Nothing is asked of the output: that it has no reader any more is always reported.
+    // No events are requested for the output: that its reader has gone is always reported.
     pollfd descriptors[] = {{input, POLLIN, 0}, {output, 0, 0}};
     while (caught == 0 && ppoll(descriptors, 2, nullptr, &before) < 0 && errno == EINTR) {
     }

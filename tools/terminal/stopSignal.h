@@ -1,13 +1,13 @@
-// SIGINT, SIGTERM and SIGHUP end a run in order: what was decoded is written out first.
+// SIGINT, SIGTERM and SIGHUP end a run cleanly: what was decoded is written out first.
 #pragma once
 
-/// From here on these signals are only noted; a second one kills the program. One that was ignored
-/// when the program started, as by `nohup`, stays ignored.
+/// From now on, the first of these signals is only remembered; a second one kills the program. A
+/// signal that was ignored at the start, as with `nohup`, stays ignored.
 void catchStopSignals();
 
 /// The signal that came, or 0.
 int stopSignal();
 
-/// Waits until `input` is readable; returns early when nobody reads `output` any more, or when a
-/// stop signal comes. Either descriptor may be -1.
+/// Waits until `input` is readable; returns early if nobody reads `output` any more, or if a stop
+/// signal comes. Either descriptor may be -1.
 void waitReadable(int input, int output);

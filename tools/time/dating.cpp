@@ -10,9 +10,10 @@ constexpr double secondsPerHour = 3600;
 constexpr double secondsPerDay = 86400;
 constexpr double noon = secondsPerDay / 2;
 constexpr double rolloverSpan = 1024 * 7 * secondsPerDay;
-constexpr double gpsEpoch = 315964800; // 1980-01-06, before which no clock on board was right
+constexpr double gpsEpoch =
+    315964800; // 1980-01-06, an earlier stamp comes from a clock that is not set
 
-// A second from 60 on is in range while a leap second lasts.
+// A second from 60 to below 61 is in range, as in a leap second.
 bool isInRange(const kalo::timeOfDay_t& time) {
     return time.hour < 24 && time.minute < 60 && time.second >= 0 && time.second < 61;
 }
@@ -86,8 +87,8 @@ std::optional<instant_t> dating_t::dateByOwn(const timeClue_t& clue, bool hasTim
                      m_dayBegin == sentBegin ? dayRule_t::own : dayRule_t::rollover};
 }
 
-// Moves the day of a record's own date on by the multiple of 1024 weeks that its stamp shows, then
-// by the least that brings it to the first day that can be.
+// Moves the day of a record's own date forward: by the multiple of 1024 weeks that its stamp shows,
+// then by the least multiple that brings it to the first possible day.
 void dating_t::turnToRollover(const timeClue_t& clue, double secondOfDay) {
     if (clue.hasStamp) {
         const double late = clue.stamp - (m_dayBegin + secondOfDay);
@@ -108,8 +109,8 @@ void dating_t::turnToRollover(const timeClue_t& clue, double secondOfDay) {
     }
 }
 
-// Brings the reference up to the line of a record without a date that counts, and says what it
-// then comes from.
+// For a record without a usable date: moves the reference to the time of the line, and returns
+// where it comes from.
 dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
     const auto isWithinAnHour = [&](double reference) {
         return hasTime &&
@@ -121,8 +122,8 @@ dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
         return dayRule_t::stamp;
     }
     if (m_reference && m_referenceStamp && clue.hasStamp) {
-        // Also if the clock of the stamps began in 1970, but not where it was set, and not by a
-        // counter that looks like a stamp.
+        // The clock of the stamps may be wrong. But if it was set in between, or if a stamp is a
+        // counter, the reference does not follow it.
         const double moved = *m_reference + (clue.stamp - *m_referenceStamp);
         if (isWithinAnHour(moved)) {
             m_reference = moved;
@@ -141,10 +142,10 @@ void dating_t::setReference(double place, const timeClue_t& clue) {
     m_referenceStamp = clue.hasStamp ? std::optional(clue.stamp) : std::nullopt;
 }
 
-// The instant at the time of day that lies nearest to the reference; of two the earlier. Its day
+// The instant with this time of day that is nearest to the reference; the earlier of two. Its day
 // becomes the current one.
 double dating_t::nearest(const kalo::timeOfDay_t& time, double reference) {
-    // A leap second lies on the day that its minute lies on.
+    // A leap second belongs to the day of its minute.
     kalo::timeOfDay_t place = time;
     place.second -= place.second >= 60 ? 1 : 0;
     turnTo(reference);
@@ -157,7 +158,7 @@ double dating_t::nearest(const kalo::timeOfDay_t& time, double reference) {
     return timestampOn(m_dayBegin, time);
 }
 
-// Both make another day the current one; as long as it stays the same nothing is computed.
+// Both change the current day. Nothing is computed if it stays the same.
 void dating_t::turnTo(double timestamp) {
     if (!(timestamp >= m_dayBegin && timestamp < m_dayBegin + secondsPerDay)) {
         m_day = kalo::dateTime_t(timestamp).date;

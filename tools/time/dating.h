@@ -1,4 +1,4 @@
-// Which day a time of day belongs to.
+// Finds the day of a time of day.
 #pragma once
 
 #include <cstdint>
@@ -11,9 +11,9 @@ enum class dayRule_t {
     own,     ///< the record's own date
     near,    ///< nearest to the reference
     stamp,   ///< nearest to the line's stamp
-    option,  ///< nearest to what the user says
-    isVoid,  ///< the date of a record that does not vouch for it
-    rollover ///< the record's own date, moved on by some times 1024 weeks
+    option,  ///< nearest to the day or instant that the user gives
+    isVoid,  ///< the date of a void record
+    rollover ///< the record's own date, moved forward by a multiple of 1024 weeks
 };
 
 /// A UTC instant with the digits of its seconds.
@@ -24,25 +24,26 @@ struct instant_t {
     dayRule_t rule = dayRule_t::own;
 };
 
-/// What the user says about the time of an input.
+/// What the user states about the time of an input.
 struct datingOptions_t {
     std::optional<kalo::date_t> date;      ///< the day on which it begins
     std::optional<double> begin;           ///< the instant at which it begins, in Unix seconds
     std::optional<kalo::date_t> notBefore; ///< dates before this day are wrong by 1024 weeks
 };
 
-/// Dates the times of day of one input by a reference instant, which follows the records: a record
-/// with a date of its own sets it, a time without a date lies on the day that brings it nearest.
+/// Finds the day for each time of day of one input, by a reference instant. A record with a date of
+/// its own sets the reference. A time without a date lies on the day that brings it nearest to the
+/// reference, and becomes the new reference.
 ///
-/// The calendar of a GPS receiver that is past the end of its weeks is late by 1024 weeks, or a
-/// multiple of it. Where the stamp of the line shows that, or the user says so, dates move forward.
+/// The dates of a GPS receiver past its week rollover are early by 1024 weeks or a multiple. If the
+/// stamp of the line shows this, or the user says so, dates move forward.
 class dating_t {
 public:
     explicit dating_t(const datingOptions_t& options);
 
-    /// The instant of a record. None while no date is known, for a time that is out of range, for
-    /// a date of its own beyond the last year, and for a record without a time, whose date the
-    /// reference follows all the same.
+    /// The instant of a record. Empty as long as no date is known, and for a record with a time out
+    /// of range, with a date beyond the last year, or without a time (its date still moves the
+    /// reference).
     std::optional<instant_t> date(const timeClue_t& clue);
 
     /// The place in time of the last record, if any is known.
@@ -50,7 +51,7 @@ public:
 
     /// How many records had a time in range while no date was known.
     std::uint64_t undated() const { return m_undated; }
-    /// How many had a date more than a day from the stamp of their line.
+    /// How many records had a date more than a day from the stamp of their line.
     std::uint64_t farFromStamp() const { return m_farFromStamp; }
     /// How many of those were off by a multiple of 1024 weeks.
     std::uint64_t rolledOver() const { return m_rolledOver; }
@@ -70,7 +71,7 @@ private:
     std::optional<double> m_reference;
     bool m_isFromOption = false;
     std::optional<double> m_referenceStamp; // of the line that gave the reference
-    kalo::date_t m_day{1970, 1, 1};         // the day that was last spoken of
+    kalo::date_t m_day{1970, 1, 1};         // the day that was used last
     double m_dayBegin = 0;
     std::uint64_t m_undated = 0;
     std::uint64_t m_farFromStamp = 0;

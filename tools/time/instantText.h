@@ -1,4 +1,4 @@
-// Instants and durations for people.
+// Instants and durations as text for people.
 #pragma once
 
 #include <string>

@@ -23,19 +23,20 @@ inline void setDigits(std::string_view text, sentTime_t& out) {
     out.fraction = text.size() > fractionAt ? text.substr(fractionAt) : std::string_view();
 }
 
-/// Where an instant lies among others, in Unix seconds. A second of 60 has the Unix time of the
-/// next minute, but lies in front of it, on the day of its own minute.
+/// A number that orders instants, in Unix seconds. A second of 60 has the Unix time of the next
+/// minute, but comes before it, on the day of its own minute.
 inline double placeInTime(double unixTime, double second) {
     return second < 60
                ? unixTime
                : std::nextafter(std::floor(unixTime), std::numeric_limits<double>::lowest());
 }
 
-/// What one record and its line tell about time.
+/// What a record and its line say about time.
 struct timeClue_t {
     bool hasTime = false;
-    bool hasDate = false;     ///< a date of the record's own, be it in the calendar or not
-    bool isVoid = false;      ///< the sender does not vouch for the date
+    bool hasDate =
+        false; ///< the record has a date of its own, even if the calendar does not have it
+    bool isVoid = false;      ///< the record is void, so its date may be wrong
     bool hasStamp = false;    ///< the line tells when it was received
     bool isBareStamp = false; ///< a number of ten digits, which may be a counter
     sentTime_t time;
