@@ -26,7 +26,7 @@ RANGES = {"altitude": (-200, 9000), "quality": (0, 8), "satCount": (0, 100), "hd
           "depth": (0, 11000), "windSpeed": (0, 115), "speedThroughWater": (-20, 60),
           "waterTemperature": (-5, 50)}
 NO_SENTENCES = {"TSS1", "ATS", "STR", "CAS", "NET", "TABLE", "SATELLITES"}
-AS_SENT = {("heading", "PTPSR")}
+AS_SENT = {("heading", "PTPSR"), ("depth", "PSIMSSB"), ("depth", "PSIMLBP")}
 MAX_SPEED, MAX_GAP, WEEKS = 100, 60, 1024 * 7 * 86400
 
 

@@ -20,7 +20,8 @@ double timeOfDayOf(const record_t& record) {
     return time.hour * secondsOfHour + time.minute * secondsOfMinute + time.second;
 }
 
-// Seconds between two fixes; without dates, less than a day.
+} // namespace
+
 std::optional<double> timeBetween(const fix_t& from, const fix_t& to) {
     if (from.time && to.time) {
         return *to.time - *from.time;
@@ -31,8 +32,6 @@ std::optional<double> timeBetween(const fix_t& from, const fix_t& to) {
     const double difference = to.timeOfDay - from.timeOfDay;
     return difference < -secondsOfDay / 2 ? difference + secondsOfDay : difference;
 }
-
-} // namespace
 
 const fix_t* epochs_t::add(const record_t& record, const measurements_t& measured) {
     const std::size_t rank = measured.positionRank();

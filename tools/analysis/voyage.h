@@ -47,6 +47,9 @@ inline place_t placeOf(const fix_t& fix) {
 /// The distance between two places in metres, on a sphere.
 double distanceBetween(const place_t& from, const place_t& to);
 
+/// Seconds from one fix to the other; without dates by their times of day, at most half a day back.
+std::optional<double> timeBetween(const fix_t& from, const fix_t& to);
+
 /// The smallest box around positions; it crosses the date line if that makes it smaller.
 class positionBox_t {
 public:

@@ -18,6 +18,7 @@
 #include "tools/command/readInput.h"
 #include "tools/command/summaryCommand.h"
 #include "tools/command/timeCommand.h"
+#include "tools/command/trackCommand.h"
 #include "tools/command/typeNames.h"
 #include "tools/input/input.h"
 #include "tools/input/stamp.h"
@@ -341,8 +342,61 @@ command_t checkVerb() {
         true};
 }
 
+trackFormat_t trackFormatOfArgument(const std::string& name) {
+    if (name == "geojson") {
+        return trackFormat_t::geojson;
+    }
+    if (name != "gpx" && name != "kml") {
+        throw usageError_t("no such format: " + printable(name) +
+                           " (expected geojson, gpx or kml)");
+    }
+    return name == "gpx" ? trackFormat_t::gpx : trackFormat_t::kml;
+}
+
+// "10s" or "50m".
+void takeEvery(const std::string& text, thinningOptions_t& out) {
+    const char unit = text.empty() ? '\0' : text.back();
+    if (unit != 's' && unit != 'm') {
+        throw usageError_t("no such step: " + printable(text) + " (expected 10s or 50m)");
+    }
+    (unit == 's' ? out.everySeconds : out.everyMetres) =
+        positiveOfArgument(text.substr(0, text.size() - 1));
+}
+
+command_t trackVerb() {
+    const auto options = std::make_shared<trackCommandOptions_t>();
+    thinningOptions_t& thinning = options->thinning;
+    return {
+        {"track", "[FILE...]", "Write the track of the vessel as GeoJSON, GPX or KML",
+         "Writes one point for each instant, from the best position that came with it, and what\n"
+         "else was measured then.",
+         joined(
+             {{"--format", "FORMAT", "geojson (the default), gpx or kml",
+               [options](const std::string& text) {
+                   options->format = trackFormatOfArgument(text);
+               }},
+              {"--max-gap", "SECONDS", "Break the line where more is between two points (60)",
+               [&thinning](const std::string& text) {
+                   thinning.maxGap = positiveOfArgument(text);
+               }},
+              {"--every", "STEP", "At least this from point to point: 10s, 50m, or both",
+               [&thinning](const std::string& text) { takeEvery(text, thinning); }, times_t::again},
+              {"--tolerance", "METRES",
+               "Leave out points that are no farther from the line without them",
+               [&thinning](const std::string& text) {
+                   thinning.tolerance = positiveOfArgument(text);
+               }}},
+             readingOptions(options->read))},
+        [options](const texts_t& operands) {
+            options->files = operands;
+            return trackCommand(*options);
+        },
+        true};
+}
+
 std::vector<command_t> allCommands() {
-    return {decodeVerb(), summaryVerb(), checkVerb(), fieldsVerb(), timeVerb(), encodeVerb()};
+    return {decodeVerb(), summaryVerb(), checkVerb(), trackVerb(),
+            fieldsVerb(), timeVerb(),    encodeVerb()};
 }
 
 std::string helpOf(const std::vector<command_t>& commands) {

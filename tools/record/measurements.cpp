@@ -4,12 +4,11 @@
 
 namespace {
 
-// The unit of angles that are given as sent is not known.
+// What a type passes on as it was sent has no known unit, and may be a beacon's: its depth is not
+// that of the water.
 template <typename Row>
 constexpr quantity_t quantityOfRow(std::string_view type, const Row& row) {
-    const quantity_t quantity = quantityOf(type, row.name);
-    const bool isAngle = quantity != quantity_t::none && rowOf(quantity).isAngle;
-    return isAngle && row.unit.radianName == nullptr ? quantity_t::none : quantity;
+    return row.unit.name == asSent.name ? quantity_t::none : quantityOf(type, row.name);
 }
 
 template <typename Record, std::size_t index, typename Source>
