@@ -8,7 +8,8 @@ namespace {
 // that of the water.
 template <typename Row>
 constexpr quantity_t quantityOfRow(std::string_view type, const Row& row) {
-    return row.unit.name == asSent.name ? quantity_t::none : quantityOf(type, row.name);
+    return std::string_view(row.unit.name) == asSent.name ? quantity_t::none
+                                                          : quantityOf(type, row.name);
 }
 
 template <typename Record, std::size_t index, typename Source>
