@@ -20,16 +20,9 @@ struct findingKind_t {
 };
 
 enum class findingId_t : unsigned {
-    noStartCharacter, // the malformed records, in the order of `fault_t`
-    noLineEnd,
-    badChecksumDigits,
-    checksumMismatch,
-    noChecksum,
-    cut,
-    lineTooLong,
-    notARecord,
-    nothingDecodes,
-    timeBackwards,
+    // first the malformed records, in the order of `fault_t`, which has one more: that of a good
+    // one
+    timeBackwards = faultCount - 1,
     timeJump,
     timeStandsStill,
     rollover,

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "tools/input/text.h"
+#include "tools/record/degrees.h"
 #include "tools/record/registry.h"
 
 namespace {
@@ -142,7 +143,6 @@ void summary_t::addStream(const record_t& record) {
     ++boundedPlace(m_networks, sink.network);
     ++boundedPlace(m_authTypes, sink.authType);
     if (m_options.near && sink.latitude && sink.longitude) {
-        constexpr double radiansPerDegree = 3.141592653589793 / 180;
         const place_t place{*sink.latitude * radiansPerDegree, *sink.longitude * radiansPerDegree};
         const nearStream_t stream{sink.mountpoint, distanceBetween(*m_options.near, place)};
         const auto isNearer = [](const nearStream_t& a, const nearStream_t& b) {

@@ -4,10 +4,9 @@
 #include <cmath>
 #include <utility>
 
-namespace {
+#include "tools/record/degrees.h"
 
-constexpr double pi = 3.141592653589793;
-constexpr double earthRadius = 6371008.8;
+namespace {
 
 struct point_t {
     double x;
@@ -65,7 +64,7 @@ bool thinning_t::isNextLine(const fix_t& fix) const {
     const double step =
         placeOf(fix).longitude - placeOf(*m_last).longitude; // over the date line: another line
     const std::optional<double> duration = timeBetween(*m_last, fix);
-    return std::fabs(step) > pi || (duration && std::fabs(*duration) > m_options.maxGap);
+    return std::fabs(step) > halfTurn || (duration && std::fabs(*duration) > m_options.maxGap);
 }
 
 bool thinning_t::isTooNear(const fix_t& fix) const {

@@ -14,7 +14,7 @@ void valueRange_t::add(double value) {
     static_assert(std::numeric_limits<double>::is_iec559 && sizeof bits == sizeof value);
     std::memcpy(&bits, &value, sizeof bits);
     constexpr int fractionBits = 52;
-    constexpr int bias = 1022; // of exponents whose fractions begin with 0.1
+    constexpr int bias = 1022; // as `ldexp` counts, with mantissas from 0.5 on
     const int octave = static_cast<int>(bits >> fractionBits & 0x7FF) - bias - lowestExponent;
     if (octave < 0) {
         ++m_nearZero;
@@ -25,7 +25,8 @@ void valueRange_t::add(double value) {
     if (bins == nullptr) {
         bins = std::make_unique<octave_t>();
     }
-    const auto bin = static_cast<std::size_t>(bits >> (fractionBits - 8) & 0xFF);
+    const auto bin =
+        static_cast<std::size_t>(bits >> (fractionBits - bitsOfBin) & (binsOfOctave - 1));
     ++(*bins)[octave < octaveCount ? bin : binsOfOctave - 1];
 }
 

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 #include <cstdint>
 #include <memory>
 
@@ -17,7 +18,8 @@ public:
     double median() const;
 
 private:
-    static constexpr unsigned binsOfOctave = 256;
+    static constexpr int bitsOfBin = 8; // the first ones of the fraction
+    static constexpr std::size_t binsOfOctave = std::size_t{1} << bitsOfBin;
     static constexpr int lowestExponent = -20;
     static constexpr int octaveCount = 44; // up to 2^24; greater values count in the last bin
 

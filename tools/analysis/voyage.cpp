@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cmath>
 
+#include "tools/record/degrees.h"
+
 namespace {
 
-constexpr double pi = 3.141592653589793;
 constexpr double secondsOfDay = 86400;
 // Some receivers give the sentences of an epoch with different digits.
 constexpr double sameInstant = 0.01;
@@ -86,16 +87,15 @@ const fix_t* epochs_t::finish() {
 }
 
 double distanceBetween(const place_t& from, const place_t& to) {
-    constexpr double meanRadius = 6371008.8; // of the WGS 84 ellipsoid
     const double north = std::sin((to.latitude - from.latitude) / 2);
     const double east = std::sin((to.longitude - from.longitude) / 2);
     const double square =
         north * north + std::cos(from.latitude) * std::cos(to.latitude) * east * east;
-    return 2 * meanRadius * std::asin(std::sqrt(std::min(1.0, square)));
+    return 2 * earthRadius * std::asin(std::sqrt(std::min(1.0, square)));
 }
 
 void positionBox_t::add(double latitude, double longitude) {
-    const double from0 = longitude < 0 ? longitude + 2 * pi : longitude;
+    const double from0 = longitude < 0 ? longitude + 2 * halfTurn : longitude;
     const auto widen = [this](double value, double& least, double& greatest) {
         least = m_isEmpty ? value : std::min(least, value);
         greatest = m_isEmpty ? value : std::max(greatest, value);
@@ -107,11 +107,15 @@ void positionBox_t::add(double latitude, double longitude) {
 }
 
 double positionBox_t::west() const {
-    return !isOverDateLine() ? m_west : m_westFrom0 > pi ? m_westFrom0 - 2 * pi : m_westFrom0;
+    return !isOverDateLine()        ? m_west
+           : m_westFrom0 > halfTurn ? m_westFrom0 - 2 * halfTurn
+                                    : m_westFrom0;
 }
 
 double positionBox_t::east() const {
-    return !isOverDateLine() ? m_east : m_eastFrom0 > pi ? m_eastFrom0 - 2 * pi : m_eastFrom0;
+    return !isOverDateLine()        ? m_east
+           : m_eastFrom0 > halfTurn ? m_eastFrom0 - 2 * halfTurn
+                                    : m_eastFrom0;
 }
 
 void voyage_t::add(const fix_t& fix) {

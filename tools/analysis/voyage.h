@@ -35,6 +35,8 @@ private:
     fix_t m_ended;
 };
 
+constexpr double earthRadius = 6371008.8; ///< metres; the mean one of the WGS 84 ellipsoid
+
 struct place_t {
     double latitude = 0; ///< radians
     double longitude = 0;

@@ -58,14 +58,17 @@ private:
     // senders, so beyond the limit a finding joins the first group of its kind.
     finding_t& groupOf(const finding_t& finding) {
         constexpr std::size_t most = 4096;
-        const auto isOfKind = [&](const finding_t& group) { return group.id == finding.id; };
         const auto found = m_places.find({finding.id, finding.what});
         if (found != m_places.end()) {
             return m_groups[found->second];
         }
-        const auto first = std::find_if(m_groups.begin(), m_groups.end(), isOfKind);
-        if (m_groups.size() >= most && first != m_groups.end()) {
-            return *first;
+        if (m_groups.size() >= most) {
+            const auto first =
+                std::find_if(m_groups.begin(), m_groups.end(),
+                             [&](const finding_t& group) { return group.id == finding.id; });
+            if (first != m_groups.end()) {
+                return *first;
+            }
         }
         m_places.emplace(std::make_pair(finding.id, finding.what), m_groups.size());
         return m_groups.emplace_back();

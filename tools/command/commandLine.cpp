@@ -22,6 +22,7 @@
 #include "tools/command/typeNames.h"
 #include "tools/input/input.h"
 #include "tools/input/stamp.h"
+#include "tools/record/degrees.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
 #include "tools/time/calendarDate.h"
@@ -72,8 +73,19 @@ double positiveOfArgument(const std::string& text) {
     return number;
 }
 
+// An option whose value is a number above 0.
+option_t positive(const char* names, const char* operand, double& out, const char* help) {
+    return {names, operand, help,
+            [&out](const std::string& text) { out = positiveOfArgument(text); }};
+}
+
+option_t maxSpeedOption(double& out) {
+    return positive("--max-speed", "M/S", out,
+                    "Count a step between two positions as a jump if it needs more than this speed "
+                    "(default 100)");
+}
+
 place_t placeOfArgument(const std::string& text) {
-    constexpr double radiansPerDegree = 3.141592653589793 / 180;
     constexpr double mostLatitude = 90;
     constexpr double mostLongitude = 180;
     const std::size_t comma = std::min(text.find(','), text.size());
@@ -281,12 +293,7 @@ command_t summaryVerb() {
                   [options](const std::string& text) {
                       options->summary.near = placeOfArgument(text);
                   }},
-                 {"--max-speed", "M/S",
-                  "Count a step between two positions as a jump if it needs more than this speed "
-                  "(default 100)",
-                  [options](const std::string& text) {
-                      options->summary.maxSpeed = positiveOfArgument(text);
-                  }}},
+                 maxSpeedOption(options->summary.maxSpeed)},
                 readingOptions(options->read))},
         [options](const texts_t& operands) {
             options->files = operands;
@@ -323,13 +330,10 @@ command_t checkVerb() {
                times_t::list},
               flag("--notes-are-faults", options->areNotesFaults,
                    "Exit with status 1 for notes as well as for faults"),
-              {"--max-speed", "M/S",
-               "Count a step between two positions as a jump if it needs more than this speed "
-               "(default 100)",
-               [&check](const std::string& text) { check.maxSpeed = positiveOfArgument(text); }},
-              {"--max-gap", "SECONDS",
-               "Report a longer time between two records of a sender as a jump (default 60)",
-               [&check](const std::string& text) { check.maxGap = positiveOfArgument(text); }},
+              maxSpeedOption(check.maxSpeed),
+              positive("--max-gap", "SECONDS", check.maxGap,
+                       "Report a longer time between two records of a sender as a jump (default "
+                       "60)"),
               {"--json", nullptr, "Print a JSON object for each finding or group",
                [options](const std::string& /*none*/) { options->format = checkFormat_t::json; }},
               {"--junit", nullptr, "Print JUnit XML, for the test reports of build servers",
@@ -375,17 +379,12 @@ command_t trackVerb() {
                [options](const std::string& text) {
                    options->format = trackFormatOfArgument(text);
                }},
-              {"--max-gap", "SECONDS", "Break the line where more is between two points (60)",
-               [&thinning](const std::string& text) {
-                   thinning.maxGap = positiveOfArgument(text);
-               }},
+              positive("--max-gap", "SECONDS", thinning.maxGap,
+                       "Break the line where more is between two points (60)"),
               {"--every", "STEP", "At least this from point to point: 10s, 50m, or both",
                [&thinning](const std::string& text) { takeEvery(text, thinning); }, times_t::again},
-              {"--tolerance", "METRES",
-               "Leave out points that are no farther from the line without them",
-               [&thinning](const std::string& text) {
-                   thinning.tolerance = positiveOfArgument(text);
-               }}},
+              positive("--tolerance", "METRES", thinning.tolerance,
+                       "Leave out points that are no farther from the line without them")},
              readingOptions(options->read))},
         [options](const texts_t& operands) {
             options->files = operands;

@@ -12,6 +12,7 @@
 #include "kalo/sensors/tss1MsgBuilder.h"
 #include "kalo/util/stringUtil.h"
 #include "tools/command/readInput.h"
+#include "tools/record/degrees.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
 
@@ -19,8 +20,6 @@ namespace {
 
 using kalo::tss1Msg_t;
 using kalo::tss1MsgBuilder_t;
-
-constexpr double radiansPerDegree = 3.141592653589793 / 180;
 
 // The texts of one record, by their keys.
 using recordTexts_t = std::map<std::string, std::string>;

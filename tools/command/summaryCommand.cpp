@@ -8,6 +8,7 @@
 #include "tools/command/recordInputs.h"
 #include "tools/command/textTable.h"
 #include "tools/output/jsonString.h"
+#include "tools/record/degrees.h"
 #include "tools/terminal/message.h"
 #include "tools/time/instantText.h"
 
@@ -17,7 +18,6 @@ using json_t = nlohmann::ordered_json;
 
 constexpr double knot = 1852.0 / 3600;
 constexpr double nauticalMile = 1852;
-constexpr double degreesPerRadian = 180 / 3.141592653589793;
 
 class summaryConsumer_t : public recordConsumer_t {
 public:

@@ -4,12 +4,11 @@
 
 #include "tools/output/jsonString.h"
 #include "tools/output/numberText.h"
+#include "tools/record/degrees.h"
 #include "tools/record/dictionaryRows.h"
 #include "tools/record/registry.h"
 
 namespace {
-
-constexpr double degreesPerRadian = 180 / 3.141592653589793;
 
 // Text of a size that is known when the program is compiled, so that it is copied without a loop.
 template <std::size_t size>

@@ -6,12 +6,10 @@
 #include "kalo/time/timeUtil.h"
 #include "kalo/util/stringUtil.h"
 #include "tools/input/text.h"
+#include "tools/record/degrees.h"
 #include "tools/record/plausible.h"
 
 namespace {
-
-// As the library turns degrees into radians.
-double radiansOf(double degrees) { return degrees * 3.141592653589793 / 180; }
 
 // The text of a field; empty after the last one.
 const std::string& textOf(const kalo::nmeaFormat_t& sentence, unsigned field) {

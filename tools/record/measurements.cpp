@@ -68,7 +68,8 @@ void readMeasurements(const record_t& record, scratch_t& scratch, measurements_t
     out.clear();
     visitRecord(record, scratch, [&](auto kind, const auto& source) {
         using type_t = decltype(kind);
-        out.setPositionRank(std::integral_constant<std::size_t, positionRankOf(type_t::name)>());
+        constexpr std::size_t rank = positionRankOf(type_t::name);
+        out.setPositionRank(rank);
         readAll<type_t>(source, out, std::make_index_sequence<rowCountOf<type_t>>{});
     });
     if (record.entry != nullptr) {

@@ -7,7 +7,7 @@
 #include "tools/record/quantity.h"
 #include "tools/record/registry.h"
 
-/// The quantities of one record. `present` has a flag for each.
+/// The quantities of one record.
 class measurements_t {
 public:
     bool has(quantity_t quantity) const { return (m_present >> index(quantity) & 1) != 0; }

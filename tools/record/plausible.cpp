@@ -3,13 +3,10 @@
 #include <cmath>
 
 #include "kalo/util/stringUtil.h"
+#include "tools/input/text.h"
+#include "tools/record/degrees.h"
 
 namespace {
-
-// As the library computes radians, so that the bounds themselves are within them.
-constexpr double radiansOf(double degrees) { return degrees * 3.141592653589793 / 180; }
-
-bool isDigit(char c) { return c >= '0' && c <= '9'; }
 
 // How many digits stand from `from` on.
 std::size_t digitsFrom(const std::string& text, std::size_t from) {

@@ -7,6 +7,8 @@
 #include <iterator>
 #include <string_view>
 
+#include "tools/record/degrees.h"
+
 enum class quantity_t : unsigned {
     latitude,
     longitude,
@@ -139,6 +141,5 @@ constexpr const quantityRow_t& rowOf(quantity_t quantity) {
 
 /// A value in the unit that is printed.
 constexpr double printedValue(quantity_t quantity, double value) {
-    constexpr double degreesPerRadian = 180 / 3.141592653589793;
     return rowOf(quantity).isAngle ? value * degreesPerRadian : value;
 }

@@ -2,10 +2,12 @@
 
 #include <algorithm>
 
+#include "tools/record/degrees.h"
+
 namespace {
 
-constexpr double mostElevation = 3.141592653589793 / 2;
-constexpr double mostAzimuth = 2 * 3.141592653589793;
+constexpr double mostElevation = halfTurn / 2;
+constexpr double mostAzimuth = 2 * halfTurn;
 
 bool hasAngles(const satellite_t& satellite) {
     return satellite.hasPrn && satellite.hasElevation && satellite.hasAzimuth &&
