@@ -20,7 +20,7 @@ bool chooses(const std::vector<T>& list, const U& value) {
 class jsonConsumer_t : public recordConsumer_t {
 public:
     jsonConsumer_t(const decodeOptions_t& options, buffer_t& out)
-        : m_choice(options.choice), m_json(out, options.json) {
+        : m_choice(options.choice), m_json(out, options.values) {
         m_choosesAll = m_choice.types.empty() && m_choice.talkers.empty() &&
                        m_choice.prefixes.empty() && !m_choice.onlyValid &&
                        !m_choice.onlyMalformed && !m_choice.since && !m_choice.until;

@@ -23,7 +23,7 @@ struct decodeOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     readOptions_t read;
     recordChoice_t choice;
-    jsonOptions_t json;
+    valueOptions_t values;
     bool quiet = false;
 };
 

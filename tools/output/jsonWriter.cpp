@@ -3,10 +3,8 @@
 #include <cstring>
 
 #include "tools/output/jsonString.h"
-#include "tools/output/numberText.h"
-#include "tools/record/degrees.h"
-#include "tools/record/dictionaryRows.h"
-#include "tools/record/registry.h"
+#include "tools/record/recordValues.h"
+#include "tools/record/satelliteMembers.h"
 
 namespace {
 
@@ -37,81 +35,27 @@ constexpr auto keyOf() {
     return key;
 }
 
-template <std::size_t size>
-char* copy(char* at, const char (&text)[size]) {
-    std::memcpy(at, text, size - 1);
-    return at + size - 1;
-}
-
-// What a value may take that is neither text nor a list: a date, say, or a time without its
-// fraction, or a number.
-constexpr std::size_t longestPlain = 64;
-
-char* put(char* at, bool value) { return value ? copy(at, "true") : copy(at, "false"); }
-char* put(char* at, std::uint64_t value) { return writeInteger(at, value); }
-char* put(char* at, unsigned value) { return writeInteger(at, std::uint64_t{value}); }
-char* put(char* at, unsigned short value) { return writeInteger(at, std::uint64_t{value}); }
-char* put(char* at, int value) { return writeInteger(at, value); }
-char* put(char* at, std::int64_t value) {
-    *at = '-';
-    return writeInteger(at + (value < 0 ? 1 : 0),
-                        value < 0 ? std::uint64_t{0} - static_cast<std::uint64_t>(value)
-                                  : static_cast<std::uint64_t>(value));
-}
-char* put(char* at, float value) { return writeShortest(at, value); }
-char* put(char* at, double value) { return writeShortest(at, value); }
-
-char* put(char* at, const kalo::date_t& date) {
-    at = writeYear(at, date.year);
-    *at++ = '-';
-    at = writePair(at, date.month);
-    *at++ = '-';
-    return writePair(at, date.day);
-}
-
-char* putWholeTime(char* at, const sentTime_t& sent) {
-    at = writePair(at, sent.time.hour);
-    *at++ = ':';
-    at = writePair(at, sent.time.minute);
-    *at++ = ':';
-    return writePair(at, sent.second);
-}
-
-char* putAngle(char* at, double radians, bool asRadians) {
-    return asRadians ? writeShortest(at, radians)
-                     : writeFifteenDigits(at, radians * degreesPerRadian);
-}
-
-char* put(char* at, const satellite_t& satellite, bool asRadians) {
+char* writeSatellite(char* at, const satellite_t& satellite, bool asRadians) {
     char* const begin = at;
-    if (satellite.hasPrn) {
-        at = put(copy(at, ",\"prn\":"), satellite.prn);
-    }
-    if (satellite.hasElevation) {
-        at = putAngle(copy(at, ",\"elevation\":"), satellite.elevation, asRadians);
-    }
-    if (satellite.hasAzimuth) {
-        at = putAngle(copy(at, ",\"azimuth\":"), satellite.azimuth, asRadians);
-    }
-    if (satellite.hasSnr) {
-        at = put(copy(at, ",\"snr\":"), satellite.snr);
-    }
+    forEachSatelliteColumn([&](auto column) {
+        using column_t = decltype(column);
+        static constexpr auto key = keyOf<column_t>();
+        if (!column_t::row.isIn(satellite)) {
+            return;
+        }
+        at = key.copyTo(at);
+        if constexpr (column_t::row.unit.radianName != nullptr) {
+            at = writeAngle(at, column_t::row.valueOf(satellite), asRadians);
+        } else {
+            at = writePlain(at, column_t::row.valueOf(satellite));
+        }
+    });
     if (at == begin) {
         *at++ = '{';
     }
-    *begin = '{';
+    *begin = '{'; // in the place of the first comma
     *at++ = '}';
     return at;
-}
-
-void writeTime(buffer_t& out, const sentTime_t& sent) {
-    char* at = putWholeTime(out.room(longestPlain + 1 + sent.fraction.size()), sent);
-    if (!sent.fraction.empty()) {
-        *at++ = '.';
-        std::memcpy(at, sent.fraction.data(), sent.fraction.size());
-        at += sent.fraction.size();
-    }
-    out.setEnd(at);
 }
 
 // Takes the values of a record and writes those that are there.
@@ -124,14 +68,14 @@ public:
         static constexpr auto key = keyOf<Column>();
         char* const at = key.copyTo(m_out.room(sizeof key + longestPlain));
         if constexpr (Column::row.unit.radianName != nullptr) {
-            m_out.setEnd(putAngle(at, value, m_radians));
+            m_out.setEnd(writeAngle(at, value, m_radians));
         } else if constexpr (std::is_same_v<T, kalo::date_t>) {
             *at = '"';
-            char* const end = put(at + 1, value);
+            char* const end = writePlain(at + 1, value);
             *end = '"';
             m_out.setEnd(end + 1);
-        } else if constexpr (std::is_arithmetic_v<T> && !std::is_same_v<T, char>) {
-            m_out.setEnd(put(at, value));
+        } else if constexpr (isPlainType<T>) {
+            m_out.setEnd(writePlain(at, value));
         } else {
             m_out.setEnd(at);
             write(value);
@@ -147,14 +91,15 @@ public:
         if constexpr (std::is_same_v<T, kalo::date_t>) {
             char* const at = m_out.room(longestPlain);
             *at = '"';
-            char* const end = put(at + 1, value);
+            char* const end = writePlain(at + 1, value);
             *end = '"';
             m_out.setEnd(end + 1);
         } else if constexpr (std::is_same_v<T, double>) {
             char* const at = m_out.room(longestPlain);
-            m_out.setEnd(column.row.isAngle() ? putAngle(at, value, m_radians) : put(at, value));
+            m_out.setEnd(column.row.isAngle() ? writeAngle(at, value, m_radians)
+                                              : writePlain(at, value));
         } else if constexpr (std::is_same_v<T, std::int64_t>) {
-            m_out.setEnd(put(m_out.room(longestPlain), value));
+            m_out.setEnd(writePlain(m_out.room(longestPlain), value));
         } else {
             write(value);
         }
@@ -203,10 +148,10 @@ private:
         char separator = '[';
         for (const unsigned value : values) {
             *at++ = separator;
-            at = put(at, value);
+            at = writePlain(at, value);
             separator = ',';
         }
-        m_out.setEnd(values.empty() ? copy(at, "[]") : copy(at, "]"));
+        m_out.setEnd(values.empty() ? writeLiteral(at, "[]") : writeLiteral(at, "]"));
     }
 
     void write(const satelliteList_t& satellites) {
@@ -216,10 +161,10 @@ private:
         char separator = '[';
         for (const satellite_t& satellite : satellites) {
             *at++ = separator;
-            at = put(at, satellite, m_radians);
+            at = writeSatellite(at, satellite, m_radians);
             separator = ',';
         }
-        m_out.setEnd(count == 0 ? copy(at, "[]") : copy(at, "]"));
+        m_out.setEnd(count == 0 ? writeLiteral(at, "[]") : writeLiteral(at, "]"));
     }
 
     buffer_t& m_out;
@@ -247,34 +192,14 @@ constexpr auto typeMembers = arrayOfRecords([](auto record) {
     return std::string_view(typeMember<record_t>.text, sizeof typeMember<record_t> - 1);
 });
 
-const char* nameOf(dayRule_t rule) {
-    switch (rule) {
-    case dayRule_t::own: return "own";
-    case dayRule_t::near: return "near";
-    case dayRule_t::stamp: return "stamp";
-    case dayRule_t::option: return "option";
-    case dayRule_t::isVoid: return "void";
-    case dayRule_t::rollover: return "rollover";
-    }
-    return "";
-}
-
 void writeText(buffer_t& out, std::string_view key, std::string_view text) {
     out.append(key);
     writeJsonString(out, text);
 }
 
-void writeHexByte(buffer_t& out, std::string_view key, unsigned byte) {
-    constexpr const char* digits = "0123456789ABCDEF";
-    out.append(key);
-    out.append(digits[byte >> 4]);
-    out.append(digits[byte & 0xF]);
-    out.append('"');
-}
-
 } // namespace
 
-jsonWriter_t::jsonWriter_t(buffer_t& out, const jsonOptions_t& options)
+jsonWriter_t::jsonWriter_t(buffer_t& out, const valueOptions_t& options)
     : m_out(out), m_options(options) {}
 
 void jsonWriter_t::setSource(std::string_view name) {
@@ -286,20 +211,12 @@ void jsonWriter_t::setSource(std::string_view name) {
 
 void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
     writeBegin(record);
-    bool isLost = record.hasMore;
-    const bool hasView = visitRecord(record, scratch, [&](auto kind, const auto& recordView) {
-        valueSink_t sink(m_out, m_options.radians);
-        isLost = readValues<decltype(kind)>(recordView, sink) || isLost;
-    });
+    const bool isLost = readRecord(record, scratch, valueSink_t(m_out, m_options.radians));
     if (const auto* sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content)) {
-        if (record.entry != nullptr) {
-            valueSink_t sink(m_out, m_options.radians);
-            isLost = readValues(*record.entry, **sentence, record.clue, sink) || isLost;
-        }
         if (!record.hasChecksum) {
             m_out.append(",\"checksum\":false");
         }
-        if (!hasView && record.entry == nullptr) {
+        if (!hasNamedValues(record)) {
             writeFields(**sentence);
         }
     }
@@ -320,9 +237,9 @@ void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
 void jsonWriter_t::writeBegin(const record_t& record) {
     char* at = m_out.room(m_source.size() + 2 * longestPlain);
     std::memcpy(at, m_source.data(), m_source.size());
-    at = put(copy(at + m_source.size(), ",\"line\":"), record.line);
+    at = writePlain(writeLiteral(at + m_source.size(), ",\"line\":"), record.line);
     if (!record.raw.empty()) {
-        at = put(copy(at, ",\"offset\":"), record.offset);
+        at = writePlain(writeLiteral(at, ",\"offset\":"), record.offset);
     }
     m_out.setEnd(at);
     if (!record.received.empty()) {
@@ -347,9 +264,9 @@ void jsonWriter_t::writeBegin(const record_t& record) {
         writeText(m_out, ",\"talker\":", record.talker);
     }
     if (record.instant) {
-        writeInstant(*record.instant);
+        writeTimeMember(*record.instant);
         if (m_options.explain) {
-            writeText(m_out, ",\"timeRule\":", nameOf(record.instant->rule));
+            writeText(m_out, ",\"timeRule\":", dayRuleText(record.instant->rule));
         }
     }
 }
@@ -367,21 +284,19 @@ void jsonWriter_t::writeFields(const kalo::nmeaFormat_t& sentence) {
 void jsonWriter_t::writeFault(const record_t& record) {
     writeText(m_out, ",\"error\":", faultText(record.fault));
     if (record.fault == fault_t::checksumMismatch) {
-        writeHexByte(m_out, ",\"stated\":\"", record.stated);
-        writeHexByte(m_out, ",\"computed\":\"", record.computed);
+        m_out.append(",\"stated\":\"");
+        writeHexByte(m_out, record.stated);
+        m_out.append("\",\"computed\":\"");
+        writeHexByte(m_out, record.computed);
+        m_out.append('"');
     }
 }
 
-void jsonWriter_t::writeInstant(const instant_t& instant) {
-    char* at = copy(m_out.room(2 * longestPlain), ",\"time\":");
+void jsonWriter_t::writeTimeMember(const instant_t& instant) {
     if (m_options.epoch) {
-        m_out.setEnd(put(at, instant.timestamp));
-        return;
+        char* const at = writeLiteral(m_out.room(longestPlain), ",\"time\":");
+        m_out.setEnd(writePlain(at, instant.timestamp));
+    } else {
+        writeInstant(m_out, instant, ",\"time\":\"", "Z\"");
     }
-    *at++ = '"';
-    at = put(at, instant.date);
-    *at++ = 'T';
-    m_out.setEnd(at);
-    writeTime(m_out, instant.time);
-    m_out.append("Z\"");
 }

@@ -5,6 +5,7 @@
 
 #include "tools/input/tagBlock.h"
 #include "tools/output/jsonString.h"
+#include "tools/output/valueText.h"
 
 namespace {
 
@@ -17,10 +18,8 @@ bool isCanonicalInteger(std::string_view text) {
 }
 
 void writeByte(buffer_t& out, std::string_view key, unsigned byte) {
-    constexpr const char* digits = "0123456789ABCDEF";
     out.append(key);
-    out.append(digits[byte >> 4]);
-    out.append(digits[byte & 0xF]);
+    writeHexByte(out, byte);
     out.append('"');
 }
 

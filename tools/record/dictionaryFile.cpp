@@ -9,6 +9,7 @@
 
 #include "tools/input/text.h"
 #include "tools/record/builtInSentences.h"
+#include "tools/record/recordTable.h"
 #include "tools/record/registry.h"
 
 namespace {
@@ -27,11 +28,6 @@ constexpr kindName_t kindNames[] = {
     {"date", valueKind_t::date},         {"quantity", valueKind_t::quantity},
     {"texts", valueKind_t::texts},       {"rest", valueKind_t::rest},
     {"group", valueKind_t::group}};
-
-// Keys that every record may have; a value must not have these names.
-constexpr std::string_view recordKeys[] = {
-    "source",   "line",    "offset", "received", "tag",   "prefix", "type",     "talker", "time",
-    "timeRule", "address", "fields", "checksum", "error", "stated", "computed", "suffix", "raw"};
 
 // The units that stand in fields of their own. Where lengths come in feet, metres and fathoms, the
 // foot is that of the library.
@@ -274,8 +270,7 @@ dictionaryRow_t reader_t::readRow(const toml::table& node, bool isMember) const 
     if (!isName(row.name)) {
         table.fail("not a name: " + row.name);
     }
-    if (!isMember &&
-        std::find(std::begin(recordKeys), std::end(recordKeys), row.name) != std::end(recordKeys)) {
+    if (!isMember && isRecordKey(row.name)) {
         table.fail("every record may have " + row.name + "; choose another name");
     }
     row.key = ",\"" + row.name + "\":";

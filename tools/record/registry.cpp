@@ -12,7 +12,8 @@ rowsOf(std::index_sequence<index...> /*all*/) {
     return {recordType_t::row_t{
         std::get<index>(Record::rows).name, std::get<index>(Record::rows).unit,
         std::get<index>(Record::rows).fields, std::get<index>(Record::rows).meaning,
-        std::get<index>(Record::rows).place}...};
+        std::get<index>(Record::rows).place,
+        shapeOf<typename column_t<Record, index>::value_t>()}...};
 }
 
 template <typename Record>

@@ -12,6 +12,7 @@
 #include "tools/record/record.h"
 #include "tools/record/satelliteRows.h"
 #include "tools/record/sentenceRows.h"
+#include "tools/record/shape.h"
 #include "tools/record/tableRows.h"
 #include "tools/record/trackingRows.h"
 
@@ -78,6 +79,7 @@ struct recordType_t {
         fieldSet_t fields;
         const char* meaning;
         const char* place;
+        shape_t shape;
     };
 
     std::string_view name;

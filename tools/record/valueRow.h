@@ -29,6 +29,7 @@ constexpr unit_t metrePerSecondSquared{"m/s2"};
 constexpr unit_t asSent{"as sent"};
 constexpr unit_t degreesAsSent{"deg"};
 constexpr unit_t bitPerSecond{"bit/s"};
+constexpr unit_t decibelHertz{"dB-Hz"};
 constexpr unit_t angle{"deg", "rad"};
 constexpr unit_t rate{"deg/s", "rad/s"};
 
