@@ -170,14 +170,40 @@ std::vector<option_t> joined(std::vector<option_t> first, const std::vector<opti
     return first;
 }
 
+// What tables need, and what needs tables.
+void completeTable(decodeOptions_t& options) {
+    std::vector<std::string>& types = options.choice.types;
+    std::sort(types.begin(), types.end());
+    types.erase(std::unique(types.begin(), types.end()), types.end());
+    tableOptions_t& table = options.table;
+    table.values = options.values;
+    if (options.format == format_t::json) {
+        const char* const option = !table.columns.empty()          ? "--columns"
+                                   : table.hasUnits                ? "--units"
+                                   : !options.outputFolder.empty() ? "--output-dir"
+                                                                   : nullptr;
+        if (option != nullptr) {
+            throw usageError_t(std::string(option) + " needs --format csv or --format tsv");
+        }
+        return;
+    }
+    table.format = options.format == format_t::csv ? tableFormat_t::csv : tableFormat_t::tsv;
+    if (options.outputFolder.empty() && types.size() != 1) {
+        throw usageError_t("a table holds records of one type: give --type TYPE, or --output-dir "
+                           "DIR for a file a type");
+    }
+    checkColumns(table, types, *options.read.dictionary);
+}
+
 command_t decodeVerb() {
     const auto options = std::make_shared<decodeOptions_t>();
     recordChoice_t& choice = options->choice;
     return {
-        {"decode", "[FILE...]", "Print the records of recordings or live input as JSON lines",
-         "Prints each record as one JSON object on a line. Reads the FILEs one after another, or\n"
-         "standard input if no FILE is given or for -. A summary line with counts goes to\n"
-         "standard error at the end.",
+        {"decode", "[FILE...]",
+         "Print the records of recordings or live input as JSON lines or tables",
+         "Prints each record as one JSON object on a line, or as a line of a table. Reads the\n"
+         "FILEs one after another, or standard input if no FILE is given or for -. A summary\n"
+         "line with counts goes to standard error at the end.",
          joined(
              {{"-t,--type", "A,B", "Print only records of these types; kalo fields lists them",
                [&](const std::string& text) { choice.types.push_back(text); }, times_t::list},
@@ -186,6 +212,18 @@ command_t decodeVerb() {
                times_t::list},
               {"--prefix", "TEXT", "Print only records with this prefix; may be repeated",
                [&](const std::string& text) { choice.prefixes.push_back(text); }, times_t::again},
+              formatOption(options->format),
+              columnsOption(options->table.columns),
+              flag("--units", options->table.hasUnits,
+                   "Print the units of the columns as a second line"),
+              {"--output-dir", "DIR",
+               "Write tables to a file a type in this folder, which is made if it is missing",
+               [options](const std::string& text) {
+                   if (text.empty()) {
+                       throw usageError_t("missing name of the folder");
+                   }
+                   options->outputFolder = text;
+               }},
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
@@ -211,6 +249,7 @@ command_t decodeVerb() {
             for (std::string& type : options->choice.types) { // now: --sentences may follow --type
                 type = typeNameOfArgument(type, *options->read.dictionary, "--type: ");
             }
+            completeTable(*options);
             for (const std::string& file : operands) {
                 if (options->read.stampsReads && isRegularFile(file)) {
                     throw usageError_t("--receive-time: " + printable(file) +

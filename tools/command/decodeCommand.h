@@ -1,11 +1,13 @@
-// `kalo decode`: records to JSON lines.
+// `kalo decode`: records to JSON lines or tables.
 #pragma once
 
 #include <optional>
 #include <string>
 #include <vector>
 
+#include "tools/command/tableArguments.h"
 #include "tools/output/jsonWriter.h"
+#include "tools/output/tableWriter.h"
 #include "tools/record/recordReader.h"
 
 /// Which records are printed; an empty list chooses all.
@@ -24,6 +26,9 @@ struct decodeOptions_t {
     readOptions_t read;
     recordChoice_t choice;
     valueOptions_t values;
+    format_t format = format_t::json;
+    tableOptions_t table;     ///< its `values` are those above
+    std::string outputFolder; ///< of tables, one a type; empty: standard output
     bool quiet = false;
 };
 

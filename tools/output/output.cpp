@@ -44,6 +44,9 @@ void output_t::flush() {
         }
     }
     m_buffer.clear();
+    if (m_also) {
+        m_also();
+    }
 }
 
 void output_t::flushIfLarge() {

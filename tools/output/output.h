@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 
 #include "tools/output/buffer.h"
@@ -9,11 +10,16 @@
 class output_t {
 public:
     explicit output_t(int descriptor);
+    /// Without a descriptor, for what goes elsewhere; nothing may be appended.
+    output_t() : output_t(-1) {}
 
     int descriptor() const { return m_descriptor; }
 
     /// Append here; nothing is written before a flush.
     buffer_t& buffer() { return m_buffer; }
+
+    /// With each flush `also` is called: for what else is to reach its readers in time.
+    void flushWith(std::function<void()> also) { m_also = std::move(also); }
 
     void flush();
     /// Flushes if there is enough for a write.
@@ -35,6 +41,7 @@ private:
 
     int m_descriptor;
     buffer_t m_buffer;
+    std::function<void()> m_also;
     std::chrono::steady_clock::time_point m_flushed;
     bool m_closed = false;
     int m_error = 0;

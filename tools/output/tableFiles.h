@@ -1,0 +1,51 @@
+// A folder with a file for each type of record.
+#pragma once
+
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "tools/output/tableWriter.h"
+#include "tools/record/dictionaryFile.h"
+
+struct tableFolder_t {
+    std::string path;                ///< is made when it is missing
+    std::vector<std::string> inputs; ///< files that must not be written to
+};
+
+/// Makes the file of a type when its first record comes. Only one file is open at a time.
+class tableFiles_t {
+public:
+    /// The references must outlive the object.
+    tableFiles_t(const tableFolder_t& folder, const tableOptions_t& options,
+                 dictionaryHolder_t& dictionary);
+    ~tableFiles_t();
+
+    /// Makes the folder. False, with a message, when that is impossible.
+    bool makeFolder() const;
+
+    /// The input of the records that follow.
+    void setSource(std::string_view name) { m_source = name; }
+    void write(const record_t& record, scratch_t& scratch);
+
+    /// Writes to the files what was not written yet.
+    void flush();
+    /// Whether a file could not be written; a message has said so.
+    bool failed() const { return m_hasFailed; }
+
+private:
+    class file_t;
+
+    file_t& fileOf(const record_t& record);
+    file_t& fileNamed(std::string_view name);
+
+    const tableFolder_t& m_folder;
+    const tableOptions_t& m_options;
+    dictionaryHolder_t& m_dictionary;
+    std::map<std::string, std::unique_ptr<file_t>, std::less<>> m_files;
+    std::vector<file_t*> m_ofTypes;   // by the index of the type
+    std::vector<file_t*> m_ofEntries; // by the index in the dictionary
+    std::string m_source;
+    bool m_hasFailed = false;
+};
