@@ -1,4 +1,6 @@
-"""Tables hold what the JSON lines hold, and files of tables are written with care."""
+"""Tables hold what the JSON lines hold, files of tables are written with care, and descriptions fit
+what they describe."""
+import ast
 import csv
 import io
 import json
@@ -229,6 +231,88 @@ class Files(Test):
         while not holds():
             self.assertLess(time.monotonic(), end)
             time.sleep(0.01)
+
+
+TYPES = {"object": dict, "array": list, "string": str, "integer": int, "number": (int, float),
+         "boolean": bool, "null": type(None)}
+
+
+def isOf(value, name):
+    return isinstance(value, TYPES[name]) and (name == "boolean" or not isinstance(value, bool))
+
+
+def mismatches(value, schema, root, place=""):
+    """What JSON Schema says against a value; only the keywords that kalo prints."""
+    for keyword, rule in schema.items():
+        if keyword == "$ref":
+            yield from mismatches(value, root["$defs"][rule.removeprefix("#/$defs/")], root, place)
+        elif keyword == "anyOf":
+            if not any(not list(mismatches(value, one, root)) for one in rule):
+                yield f"{place}: fits none"
+        elif keyword == "type":
+            if not any(isOf(value, name) for name in ([rule] if isinstance(rule, str) else rule)):
+                yield f"{place}: {value} is no {rule}"
+                return
+        elif keyword == "const" and value != rule or keyword == "enum" and value not in rule:
+            yield f"{place}: {value} is not in {rule}"
+        elif keyword == "pattern" and not re.search(rule, value):
+            yield f"{place}: {value} is not like {rule}"
+        elif keyword == "required":
+            yield from (f"{place}: no {name}" for name in rule if name not in value)
+        elif keyword == "items":
+            for item in value:
+                yield from mismatches(item, rule, root, place + "[]")
+        elif keyword == "properties":
+            for name in value.keys() & rule.keys():
+                yield from mismatches(value[name], rule[name], root, f"{place}.{name}")
+        elif keyword == "additionalProperties":
+            for name in value.keys() - schema.get("properties", {}).keys():
+                yield from [f"{place}: {name} is not expected"] if rule is False else \
+                    mismatches(value[name], rule, root, f"{place}.{name}")
+        elif keyword not in ("$schema", "$defs", "title", "description", "const", "enum",
+                             "pattern"):
+            yield f"unknown keyword: {keyword}"
+
+
+class Descriptions(Test):
+    def schema(self, *arguments):
+        status, out, err = run(["schema", *arguments])
+        self.assertEqual((status, err), (0, ""))
+        return out.decode()
+
+    def testSchemaFitsRecords(self):
+        for options in [], ["--epoch", "--explain"], ["--radians"]:
+            whole, single = json.loads(self.schema(*options)), {}
+            for line in run(["decode", *options], VOYAGE + ODD)[1].splitlines():
+                record = json.loads(line)
+                name = tableOf(record)
+                if name not in single:
+                    single[name] = json.loads(self.schema("--type", name, *options))
+                    self.assertEqual(list(mismatches(record, whole, whole)), [], record)
+                self.assertEqual(list(mismatches(record, single[name], single[name])), [], record)
+            self.assertGreater(len(single), 36)
+
+    def testSchemaRefusesOthers(self):
+        record = {"source": "-", "line": 1, "offset": 0, "type": "GSV", "satellites": [{"prn": 1}]}
+        schema = json.loads(self.schema("--type", "GSV"))
+        self.assertEqual(list(mismatches(record, schema, schema)), [])
+        for change in ({"line": "1"}, {"line": 1.5}, {"depth": 1}, {"type": "GGA"},
+                       {"type": None}, {"checksum": True}, {"time": "2026-03-14"},
+                       {"satellites": {}}, {"satellites": [{"prn": 1.5}]},
+                       {"satellites": [{"x": 1}]}, {"tag": {"s": 1.5}}):
+            self.assertNotEqual(list(mismatches({**record, **change}, schema, schema)), [], change)
+        del record["offset"]
+        self.assertNotEqual(list(mismatches(record, schema, schema)), [])
+
+    def testColumnsAreThoseOfTables(self):
+        for options in [], ["--explain"], ["--columns", "time,line"]:
+            for name in "GGA", "GSV", "XDR", "ATS", "STR", "SATELLITES":
+                if "--columns" in options and name in ("STR", "SATELLITES"):
+                    continue
+                arguments = ["--format", "csv", "--type", name, *options]
+                types = ast.literal_eval(self.schema("--for", "duckdb", *arguments))
+                head = run(["decode", *arguments])[1].decode().splitlines()[0]
+                self.assertEqual(",".join(types), head)
 
 
 if __name__ == "__main__":

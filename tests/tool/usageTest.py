@@ -20,6 +20,7 @@ class Words(Test):
                  "usage: kalo decode [OPTION...] [FILE...]\n"),
                 (["help encode", "encode --help"],
                  "usage: kalo encode [OPTION...] tss1 [FILE...]\n"),
+                (["help schema", "schema --help"], "usage: kalo schema [OPTION...]\n"),
                 (["help time", "time --help"], "usage: kalo time [OPTION...] [INSTANT...]\n"),
                 (["--version", "-V"], "kalo ")):
             status, out, err = run(words[0].split())

@@ -188,8 +188,8 @@ option_t flag(const char* names, bool& out, const char* help) {
 }
 
 std::string helpOf(const verb_t& verb) {
-    std::string text = fmt::format("usage: kalo {} [OPTION...] {}\n\n{}\n\n", verb.name,
-                                   verb.operands, verb.details);
+    std::string text = fmt::format("usage: kalo {} [OPTION...]{}{}\n\n{}\n\n", verb.name,
+                                   *verb.operands == '\0' ? "" : " ", verb.operands, verb.details);
     for (const option_t& option : verb.options) {
         text += helpLine(option);
     }

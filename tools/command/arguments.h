@@ -31,7 +31,7 @@ struct option_t {
 
 struct verb_t {
     const char* name;
-    const char* operands; ///< "[FILE...]"
+    const char* operands; ///< "[FILE...]"; empty without
     const char* summary;  ///< one line
     const char* details;  ///< the text at the start of its own help
     std::vector<option_t> options;

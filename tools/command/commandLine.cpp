@@ -16,6 +16,7 @@
 #include "tools/command/fieldsCommand.h"
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
+#include "tools/command/schemaCommand.h"
 #include "tools/command/summaryCommand.h"
 #include "tools/command/timeCommand.h"
 #include "tools/command/trackCommand.h"
@@ -170,6 +171,10 @@ std::vector<option_t> joined(std::vector<option_t> first, const std::vector<opti
     return first;
 }
 
+tableFormat_t tableFormatOf(format_t format) {
+    return format == format_t::tsv ? tableFormat_t::tsv : tableFormat_t::csv;
+}
+
 // What tables need, and what needs tables.
 void completeTable(decodeOptions_t& options) {
     std::vector<std::string>& types = options.choice.types;
@@ -187,7 +192,7 @@ void completeTable(decodeOptions_t& options) {
         }
         return;
     }
-    table.format = options.format == format_t::csv ? tableFormat_t::csv : tableFormat_t::tsv;
+    table.format = tableFormatOf(options.format);
     if (options.outputFolder.empty() && types.size() != 1) {
         throw usageError_t("a table holds records of one type: give --type TYPE, or --output-dir "
                            "DIR for a file a type");
@@ -262,6 +267,26 @@ command_t decodeVerb() {
         true};
 }
 
+void completeSchema(schemaOptions_t& options) {
+    for (std::string& type : options.types) {
+        if (type != untypedTable && type != malformedTable) {
+            type = typeNameOfArgument(type, options.dictionary, "--type: ");
+        }
+    }
+    const bool isTable = options.format != format_t::json;
+    if (options.isForDuckdb && options.types.size() != 1) {
+        throw usageError_t("--for duckdb needs one --type");
+    }
+    if (isTable && !options.isForDuckdb) {
+        throw usageError_t("JSON Schema does not describe tables; try --for duckdb");
+    }
+    if (!options.table.columns.empty() && !isTable) {
+        throw usageError_t("--columns needs --format csv or --format tsv");
+    }
+    options.table.format = tableFormatOf(options.format);
+    checkColumns(options.table, options.types, options.dictionary);
+}
+
 command_t fieldsVerb() {
     const auto options = std::make_shared<fieldsOptions_t>();
     return {
@@ -281,6 +306,42 @@ command_t fieldsVerb() {
                 throw usageError_t("--toml: missing type");
             }
             return fieldsCommand(*options);
+        }};
+}
+
+command_t schemaVerb() {
+    const auto options = std::make_shared<schemaOptions_t>();
+    valueOptions_t& values = options->table.values;
+    return {
+        {"schema",
+         "",
+         "Describe the records of decode for programs: JSON Schema, or DuckDB's column types",
+         "Prints the JSON Schema of the records that kalo decode prints, or the types of the\n"
+         "columns for DuckDB. Give the options that decode is given: they change the records.",
+         {{"-t,--type", "A,B",
+           "Describe only these types; also untyped-records and malformed-records, for the "
+           "records without a type",
+           [options](const std::string& text) { options->types.push_back(text); }, times_t::list},
+          {"--for", "PROGRAM", "duckdb: the types of the columns of one type, for DuckDB",
+           [options](const std::string& text) {
+               if (text != "duckdb") {
+                   throw usageError_t("no such program: " + printable(text) + " (expected duckdb)");
+               }
+               options->isForDuckdb = true;
+           }},
+          formatOption(options->format),
+          columnsOption(options->table.columns),
+          flag("--explain", values.explain, "With timeRule"),
+          flag("--epoch", values.epoch, "Times are Unix seconds"),
+          flag("--radians", values.radians, "Angles are in radians, not degrees"),
+          sentencesOption(options->dictionary)}},
+        [options](const texts_t& operands) {
+            if (!operands.empty()) {
+                throw usageError_t("unexpected argument: " + printable(operands[0]) +
+                                   "; types are given with --type");
+            }
+            completeSchema(*options);
+            return schemaCommand(*options);
         }};
 }
 
@@ -434,7 +495,7 @@ command_t trackVerb() {
 
 std::vector<command_t> allCommands() {
     return {decodeVerb(), summaryVerb(), checkVerb(), trackVerb(),
-            fieldsVerb(), timeVerb(),    encodeVerb()};
+            fieldsVerb(), schemaVerb(),  timeVerb(),  encodeVerb()};
 }
 
 std::string helpOf(const std::vector<command_t>& commands) {

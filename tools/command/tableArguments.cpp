@@ -23,18 +23,6 @@ format_t formatOfArgument(const std::string& text) {
     throw usageError_t("no such format: " + printable(text) + " (expected json, csv or tsv)");
 }
 
-// The names of all tables.
-std::vector<std::string> allTables(dictionaryHolder_t& dictionary) {
-    std::vector<std::string> names = {std::string(untypedTable), std::string(malformedTable)};
-    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
-        names.emplace_back(recordTypes[i].name);
-    }
-    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
-        names.push_back(entry.name);
-    }
-    return names;
-}
-
 } // namespace
 
 option_t formatOption(format_t& format) {
@@ -51,6 +39,21 @@ option_t columnsOption(std::vector<std::string>& columns) {
                 columns.push_back(text);
             },
             times_t::list};
+}
+
+std::vector<std::string> allTables(dictionaryHolder_t& dictionary) {
+    std::vector<std::string> names;
+    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
+        if (dictionary.get().named(recordTypes[i].name) == nullptr) {
+            names.emplace_back(recordTypes[i].name);
+        }
+    }
+    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
+        names.push_back(entry.name);
+    }
+    names.emplace_back(untypedTable);
+    names.emplace_back(malformedTable);
+    return names;
 }
 
 void checkColumns(const tableOptions_t& options, const std::vector<std::string>& types,

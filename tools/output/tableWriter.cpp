@@ -1,6 +1,7 @@
 #include "tools/output/tableWriter.h"
 
 #include <algorithm>
+#include <numeric>
 
 #include "tools/record/recordValues.h"
 #include "tools/record/satelliteMembers.h"
@@ -12,6 +13,22 @@ constexpr std::size_t noColumn = static_cast<std::size_t>(-1);
 // What is longer stands in the first line of a record only, so that the output stays in proportion
 // to the input.
 constexpr std::size_t longestRepeated = 256;
+
+// The positions of the columns with these names, in the order of the names; without names, all.
+std::vector<std::size_t> chosenOf(const std::vector<tableColumn_t>& columns,
+                                  const std::vector<std::string>& names) {
+    std::vector<std::size_t> chosen(names.empty() ? columns.size() : 0);
+    std::iota(chosen.begin(), chosen.end(), std::size_t{0});
+    for (const std::string& name : names) {
+        const auto found =
+            std::find_if(columns.begin(), columns.end(),
+                         [&](const tableColumn_t& column) { return column.name == name; });
+        if (found != columns.end()) {
+            chosen.push_back(static_cast<std::size_t>(found - columns.begin()));
+        }
+    }
+    return chosen;
+}
 
 } // namespace
 
@@ -32,6 +49,16 @@ std::vector<tableColumn_t> tableColumns(const recordTable_t& records,
         }
     }
     return columns;
+}
+
+std::vector<tableColumn_t> chosenColumns(const recordTable_t& records,
+                                         const tableOptions_t& options) {
+    std::vector<tableColumn_t> columns = tableColumns(records, options.values);
+    std::vector<tableColumn_t> chosen;
+    for (const std::size_t i : chosenOf(columns, options.columns)) {
+        chosen.push_back(std::move(columns[i]));
+    }
+    return chosen;
 }
 
 std::string unitOf(const recordColumn_t& column, const valueOptions_t& values) {
@@ -165,23 +192,12 @@ tableWriter_t::tableWriter_t(recordTable_t records, const tableOptions_t& option
     : m_records(std::move(records)), m_options(options),
       m_columns(tableColumns(m_records, m_options.values)), m_places(m_columns.size()),
       m_keyColumns(recordKeyCount, noColumn) {
-    const std::vector<std::string>& wanted = m_options.columns;
-    for (const std::string& name : wanted) {
-        const auto found =
-            std::find_if(m_columns.begin(), m_columns.end(),
-                         [&](const tableColumn_t& column) { return column.name == name; });
-        if (found != m_columns.end()) {
-            m_chosen.push_back(static_cast<std::size_t>(found - m_columns.begin()));
-        }
-    }
+    m_chosen = chosenOf(m_columns, m_options.columns);
     std::size_t cells = 0;
     for (std::size_t i = 0; i < m_columns.size(); ++i) {
         const recordColumn_t& column = *m_columns[i].column;
         m_places[i].isMember = m_columns[i].isMember;
         m_places[i].cell = m_columns[i].isMember ? m_memberCount++ : cells++;
-        if (wanted.empty()) {
-            m_chosen.push_back(i);
-        }
         if (column.key != recordKey_t::value) {
             m_keyColumns[static_cast<std::size_t>(column.key)] = i;
         }

@@ -30,6 +30,11 @@ struct tableOptions_t {
     valueOptions_t values;
 };
 
+/// Those that are printed, in the order of `options`. Names that the table does not have are left
+/// out.
+std::vector<tableColumn_t> chosenColumns(const recordTable_t& records,
+                                         const tableOptions_t& options);
+
 /// The unit in which a value is printed; empty without one.
 std::string unitOf(const recordColumn_t& column, const valueOptions_t& values);
 

@@ -22,8 +22,8 @@ constexpr kindSet_t all = sentences | group | tracking | other | malformed;
 constexpr kindSet_t withBytes = all & ~group;
 
 struct keyRow_t {
-    recordKey_t key;
     const char* name;
+    recordKey_t key;
     shape_t shape;
     kindSet_t kinds;
     kindSet_t always; // the kinds in which it is never absent
@@ -31,33 +31,33 @@ struct keyRow_t {
 };
 
 constexpr keyRow_t keyRows[] = {
-    {recordKey_t::source, "source", shape_t::text, all, all, "input"},
-    {recordKey_t::line, "line", shape_t::integer, all, all, "number of the line, from 1"},
-    {recordKey_t::offset, "offset", shape_t::integer, withBytes, withBytes,
+    {"source", recordKey_t::source, shape_t::text, all, all, "input"},
+    {"line", recordKey_t::line, shape_t::integer, all, all, "number of the line, from 1"},
+    {"offset", recordKey_t::offset, shape_t::integer, withBytes, withBytes,
      "position of the record's first byte in its input"},
-    {recordKey_t::received, "received", shape_t::text, all, 0,
+    {"received", recordKey_t::received, shape_t::text, all, 0,
      "when the line was received, by a stamp in it"},
-    {recordKey_t::tag, "tag", shape_t::tags, withBytes, 0, "tag blocks in front of the record"},
-    {recordKey_t::prefix, "prefix", shape_t::text, all, 0, "what else stands in front"},
-    {recordKey_t::type, "type", shape_t::text, all, all, "type of the record"},
-    {recordKey_t::talker, "talker", shape_t::text, sentences | group, 0, "who sent it"},
-    {recordKey_t::time, "time", shape_t::instant, named | tracking, 0, "UTC instant"},
-    {recordKey_t::timeRule, "timeRule", shape_t::text, named | tracking, 0,
+    {"tag", recordKey_t::tag, shape_t::tags, withBytes, 0, "tag blocks in front of the record"},
+    {"prefix", recordKey_t::prefix, shape_t::text, all, 0, "what else stands in front"},
+    {"type", recordKey_t::type, shape_t::text, all, all, "type of the record"},
+    {"talker", recordKey_t::talker, shape_t::text, sentences | group, 0, "who sent it"},
+    {"time", recordKey_t::time, shape_t::instant, named | tracking, 0, "UTC instant"},
+    {"timeRule", recordKey_t::timeRule, shape_t::text, named | tracking, 0,
      "how the instant got its date"},
-    {recordKey_t::value, "", shape_t::text, 0, 0, ""},
-    {recordKey_t::checksum, "checksum", shape_t::boolean, sentences, 0,
+    {"", recordKey_t::value, shape_t::text, 0, 0, ""},
+    {"checksum", recordKey_t::checksum, shape_t::boolean, sentences, 0,
      "false: the sentence carried no checksum"},
-    {recordKey_t::address, "address", shape_t::text, unnamed | untyped, unnamed | untyped,
+    {"address", recordKey_t::address, shape_t::text, unnamed | untyped, unnamed | untyped,
      "first field of the sentence"},
-    {recordKey_t::fields, "fields", shape_t::texts, unnamed | untyped, unnamed | untyped,
+    {"fields", recordKey_t::fields, shape_t::texts, unnamed | untyped, unnamed | untyped,
      "all other fields"},
-    {recordKey_t::error, "error", shape_t::text, tracking | malformed, malformed,
+    {"error", recordKey_t::error, shape_t::text, tracking | malformed, malformed,
      "why the record is malformed"},
-    {recordKey_t::stated, "stated", shape_t::text, tracking | malformed, 0,
+    {"stated", recordKey_t::stated, shape_t::text, tracking | malformed, 0,
      "checksum that was sent"},
-    {recordKey_t::computed, "computed", shape_t::text, tracking | malformed, 0, "right checksum"},
-    {recordKey_t::suffix, "suffix", shape_t::text, withBytes, 0, "what stands behind"},
-    {recordKey_t::raw, "raw", shape_t::text, withBytes, malformed,
+    {"computed", recordKey_t::computed, shape_t::text, tracking | malformed, 0, "right checksum"},
+    {"suffix", recordKey_t::suffix, shape_t::text, withBytes, 0, "what stands behind"},
+    {"raw", recordKey_t::raw, shape_t::text, withBytes, malformed,
      "bytes of the record, where values do not hold them all"}};
 static_assert(std::size(keyRows) == recordKeyCount);
 
