@@ -9,10 +9,11 @@ import pathlib
 import re
 import resource
 import stat
+import subprocess
 import time
 import unittest
 
-from kalo import ROOT, Test, Tool, completed, run, write
+from kalo import ROOT, TOOL, Test, Tool, completed, run, write
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
 # What the recording lacks: texts that tables must quote or escape, tag blocks, lists.
@@ -231,6 +232,22 @@ class Files(Test):
         while not holds():
             self.assertLess(time.monotonic(), end)
             time.sleep(0.01)
+
+
+class Page(Test):
+    def testExamples(self):
+        """What docs/tables.md shows is what the commands print, one after another."""
+        os.symlink(ROOT / "examples", "examples")
+        os.symlink(TOOL, "kalo")
+        path = f"{os.getcwd()}:{os.environ['PATH']}"
+        blocks = re.findall("```console\n(.*?)```", (ROOT / "docs/tables.md").read_text(), re.S)
+        examples = [example for block in blocks for example in re.split("^\\$ ", block, flags=re.M)]
+        for example in filter(None, examples):
+            command, _, expected = example.partition("\n")
+            result = subprocess.run(["sh", "-c", f"{command} 2>&1"], capture_output=True, text=True,
+                                    env={**os.environ, "PATH": path})
+            self.assertEqual(result.stdout, expected, command)
+        self.assertGreater(len(examples), 6)
 
 
 TYPES = {"object": dict, "array": list, "string": str, "integer": int, "number": (int, float),
