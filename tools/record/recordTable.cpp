@@ -56,7 +56,7 @@ constexpr keyRow_t keyRows[] = {
     {"stated", recordKey_t::stated, shape_t::text, tracking | malformed, 0,
      "checksum that was sent"},
     {"computed", recordKey_t::computed, shape_t::text, tracking | malformed, 0, "right checksum"},
-    {"suffix", recordKey_t::suffix, shape_t::text, withBytes, 0, "what stands behind"},
+    {"suffix", recordKey_t::suffix, shape_t::text, withBytes, 0, "what follows the sentence"},
     {"raw", recordKey_t::raw, shape_t::text, withBytes, malformed,
      "bytes of the record, where values do not hold them all"}};
 static_assert(std::size(keyRows) == recordKeyCount);
