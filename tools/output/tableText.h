@@ -11,6 +11,11 @@ constexpr char separatorOf(tableFormat_t format) {
     return format == tableFormat_t::csv ? ',' : '\t';
 }
 
+/// CR LF by RFC 4180; what splits lines at tabs wants LF alone.
+constexpr std::string_view lineEndOf(tableFormat_t format) {
+    return format == tableFormat_t::csv ? "\r\n" : "\n";
+}
+
 /// Appends `bytes` as one cell. As in JSON, valid UTF-8 stays as it is, a byte of anything else
 /// becomes the four characters \xHH and a backslash is doubled; a control character becomes \xHH,
 /// too. Tab, LF and CR stay as they are in CSV, in quotes where they need them, and become \t, \n

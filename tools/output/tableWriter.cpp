@@ -318,5 +318,5 @@ void tableWriter_t::writeLine(buffer_t& out, TextOf textOf) const {
     if (out.size() == begin && m_options.format == tableFormat_t::csv) {
         out.append("\"\""); // readers skip an empty line
     }
-    out.append('\n');
+    out.append(lineEndOf(m_options.format));
 }

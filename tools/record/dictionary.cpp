@@ -30,8 +30,10 @@ void dictionary_t::add(dictionarySentence_t sentence) {
     if (known != m_sentences.end()) {
         auto& others = m_byAddress[known->address];
         others.erase(std::remove(others.begin(), others.end(), &*known), others.end());
+        sentence.index = known->index;
         *known = std::move(sentence);
     } else {
+        sentence.index = m_sentences.size();
         m_sentences.push_back(std::move(sentence));
     }
     dictionarySentence_t& added = known != m_sentences.end() ? *known : m_sentences.back();

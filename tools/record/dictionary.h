@@ -79,6 +79,7 @@ struct dictionarySentence_t {
     std::size_t positionRank = 0;
     const dictionaryRow_t* time = nullptr; ///< the row that dates a record
     const dictionaryRow_t* date = nullptr;
+    std::size_t index = 0; ///< in the dictionary
 };
 
 class dictionary_t {
