@@ -95,6 +95,7 @@ class Answers:
                 clock = record.get("timeOfDay")
                 clock = clock and sum(float(part) * unit for part, unit in
                                       zip(clock.split(":"), (3600, 60, 1)))
+                time = own if own is not None or clock is not None else stamp
                 if epoch is None:
                     isNext = True
                 elif clock is None:
@@ -104,9 +105,9 @@ class Answers:
                 else:
                     isNext = abs(own - epoch["time"]) > 0.01
                 if isNext:
-                    epoch = {"clock": clock, "rank": len(POSITIONS), "time": own}
+                    epoch = {"clock": clock, "rank": len(POSITIONS), "time": time}
                     self.fixes.append(epoch)
-                epoch["time"] = own if epoch["time"] is None else epoch["time"]
+                epoch["time"] = time if epoch["time"] is None else epoch["time"]
                 if has and POSITIONS.index(kind) < epoch["rank"]:
                     epoch.update(rank=POSITIONS.index(kind), latitude=record["latitude"],
                                  longitude=record["longitude"])
@@ -116,16 +117,27 @@ class Answers:
         """What can be said at the end alone."""
         for feed in self.feeds.values():
             self.findings["missing-checksum"] += feed[False] if feed[True] else 0
-        for a, b in zip(self.fixes, self.fixes[1:]):
-            if a["time"] is not None and b["time"] is not None:
-                self.findings["position-jump"] += \
-                    distance(a, b) > MAX_SPEED * max(abs(b["time"] - a["time"]), 1)
+        self.findings["position-jump"] = sum(isJump for *_, isJump in self.steps())
         for (_, _, kind), sender in self.senders.items():
             moments = sender["moments"]
             if sender["count"] >= 10 and moments and kind not in ("malformed", "SATELLITES"):
                 interval = (moments[-1] - moments[0]) / (sender["count"] - 1)
                 self.findings["silence"] += \
                     self.moments[-1] - moments[-1] > max(MAX_GAP, 10 * interval)
+
+    def steps(self):
+        """The distance from each fix to the next, its seconds, and whether it is a jump."""
+        steps = []
+        for a, b in zip(self.fixes, self.fixes[1:]):
+            step = None
+            if a["time"] is not None and b["time"] is not None:
+                step = b["time"] - a["time"]
+            elif a["clock"] is not None and b["clock"] is not None:
+                step = b["clock"] - a["clock"]
+                step += 86400 if step < -43200 else 0
+            way = distance(a, b)
+            steps.append((way, step, step is not None and way > MAX_SPEED * max(abs(step), 1)))
+        return steps
 
     def measure(self, record):
         for name, value in record.items():
@@ -203,14 +215,17 @@ def compare(tool, path):
                               of[key]["median"], 2e-3)
     if answers.fixes:
         track = summary["track"]
-        steps = [(distance(a, b), None if a["time"] is None or b["time"] is None else
-                  b["time"] - a["time"]) for a, b in zip(answers.fixes, answers.fixes[1:])]
-        jumps = [step for step in steps
-                 if step[1] is not None and step[0] > MAX_SPEED * max(step[1], 1)]
+        steps = answers.steps()
         faults += differs("fixes", len(answers.fixes), track["fixes"])
-        faults += differs("jumps", len(jumps), track["jumps"])
-        faults += differs("distance", sum(way for way, _ in steps) - sum(way for way, _ in jumps),
+        faults += differs("jumps", sum(isJump for *_, isJump in steps), track["jumps"])
+        faults += differs("distance", sum(way for way, _, isJump in steps if not isJump),
                           track["distance"])
+        timed = [step for step in steps if step[1] is not None and step[1] > 0 and not step[2]]
+        duration = sum(seconds for _, seconds, _ in timed)
+        faults += differs("duration", duration, track["duration"])
+        if duration > 0:
+            faults += differs("mean speed", sum(way for way, *_ in timed) / duration,
+                              track["meanSpeed"])
         for key, function, side in (("latitude", min, "south"), ("latitude", max, "north"),
                                     ("longitude", min, "west"), ("longitude", max, "east")):
             faults += differs(side, function(fix[key] for fix in answers.fixes), track[side])

@@ -195,13 +195,12 @@ void checker_t::checkFix(const fix_t* fix) {
     if (fix == nullptr) {
         return;
     }
-    if (m_lastFix && fix->time && m_lastFix->time) {
-        const double distance = distanceBetween(::placeOf(*m_lastFix), ::placeOf(*fix));
-        const double duration = *fix->time - *m_lastFix->time;
-        if (distance > m_options.maxSpeed * std::max(std::fabs(duration), 1.0)) {
+    if (m_lastFix) {
+        const step_t step = stepBetween(*m_lastFix, *fix);
+        if (step.isJump(m_options.maxSpeed)) {
             finding_t finding;
             finding.id = findingId_t::positionJump;
-            finding.detail = fmt::format("{:.0f} m in {:g} s", distance, duration);
+            finding.detail = fmt::format("{:.0f} m in {:g} s", step.distance, *step.duration);
             finding.first = finding.last = {m_source, fix->line, fix->offset};
             m_taker.take(std::move(finding));
         }

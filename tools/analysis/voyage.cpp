@@ -21,6 +21,14 @@ double timeOfDayOf(const record_t& record) {
     return time.hour * secondsOfHour + time.minute * secondsOfMinute + time.second;
 }
 
+// A sentence without a time of its own has that of its reception.
+std::optional<double> timeOf(const record_t& record, double timeOfDay) {
+    if (record.instant) {
+        return record.instant->timestamp;
+    }
+    return timeOfDay < 0 && record.clue.hasStamp ? std::optional(record.clue.stamp) : std::nullopt;
+}
+
 } // namespace
 
 std::optional<double> timeBetween(const fix_t& from, const fix_t& to) {
@@ -39,9 +47,8 @@ const fix_t* epochs_t::add(const record_t& record, const measurements_t& measure
     const bool isPosition = rank < std::size(positionTypes) && record.fault == fault_t::none;
     const fix_t* ended = nullptr;
     if (isPosition) {
-        const std::optional<double> time =
-            record.instant ? std::optional(record.instant->timestamp) : std::nullopt;
         const double timeOfDay = timeOfDayOf(record);
+        const std::optional<double> time = timeOf(record, timeOfDay);
         // A position without a time belongs to the epoch, unless its type has come before.
         const bool isNext = timeOfDay < 0 ? rank == m_open.rank
                             : time && m_open.time
@@ -94,6 +101,14 @@ double distanceBetween(const place_t& from, const place_t& to) {
     return 2 * earthRadius * std::asin(std::sqrt(std::min(1.0, square)));
 }
 
+bool step_t::isJump(double maxSpeed) const {
+    return duration && distance > maxSpeed * std::max(std::fabs(*duration), 1.0);
+}
+
+step_t stepBetween(const fix_t& from, const fix_t& to) {
+    return {distanceBetween(placeOf(from), placeOf(to)), timeBetween(from, to)};
+}
+
 void positionBox_t::add(double latitude, double longitude) {
     const double from0 = longitude < 0 ? longitude + 2 * halfTurn : longitude;
     const auto widen = [this](double value, double& least, double& greatest) {
@@ -122,14 +137,20 @@ void voyage_t::add(const fix_t& fix) {
     ++m_fixes;
     m_box.add(fix.values[quantity_t::latitude], fix.values[quantity_t::longitude]);
     if (m_last) {
-        const double distance = distanceBetween(placeOf(*m_last), placeOf(fix));
-        const std::optional<double> duration = timeBetween(*m_last, fix);
-        if (duration && distance > m_maxSpeed * std::max(*duration, 1.0)) {
+        const step_t step = stepBetween(*m_last, fix);
+        if (step.isJump(m_maxSpeed)) {
             ++m_jumps;
         } else {
-            m_distance += distance;
-            m_duration += std::max(duration.value_or(0), 0.0);
+            m_distance += step.distance;
+            if (step.duration && *step.duration > 0) {
+                m_duration += *step.duration;
+                m_timedDistance += step.distance;
+            }
         }
     }
     m_last = fix;
+}
+
+std::optional<double> voyage_t::meanSpeed() const {
+    return m_duration > 0 ? std::optional(m_timedDistance / m_duration) : std::nullopt;
 }

@@ -52,6 +52,17 @@ double distanceBetween(const place_t& from, const place_t& to);
 /// Seconds from one fix to the other; without dates by their times of day, at most half a day back.
 std::optional<double> timeBetween(const fix_t& from, const fix_t& to);
 
+/// From one fix to the next.
+struct step_t {
+    double distance;
+    std::optional<double> duration; ///< as by `timeBetween`; negative if time goes backwards
+
+    /// Whether it needs more than this speed. Shorter times count as a second, since times are
+    /// rounded. Without a time nobody knows.
+    bool isJump(double maxSpeed) const;
+};
+step_t stepBetween(const fix_t& from, const fix_t& to);
+
 /// The smallest box around positions; it crosses the date line if that makes it smaller.
 class positionBox_t {
 public:
@@ -87,8 +98,10 @@ public:
     std::uint64_t fixes() const { return m_fixes; }
     const positionBox_t& box() const { return m_box; }
     double distance() const { return m_distance; }
-    /// Seconds that this distance took.
+    /// Seconds that this distance took, as far as its steps have times that go forward.
     double duration() const { return m_duration; }
+    /// In m/s, over the steps that `duration` counts; empty if there are none.
+    std::optional<double> meanSpeed() const;
     /// Steps that would need more than the greatest speed; they do not count in the distance.
     std::uint64_t jumps() const { return m_jumps; }
 
@@ -99,5 +112,6 @@ private:
     positionBox_t m_box;
     double m_distance = 0;
     double m_duration = 0;
+    double m_timedDistance = 0; // in this time
     std::optional<fix_t> m_last;
 };

@@ -129,9 +129,8 @@ private:
                          degrees(box.east()), voyage.fixes()));
         std::string track = fmt::format("{:.1f} m ({:.2f} nautical miles)", voyage.distance(),
                                         voyage.distance() / nauticalMile);
-        if (voyage.duration() > 0) {
-            const double speed = voyage.distance() / voyage.duration();
-            track += fmt::format(", mean speed {:.2f} m/s ({:.1f} knots)", speed, speed / knot);
+        if (const std::optional<double> speed = voyage.meanSpeed()) {
+            track += fmt::format(", mean speed {:.2f} m/s ({:.1f} knots)", *speed, *speed / knot);
         }
         line("track", track + fmt::format(", {} {}", voyage.jumps(),
                                           voyage.jumps() == 1 ? "jump" : "jumps"));
@@ -256,8 +255,8 @@ json_t voyageOf(const voyage_t& voyage) {
                      {"distance", voyage.distance()},
                      {"duration", voyage.duration()},
                      {"jumps", voyage.jumps()}};
-    if (voyage.duration() > 0) {
-        object["meanSpeed"] = voyage.distance() / voyage.duration();
+    if (const std::optional<double> speed = voyage.meanSpeed()) {
+        object["meanSpeed"] = *speed;
     }
     return object;
 }
