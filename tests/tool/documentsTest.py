@@ -3,7 +3,8 @@
     documentsTest.py FOLDER [--update]
 
 Runs the first command of each console block behind a line "<!-- printed by the command -->", in the
-folder of the project. With --update the documents get what is printed.
+folder of the project, or behind "<!-- printed by the command, among the recordings -->", in
+$KALO_RECORDINGS if that is set. With --update the documents get what is printed.
 """
 import os
 import pathlib
@@ -11,7 +12,8 @@ import re
 import subprocess
 import sys
 
-BLOCK = re.compile(r"(<!-- printed by the command -->\n```console\n\$ (.*)\n)((?:.*\n)*?)(```\n)")
+BLOCK = re.compile(r"(<!-- printed by the command(, among the recordings)? -->\n```console\n\$ (.*)\n)"
+                   r"((?:.*\n)*?)(```\n)")
 
 
 def printed(command, folder):
@@ -28,8 +30,12 @@ def main():
     for page in [folder / "README.md", *sorted(folder.glob("docs/**/*.md"))]:
         def block(match):
             nonlocal count, faults
-            begin, command, text, end = match.groups()
-            output = printed(command, folder)
+            begin, isOfRecordings, command, text, end = match.groups()
+            place = os.environ.get("KALO_RECORDINGS") if isOfRecordings else folder
+            if not place:
+                print(f"{page}: $ {command}: not run, because KALO_RECORDINGS is not set")
+                return match[0]
+            output = printed(command, place)
             count += 1
             if output != text:
                 faults += 1
