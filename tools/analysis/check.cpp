@@ -34,26 +34,26 @@ findingId_t findingOf(fault_t fault) {
 } // namespace
 
 const findingKind_t findingKinds[findingKindCount] = {
-    {"no-start-character", true, "a line that does not begin as a record"},
-    {"no-line-end", true, "a line without CR LF"},
-    {"bad-checksum-digits", true, "a checksum that is no number"},
-    {"checksum-mismatch", true, "a checksum that is not that of the bytes"},
-    {"no-checksum", true, "a sentence without the checksum that --require-checksum asks for"},
-    {"cut", true, "a record of which a part is missing"},
-    {"line-too-long", true, "a line of more than 64 KiB"},
-    {"not-a-known-record", true, "bytes that are no known record"},
-    {"nothing-decodes", true, "a motion record of which nothing decodes"},
-    {"time-backwards", true, "a time before that of the sentence before it"},
-    {"time-jump", false, "a time long after that of the sentence before it"},
-    {"time-stands-still", false, "one time in many sentences in a row"},
-    {"week-rollover", true, "a date that is off by a multiple of 1024 weeks"},
-    {"duplicate", false, "a sentence with a time that came twice in a row"},
-    {"incomplete-group", false, "satellites in view of which a sentence is missing"},
-    {"out-of-range", true, "a value that no vessel can have"},
-    {"position-jump", true, "positions too far apart for the time between them"},
-    {"valid-without-position", true, "a sentence that says it is valid and has no position"},
-    {"missing-checksum", false, "a sentence without a checksum among some that have one"},
-    {"silence", false, "a sender that stops long before the end"}};
+    {"no-start-character", true, "line does not begin as a record"},
+    {"no-line-end", true, "line does not end in CR LF"},
+    {"bad-checksum-digits", true, "checksum is not hexadecimal"},
+    {"checksum-mismatch", true, "checksum does not match"},
+    {"no-checksum", true, "checksum is missing (--require-checksum)"},
+    {"cut", true, "record is cut off"},
+    {"line-too-long", true, "line is longer than 64 KiB"},
+    {"not-a-known-record", true, "not a known record"},
+    {"nothing-decodes", true, "no value of a motion record decodes"},
+    {"time-backwards", true, "time goes backwards"},
+    {"time-jump", false, "time jumps forward"},
+    {"time-stands-still", false, "time stands still"},
+    {"week-rollover", true, "date is off by a multiple of 1024 weeks"},
+    {"duplicate", false, "same sentence twice in a row"},
+    {"incomplete-group", false, "satellite group lacks a sentence"},
+    {"out-of-range", true, "value is outside its physical range"},
+    {"position-jump", true, "position jumps"},
+    {"valid-without-position", true, "status is valid, but the position is missing"},
+    {"missing-checksum", false, "checksum is missing, unlike in other sentences"},
+    {"silence", false, "sender stops long before the end"}};
 
 void checker_t::beginInput(const std::string& name, const recordReader_t& reader) {
     m_source = name;
@@ -254,8 +254,8 @@ void checker_t::endInput() {
             finding_t finding;
             finding.id = findingId_t::silence;
             finding.what = m_senders[i].talker + type;
-            finding.detail = fmt::format("the last one is of {}, {} before the end",
-                                         instantText(*state.last), durationText(silence));
+            finding.detail = fmt::format("last at {}, {} before the end", instantText(*state.last),
+                                         durationText(silence));
             finding.first = finding.last = state.place;
             m_taker.take(std::move(finding));
         }
