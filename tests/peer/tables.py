@@ -1,6 +1,7 @@
 #!/usr/bin/env python3
 """Lets DuckDB read the tables and the JSON lines of a recording with the types of `kalo schema`, and
-compares counts and sums of every column with those of the JSON lines, worked out here.
+compares counts and sums of every column with those of the JSON lines, worked out here. Validates the
+lines with jsonschema.
 
     tables.py TOOL FOLDER FILE
 
@@ -14,6 +15,8 @@ import re
 import subprocess
 import sys
 import tempfile
+
+import jsonschema
 
 TOOL, FOLDER, RECORDING = sys.argv[1:]
 sys.path.insert(0, FOLDER)
@@ -120,6 +123,11 @@ def main():
                 faults += differences(name, format, f"{folder}/{name}.{format}",
                                       [record for _, record in lines])
             cells += sum(len(record) for _, record in lines)
+            schema = json.loads(run("schema", "--type", name))
+            jsonschema.Draft202012Validator.check_schema(schema)
+            for _, record in lines:
+                faults += [f"{name}: {fault.message}" for fault in
+                           jsonschema.Draft202012Validator(schema).iter_errors(record)]
     print(f"{len(tables)} types, {cells} values, DuckDB {duckdb.__version__}", *faults, sep="\n")
     sys.exit(bool(faults) or not cells)
 
