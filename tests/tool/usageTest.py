@@ -34,13 +34,24 @@ class Words(Test):
                  "17,18,137,0 17,18,137,8 17,18,137 17,18,137,7,1 17,,137,7 a,18,137,7").split()
         for words, message in (
                 ("decod x", "no such command: decod; did you mean decode?"),
-                ("help tiem", "no such command: tiem; did you mean time?"),
+                ("help tiem", "help: no such command: tiem; did you mean time?"),
+                ("help time decode", "help: unexpected argument: decode\n"),
+                ("--versoin", "no such option: --versoin; did you mean --version?"),
                 ("xxyyzz", "no such command: xxyyzz\n"),
                 ("x\x1B[31m" + "y" * 300, r"no such command: x\x1B[31m" + "y" * 194 + "..."),
                 ("--raw", "no such option: --raw"),
                 ("decode --radian", "decode: no such option: --radian; did you mean --radians?"),
                 ("decode --type RMC,SATELITES",
                  "decode: --type: no such record type: SATELITES; did you mean SATELLITES?"),
+                ("check --ignore silense",
+                 "check: --ignore: no such kind of finding: silense; did you mean silence?"),
+                ("check --ignore qqqqq", "check: --ignore: no such kind of finding: qqqqq\n"),
+                ("track --format gxp", "track: --format: no such format: gxp (expected geojson, gpx "
+                 "or kml); did you mean gpx?"),
+                ("decode --kind nema", "decode: --kind: no such kind: nema (expected nmea, tss1, "
+                 "ats or ntrip); did you mean nmea?"),
+                ("decode --date-order dym",
+                 "decode: --date-order: no such order: dym (expected dmy or mdy); did you mean"),
                 ("decode --type qqqqq",
                  "decode: --type: no such record type: qqqqq; kalo fields lists them\n"),
                 ("decode --type", "decode: --type: missing A,B\n"),

@@ -1,10 +1,10 @@
 #include "tools/command/arguments.h"
 
 #include <algorithm>
+#include <cctype>
 #include <set>
 #include <string_view>
 
-#include <fmt/format.h>
 #include <getopt.h>
 
 #include "tools/command/nearest.h"
@@ -12,16 +12,16 @@
 
 namespace {
 
-// "--type" of "-t,--type".
-std::string_view longName(const option_t& option) {
+// The same, in the table.
+std::string_view longNameIn(const option_t& option) {
     const std::string_view names = option.names;
     return names.substr(names.rfind(',') + 1);
 }
 
 [[noreturn]] void refuse(const verb_t& verb, std::string_view name) {
-    std::vector<std::string_view> names = {"--help"};
+    std::vector<std::string_view> names;
     for (const option_t& option : verb.options) {
-        names.push_back(longName(option));
+        names.push_back(longNameIn(option));
     }
     throw usageError_t("no such option: " + printable(name) + suggestion(name, names));
 }
@@ -50,7 +50,7 @@ struct systemOptions_t {
             const option_t& each = verb.options[i];
             const int kind = each.operand == nullptr ? no_argument : required_argument;
             longOnes.push_back(
-                {longName(each).data() + 2, kind, nullptr, firstLong + static_cast<int>(i)});
+                {longNameIn(each).data() + 2, kind, nullptr, firstLong + static_cast<int>(i)});
             if (each.names[1] != '-') {
                 shortOnes += each.names[1];
                 shortOnes += kind == no_argument ? "" : ":";
@@ -77,7 +77,7 @@ const option_t* optionOf(const verb_t& verb, int code) {
 
 // `code` is ":" where the value is missing, and "?" where there must be none.
 void take(const option_t& option, int code, std::set<const option_t*>& given) {
-    const std::string name(longName(option));
+    const std::string name = longName(option);
     if (code == ':') {
         throw usageError_t(name + ": missing " + option.operand);
     }
@@ -98,45 +98,6 @@ void take(const option_t& option, int code, std::set<const option_t*>& given) {
     } catch (const usageError_t& error) {
         throw usageError_t(name + ": " + error.what());
     }
-}
-
-// Text of several lines, each but the first behind `indent` blanks.
-std::string indented(std::string_view text, std::size_t indent) {
-    constexpr std::size_t width = 79;
-    std::string result;
-    std::size_t column = indent;
-    for (std::size_t begin = 0; begin < text.size();) {
-        const std::size_t end = std::min(text.find(' ', begin), text.size());
-        const std::string_view word = text.substr(begin, end - begin);
-        if (column > indent && column + 1 + word.size() > width) {
-            result += '\n' + std::string(indent, ' ');
-            column = indent;
-        } else if (column > indent) {
-            result += ' ';
-            ++column;
-        }
-        result += word;
-        column += word.size();
-        begin = end + 1;
-    }
-    return result;
-}
-
-std::string helpLine(const option_t& option) {
-    constexpr std::size_t nameWidth = 26;
-    std::string names = option.names;
-    const std::size_t comma = names.find(',');
-    names = comma == std::string::npos ? "    " + names : names.replace(comma, 1, ", ");
-    if (option.operand != nullptr) {
-        names += std::string(" ") + option.operand;
-    }
-    std::string line = "  " + names;
-    if (line.size() + 2 > nameWidth) {
-        line += '\n' + std::string(nameWidth, ' ');
-    } else {
-        line.resize(nameWidth, ' ');
-    }
-    return line + indented(option.help, nameWidth) + '\n';
 }
 
 } // namespace
@@ -173,8 +134,7 @@ std::vector<std::string> parseArguments(const verb_t& verb,
         if (option == nullptr) {
             refuse(verb, isLong ? name : std::string{'-', static_cast<char>(optopt)});
         }
-        const std::string_view fullName = longName(*option);
-        if (code >= firstLong && name != fullName) {
+        if (code >= firstLong && name != longName(*option)) {
             refuse(verb, name); // an abbreviation: a later option could make it ambiguous
         }
         take(*option, code, given);
@@ -187,11 +147,42 @@ option_t flag(const char* names, bool& out, const char* help) {
     return {names, nullptr, help, [&out](const std::string& /*none*/) { out = true; }};
 }
 
-std::string helpOf(const verb_t& verb) {
-    std::string text = fmt::format("usage: kalo {} [OPTION...]{}{}\n\n{}\n\n", verb.name,
-                                   *verb.operands == '\0' ? "" : " ", verb.operands, verb.details);
-    for (const option_t& option : verb.options) {
-        text += helpLine(option);
+std::string shortName(const option_t& option) {
+    const std::string names = option.names;
+    return names.substr(0, names.find(',') == std::string::npos ? 0 : names.find(','));
+}
+
+std::string longName(const option_t& option) { return std::string(longNameIn(option)); }
+
+std::string inSmallLetters(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+std::string inCapitals(std::string text) {
+    std::transform(text.begin(), text.end(), text.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+    return text;
+}
+
+std::string listed(const std::vector<std::string>& words) {
+    std::string text;
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        text += i == 0 ? "" : i + 1 < words.size() ? ", " : " or ";
+        text += words[i];
     }
-    return text + helpLine({"-h,--help", nullptr, "Print this help", {}});
+    return text;
+}
+
+std::size_t placeOf(const std::string& word, const std::vector<std::string>& words,
+                    const std::string& what) {
+    const auto found = std::find(words.begin(), words.end(), word);
+    if (found != words.end()) {
+        return static_cast<std::size_t>(found - words.begin());
+    }
+    constexpr std::size_t few = 8;
+    throw usageError_t("no such " + what + ": " + printable(word) +
+                       (words.size() <= few ? " (expected " + listed(words) + ")" : "") +
+                       suggestion(word, {words.begin(), words.end()}));
 }

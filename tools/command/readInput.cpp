@@ -3,6 +3,7 @@
 #include <optional>
 
 #include <fmt/format.h>
+#include <unistd.h>
 
 #include "tools/input/input.h"
 #include "tools/input/unpack.h"
@@ -179,4 +180,10 @@ int finish(output_t& output, int status) {
         return 0;
     }
     return stopSignal() != 0 ? exitSignal + stopSignal() : status;
+}
+
+int print(const std::string& text) {
+    output_t output(STDOUT_FILENO);
+    output.buffer().append(text);
+    return finish(output, 0);
 }

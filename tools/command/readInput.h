@@ -40,3 +40,6 @@ constexpr int exitSignal = 128; // plus the signal's number
 /// status. `status` is that of what was done so far. It is not a failure if the reader of the
 /// output went away.
 int finish(output_t& output, int status);
+
+/// Prints `text` on standard output, and returns the exit status.
+int print(const std::string& text);

@@ -4,30 +4,20 @@
 #include <set>
 
 #include "tools/command/nearest.h"
+#include "tools/command/typeNames.h"
 #include "tools/record/recordTable.h"
-#include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 
 namespace {
 
-format_t formatOfArgument(const std::string& text) {
-    constexpr struct {
-        std::string_view name;
-        format_t format;
-    } formats[] = {{"json", format_t::json}, {"csv", format_t::csv}, {"tsv", format_t::tsv}};
-    for (const auto& row : formats) {
-        if (row.name == text) {
-            return row.format;
-        }
-    }
-    throw usageError_t("no such format: " + printable(text) + " (expected json, csv or tsv)");
-}
+constexpr choice_t<format_t> formats[] = {
+    {"json", format_t::json}, {"csv", format_t::csv}, {"tsv", format_t::tsv}};
 
 } // namespace
 
 option_t formatOption(format_t& format) {
-    return {"--format", "FORMAT", "json: JSON lines (the default); csv or tsv: tables",
-            [&format](const std::string& text) { format = formatOfArgument(text); }};
+    return choiceOption("--format", "FORMAT", formats, "Print JSON lines (the default) or tables",
+                        [&format](format_t value) { format = value; });
 }
 
 option_t columnsOption(std::vector<std::string>& columns) {
@@ -42,15 +32,7 @@ option_t columnsOption(std::vector<std::string>& columns) {
 }
 
 std::vector<std::string> allTables(dictionaryHolder_t& dictionary) {
-    std::vector<std::string> names;
-    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
-        if (dictionary.get().named(recordTypes[i].name) == nullptr) {
-            names.emplace_back(recordTypes[i].name);
-        }
-    }
-    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
-        names.push_back(entry.name);
-    }
+    std::vector<std::string> names = allTypeNames(dictionary);
     names.emplace_back(untypedTable);
     names.emplace_back(malformedTable);
     return names;

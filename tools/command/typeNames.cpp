@@ -29,8 +29,23 @@ option_t sentencesOption(dictionaryHolder_t& dictionary) {
             throw usageError_t(printable(error.what()));
         }
     };
-    return {"--sentences", "FILE", "Also decode the sentences that this TOML file describes", take,
-            times_t::again};
+    return {
+        "--sentences", "FILE",         "Also decode the sentences that this TOML file describes",
+        take,          times_t::again, {},
+        path_t::file};
+}
+
+std::vector<std::string> allTypeNames(dictionaryHolder_t& dictionary) {
+    std::vector<std::string> names;
+    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
+        if (dictionary.get().named(recordTypes[i].name) == nullptr) {
+            names.emplace_back(recordTypes[i].name);
+        }
+    }
+    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
+        names.push_back(entry.name);
+    }
+    return names;
 }
 
 std::string typeNameOfArgument(const std::string& name, dictionaryHolder_t& dictionary,
@@ -42,14 +57,8 @@ std::string typeNameOfArgument(const std::string& name, dictionaryHolder_t& dict
     if (const dictionarySentence_t* const entry = dictionary.get().named(name)) {
         return entry->name;
     }
-    std::vector<std::string_view> names;
-    for (typeIndex_t i = 0; i < recordTypeCount; ++i) {
-        names.push_back(recordTypes[i].name);
-    }
-    for (const dictionarySentence_t& entry : dictionary.get().sentences()) {
-        names.push_back(entry.name);
-    }
-    const std::string meant = suggestion(name, names);
+    const std::vector<std::string> names = allTypeNames(dictionary);
+    const std::string meant = suggestion(name, {names.begin(), names.end()});
     throw usageError_t(where + ("no such record type: " + printable(name) +
                                 (meant.empty() ? "; kalo fields lists them" : meant)));
 }

@@ -11,6 +11,9 @@
 /// The option that adds descriptions of sentences to `dictionary`, which must outlive it.
 option_t sentencesOption(dictionaryHolder_t& dictionary);
 
+/// The names of all types.
+std::vector<std::string> allTypeNames(dictionaryHolder_t& dictionary);
+
 /// The name of a type as it is printed; `name` may be in letters of any case. Throws
 /// `usageError_t`, whose text begins with `where`.
 std::string typeNameOfArgument(const std::string& name, dictionaryHolder_t& dictionary,
