@@ -34,7 +34,7 @@ int main(int argc, char** argv) {
     try {
         return runCommandLine({argv + 1, argv + argc});
     } catch (const std::exception& error) {
-        say(std::string("kalo: ") + error.what());
+        sayFault(error.what());
         return exitFailure;
     }
 }

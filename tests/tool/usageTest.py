@@ -52,6 +52,8 @@ class Words(Test):
                  "ats or ntrip); did you mean nmea?"),
                 ("decode --date-order dym",
                  "decode: --date-order: no such order: dym (expected dmy or mdy); did you mean"),
+                ("decode --color auot", "decode: --color: no such mode: auot (expected auto, always "
+                 "or never); did you mean auto?"),
                 ("decode --type qqqqq",
                  "decode: --type: no such record type: qqqqq; kalo fields lists them\n"),
                 ("decode --type", "decode: --type: missing A,B\n"),

@@ -8,6 +8,7 @@
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
 #include "tools/output/jsonString.h"
+#include "tools/terminal/colour.h"
 #include "tools/terminal/message.h"
 
 namespace {
@@ -54,6 +55,13 @@ private:
     bool isFault(findingId_t id) const { return m_options.areNotesFaults || kindOf(id).isFault; }
     const char* severity(findingId_t id) const { return isFault(id) ? "fault" : "note"; }
 
+    std::string styledSeverity(findingId_t id) const {
+        return m_options.format != checkFormat_t::text
+                   ? severity(id)
+                   : styled(isFault(id) ? style_t::fault : style_t::note, severity(id),
+                            m_output.descriptor());
+    }
+
     // There is a group for each kind and each sender or value. Hostile input can have any number of
     // senders, so beyond the limit a finding joins the first group of its kind.
     finding_t& groupOf(const finding_t& finding) {
@@ -91,7 +99,7 @@ private:
     std::string textOf(const finding_t& finding) const {
         std::string text =
             fmt::format("{}:{} (offset {}): {}: {} [{}]", printable(finding.first.source),
-                        finding.first.line, finding.first.offset, severity(finding.id),
+                        finding.first.line, finding.first.offset, styledSeverity(finding.id),
                         messageOf(finding), kindOf(finding.id).name);
         if (finding.count > 1) {
             text += fmt::format("; {} times, last at {}:{}", finding.count,

@@ -80,9 +80,9 @@ int runCommandLine(const std::vector<std::string>& arguments) {
     try {
         return run(arguments, place);
     } catch (const usageError_t& error) {
-        say(fmt::format("kalo: {}{}\nkalo: see kalo {}--help",
-                        place.empty() ? "" : place.substr(0, place.size() - 1) + ": ", error.what(),
-                        place));
+        sayFault(fmt::format("{}{}\nkalo: see kalo {}--help",
+                             place.empty() ? "" : place.substr(0, place.size() - 1) + ": ",
+                             error.what(), place));
         return exitUsage;
     }
 }

@@ -7,13 +7,16 @@
 #include "tools/command/readInput.h"
 #include "tools/record/dictionaryRows.h"
 #include "tools/record/registry.h"
+#include "tools/terminal/colour.h"
 
 namespace {
 
 class listing_t {
 public:
-    explicit listing_t(buffer_t& out) : m_out(out) {
-        print("type", "name", "unit", "fields", "meaning");
+    explicit listing_t(output_t& output) : m_out(output.buffer()) {
+        m_out.append(styled(style_t::heading, lineOf("type", "name", "unit", "fields", "meaning"),
+                            output.descriptor()));
+        m_out.append("\n");
     }
 
     void add(const recordType_t& type) {
@@ -36,9 +39,14 @@ public:
     }
 
 private:
+    static std::string lineOf(std::string_view type, std::string_view name, std::string_view unit,
+                              std::string_view fields, std::string_view meaning) {
+        return fmt::format("{:10} {:24} {:8} {:9} {}", type, name, unit, fields, meaning);
+    }
+
     void print(std::string_view type, std::string_view name, std::string_view unit,
                std::string_view fields, std::string_view meaning) {
-        m_out.append(fmt::format("{:10} {:24} {:8} {:9} {}\n", type, name, unit, fields, meaning));
+        m_out.append(lineOf(type, name, unit, fields, meaning) + '\n');
     }
 
     buffer_t& m_out;
@@ -59,7 +67,7 @@ int fieldsCommand(fieldsOptions_t& options) {
         }
         return finish(output, 0);
     }
-    listing_t listing(output.buffer());
+    listing_t listing(output);
     for (const std::string& name : options.types) {
         const dictionarySentence_t* const sentence = dictionary.named(name);
         sentence != nullptr ? listing.add(*sentence) : listing.add(recordTypes[typeOfName(name)]);

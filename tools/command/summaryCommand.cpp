@@ -9,6 +9,7 @@
 #include "tools/command/textTable.h"
 #include "tools/output/jsonString.h"
 #include "tools/record/degrees.h"
+#include "tools/terminal/colour.h"
 #include "tools/terminal/message.h"
 #include "tools/time/instantText.h"
 
@@ -74,7 +75,8 @@ double rateOf(const senderSummary_t& sender) {
 
 class page_t {
 public:
-    page_t(const summary_t& summary, std::size_t width) : m_summary(summary), m_width(width) {
+    page_t(const summary_t& summary, int descriptor)
+        : m_summary(summary), m_descriptor(descriptor) {
         addRecords();
         addTime();
         addVoyage();
@@ -87,12 +89,13 @@ public:
 
 private:
     void line(const char* head, const std::string& text) {
-        m_text += fmt::format("{:10} {}\n", head, text);
+        m_text +=
+            styled(style_t::heading, fmt::format("{:10}", head), m_descriptor) + ' ' + text + '\n';
     }
 
     void table(const textTable_t& table) {
         if (!table.isEmpty()) {
-            m_text += '\n' + table.text(m_width);
+            m_text += '\n' + table.text(m_descriptor);
         }
     }
 
@@ -213,7 +216,7 @@ private:
     }
 
     const summary_t& m_summary;
-    std::size_t m_width;
+    int m_descriptor;
     std::string m_text;
 };
 
@@ -350,6 +353,6 @@ int summaryCommand(const summaryCommandOptions_t& options) {
     const bool areRead = readRecords(options.files, options.read, output, consumer);
     const summary_t& summary = consumer.summary();
     output.buffer().append(options.asJson ? jsonOf(summary).dump(2) + '\n'
-                                          : page_t(summary, terminalWidth(STDOUT_FILENO)).text());
+                                          : page_t(summary, output.descriptor()).text());
     return finish(output, areRead ? 0 : exitFailure);
 }

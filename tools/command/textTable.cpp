@@ -5,10 +5,18 @@
 
 #include <sys/ioctl.h>
 
+#include "tools/terminal/colour.h"
+
 namespace {
 
 constexpr std::size_t gap = 2;
 constexpr std::size_t shortest = 6; // of a text that is cut
+
+// The width of the terminal at a descriptor; 0 if it is not a terminal.
+std::size_t terminalWidth(int descriptor) {
+    winsize size{};
+    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
+}
 
 std::string fitted(const std::string& text, std::size_t width, bool isNumber) {
     if (text.size() > width) {
@@ -49,26 +57,22 @@ std::vector<std::size_t> textTable_t::widths(std::size_t width) const {
     return widths;
 }
 
-std::string textTable_t::text(std::size_t width) const {
-    const std::vector<std::size_t> wide = widths(width);
+std::string textTable_t::text(int descriptor) const {
+    const std::vector<std::size_t> wide = widths(terminalWidth(descriptor));
     std::string text;
-    const auto add = [&](const auto& cellOf) {
+    const auto lineOf = [&](const auto& cellOf) {
         std::string line;
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
             if (wide[i] != 0) {
                 line += fitted(cellOf(i), wide[i], m_columns[i].isNumber) + std::string(gap, ' ');
             }
         }
-        text += line.substr(0, line.find_last_not_of(' ') + 1) + '\n';
+        return line.substr(0, line.find_last_not_of(' ') + 1);
     };
-    add([&](std::size_t i) { return m_columns[i].head; });
+    const std::string heads = lineOf([&](std::size_t i) { return m_columns[i].head; });
+    text += styled(style_t::heading, heads, descriptor) + '\n';
     for (const auto& row : m_rows) {
-        add([&](std::size_t i) { return row[i]; });
+        text += lineOf([&](std::size_t i) { return row[i]; }) + '\n';
     }
     return text;
-}
-
-std::size_t terminalWidth(int descriptor) {
-    winsize size{};
-    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
 }

@@ -17,9 +17,10 @@ public:
     void add(std::vector<std::string> row) { m_rows.push_back(std::move(row)); }
     bool isEmpty() const { return m_rows.empty(); }
 
-    /// Prints a line of headings, then the rows. Columns without any text are left out. If lines
-    /// would be longer than `width`, texts are cut, the longest first; 0 means no limit.
-    std::string text(std::size_t width) const;
+    /// Prints a line of headings, then the rows, for this descriptor. Columns without any text are
+    /// left out. If lines would be longer than the terminal is wide, texts are cut, the longest
+    /// first.
+    std::string text(int descriptor) const;
 
 private:
     std::vector<std::size_t> widths(std::size_t width) const;
@@ -27,6 +28,3 @@ private:
     std::vector<column_t> m_columns;
     std::vector<std::vector<std::string>> m_rows;
 };
-
-/// The width of the terminal at a descriptor; 0 if it is not a terminal.
-std::size_t terminalWidth(int descriptor);

@@ -17,6 +17,7 @@
 #include "tools/command/typeNames.h"
 #include "tools/command/valueArguments.h"
 #include "tools/input/input.h"
+#include "tools/terminal/colour.h"
 #include "tools/terminal/message.h"
 
 namespace {
@@ -444,10 +445,16 @@ command_t helpVerb() {
 } // namespace
 
 std::vector<command_t> allCommands() {
+    static constexpr choice_t<colouring_t> colourings[] = {{"auto", colouring_t::automatic},
+                                                           {"always", colouring_t::always},
+                                                           {"never", colouring_t::never}};
     std::vector<command_t> commands = {decodeVerb(), summaryVerb(), checkVerb(),
                                        trackVerb(),  fieldsVerb(),  schemaVerb(),
                                        timeVerb(),   encodeVerb(),  helpVerb()};
     for (command_t& command : commands) {
+        command.verb.options.push_back(choiceOption(
+            "--color", "MODE", colourings,
+            "When to colour text for people (default auto: on a terminal)", setColouring));
         command.verb.options.push_back(
             {"-h,--help", nullptr, "Print this help", [](const std::string& /*none*/) {}});
     }

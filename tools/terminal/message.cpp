@@ -4,6 +4,8 @@
 
 #include <unistd.h>
 
+#include "tools/terminal/colour.h"
+
 void say(std::string_view text) noexcept {
     std::string line;
     try {
@@ -21,8 +23,12 @@ void say(std::string_view text) noexcept {
     }
 }
 
+void sayFault(const std::string& text) {
+    say(styled(style_t::fault, "kalo:", STDERR_FILENO) + ' ' + text);
+}
+
 void complain(std::string_view name, std::string_view reason) {
-    say("kalo: " + printable(name) + ": " + printable(reason));
+    sayFault(printable(name) + ": " + printable(reason));
 }
 
 std::string printable(std::string_view text) {

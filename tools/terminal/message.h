@@ -8,6 +8,9 @@
 /// because standard error is closed or full.
 void say(std::string_view text) noexcept;
 
+/// "kalo: TEXT" on standard error, for a fault.
+void sayFault(const std::string& text);
+
 /// "kalo: NAME: REASON" on standard error, as one line: see `printable`.
 void complain(std::string_view name, std::string_view reason);
 
