@@ -85,6 +85,18 @@ testTool() {
     unset LD_LIBRARY_PATH
 }
 
+# toolFiles: the tool, a manual page for each command that it lists, and the completions
+toolFiles() {
+    {
+        echo ./bin/kalo
+        echo ./share/bash-completion/completions/kalo
+        echo ./share/fish/vendor_completions.d/kalo.fish
+        echo ./share/man/man1/kalo.1
+        "$build/tools/kalo" help | sed -n 's|^  \([a-z][a-z]*\) .*|./share/man/man1/kalo-\1.1|p'
+        echo ./share/zsh/site-functions/_kalo
+    } | LC_ALL=C sort
+}
+
 testShared() {
     if readelf -d "$build/tools/kalo" | grep -F "$build"; then
         fail "the tool's bytes depend on the build folder"
@@ -97,7 +109,8 @@ testShared() {
     for component in Runtime Development Tools; do
         files "$work/$component"
     done | LC_ALL=C sort | diff "$work/all" - || fail "the components are not the whole"
-    [ "$(files "$work/Tools")" = ./bin/kalo ] || fail "Tools: $(files "$work/Tools")"
+    toolFiles >"$work/toolFiles"
+    files "$work/Tools" | diff "$work/toolFiles" - || fail "other files are installed in Tools"
     (cd "$work/first" && find . -name '*.h' | sed 's|^./include/||' | LC_ALL=C sort) |
         diff "$build/tests/package/headers.txt" - || fail "other headers are installed"
 

@@ -1,14 +1,19 @@
-"""kalo at home in a shell: the examples of the helps, and colour."""
+"""kalo at home in a shell: manual pages, completions, the examples of the helps, colour."""
+import fcntl
 import os
 import pathlib
+import pty
 import re
 import select
 import shutil
+import struct
 import subprocess
+import termios
 import unittest
 
 from kalo import HAS_TERMINALS, ROOT, TOOL, Test, run, write
 
+OPTION = re.compile(r"^  (?:-\w, |    )(--[a-z-]+)", re.MULTILINE)
 PATH = f"{os.path.dirname(TOOL)}:{os.environ['PATH']}"
 
 
@@ -21,8 +26,12 @@ def printed(*words):
 def helps():
     """The help of each command."""
     names = re.findall(r"^  ([a-z]+) ", printed("help"), re.MULTILINE)
-    assert len(names) >= 9, names
+    assert len(names) >= 11, names
     return {name: printed("help", name) for name in names}
+
+
+def needs(program):
+    return unittest.skipUnless(shutil.which(program), f"{program} is not installed")
 
 
 def onTerminal(words, **environment):
@@ -42,7 +51,156 @@ def onTerminal(words, **environment):
     return text.decode()
 
 
-class Helps(Test):
+class Shell:
+    """A shell that somebody types into."""
+    PROMPT = "ready>"
+    MARK = "@@"
+
+    def __init__(self, words):
+        self.process, self.terminal = pty.fork()
+        if self.process == 0:
+            os.environ.update(PATH=PATH, TERM="dumb", HISTFILE="", PS1=self.PROMPT, INPUTRC="/dev/null")
+            os.execvp(words[0], words)
+        fcntl.ioctl(self.terminal, termios.TIOCSWINSZ, struct.pack("HHHH", 50, 500, 0, 0))
+
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *failure):
+        os.close(self.terminal)  # hangs up
+        os.waitpid(self.process, 0)
+
+    def until(self, pattern):
+        shown = ""
+        while not re.search(pattern, shown, re.DOTALL):
+            if not select.select([self.terminal], [], [], 10)[0]:
+                raise AssertionError(f"no {pattern!r} in {shown!r}")
+            shown += os.read(self.terminal, 65536).decode()
+        return shown
+
+    def run(self, command):
+        os.write(self.terminal, f"{command}; echo do''ne\n".encode())
+        self.until(f"done\r\n.*{self.PROMPT}")  # from here on the shell reads keys, not lines
+
+    def completed(self, line):
+        """What a tab makes of a line."""
+        os.write(self.terminal, f"{line}\t{self.MARK}".encode())
+        shown = self.until(self.MARK)
+        os.write(self.terminal, b"\x15")  # deletes the line
+        shown = re.sub(r"[\x07\r]|\x1B\[\??[\d;]*[a-zA-Z]", "", shown[shown.rindex("kalo "):])
+        while "\b" in shown:
+            shown = re.sub("[^\b]\b", "", shown, count=1)
+        return shown.removesuffix(self.MARK)
+
+
+# What is typed before a tab, and the line after it.
+COMPLETED = (
+    ("kalo dec", "kalo decode"),
+    ("kalo --vers", "kalo --version"),
+    ("kalo decode --form", "kalo decode --format"),
+    ("kalo decode --format ts", "kalo decode --format tsv"),
+    ("kalo decode --format=ts", "kalo decode --format=tsv"),
+    ("kalo track --format=gp", "kalo track --format=gpx"),
+    ("kalo decode -q --type GGA,ZD", "kalo decode -q --type GGA,ZDA"),
+    ("kalo decode --type=GGA,ZD", "kalo decode --type=GGA,ZDA"),
+    ("kalo check --ignore silence,dupl", "kalo check --ignore silence,duplicate"),
+    ("kalo decode --sentences ow", "kalo decode --sentences own.toml"),
+    ("kalo decode --output-dir fo", "kalo decode --output-dir folder/"),
+    ("kalo decode --strict voy", "kalo decode --strict voyage.log"),
+    ("kalo encode ts", "kalo encode tss1"),
+    ("kalo encode tss1 voy", "kalo encode tss1 voyage.log"),
+    ("kalo fields GGA ZD", "kalo fields GGA ZDA"),
+    ("kalo fields PZWBM", "kalo fields PZWBMDE"),
+    ("kalo manual sum", "kalo manual summary"),
+    ("kalo completion fi", "kalo completion fish"),
+    ("kalo summary --near voy", "kalo summary --near voy"),
+    ("kalo time voy", "kalo time voy"))
+
+
+class Completions(Test):
+    def setUp(self):
+        super().setUp()
+        os.mkdir("folder")
+        for name in "voyage.log", "own.toml", "form":
+            write(name, b"")
+
+    def script(self, shell):
+        write(shell, printed("completion", shell).encode())
+        return shell
+
+    def testOptions(self):
+        """The options of every command are those in its help."""
+        zsh, fish = printed("completion", "zsh"), printed("completion", "fish")
+        self.script("bash")
+        for name, text in helps().items():
+            options = set(OPTION.findall(text))
+            self.assertLessEqual({"--color", "--help"}, options)
+            command = (f". ./bash; COMP_WORDS=(kalo {name} -) COMP_CWORD=2; _kalo; "
+                       'echo "${COMPREPLY[@]}"')
+            offered = subprocess.run(["bash", "--norc", "-c", command], check=True, text=True,
+                                     stdout=subprocess.PIPE).stdout
+            self.assertEqual(set(offered.split()), options, name)
+            block = re.search(rf"^    {name}\)$(.*?);;$", zsh, re.MULTILINE | re.DOTALL)[1]
+            self.assertEqual(set(re.findall(r"(--[a-z-]+)=?\[", block)), options, name)
+            lines = re.findall(rf"^complete .*'__kalo_command {name}' -l (\S+)", fish, re.MULTILINE)
+            self.assertEqual({"--" + line for line in lines}, options, name)
+
+    def check(self, completed):
+        for line, expected in COMPLETED:
+            # Some shells already add what separates it from the next word.
+            self.assertEqual(completed(line).rstrip(" =,"), expected, line)
+
+    @unittest.skipUnless(HAS_TERMINALS, "no pseudo-terminals")
+    def testBash(self):
+        with Shell(["bash", "--norc", "--noprofile", "-i"]) as shell:
+            shell.run(f". ./{self.script('bash')}")
+            self.check(shell.completed)
+
+    @needs("zsh")
+    @unittest.skipUnless(HAS_TERMINALS, "no pseudo-terminals")
+    def testZsh(self):
+        with Shell(["zsh", "-f", "-i"]) as shell:
+            shell.run(f"autoload -U compinit; compinit -D -u; . ./{self.script('zsh')}")
+            self.check(shell.completed)
+
+    @needs("fish")
+    def testFish(self):
+        script = self.script("fish")
+
+        def completed(line):
+            offered = subprocess.run(
+                ["fish", "--no-config", "-c", f"source {script}; complete -C '{line}'"], check=True,
+                text=True, stdout=subprocess.PIPE,
+                env={**os.environ, "HOME": os.getcwd()}).stdout.splitlines()
+            words = {offer.split("\t")[0] for offer in offered}
+            return line.rpartition(" ")[0] + " " + words.pop() if len(words) == 1 else line
+        self.check(completed)
+
+
+class Pages(Test):
+    def testManualPages(self):
+        pages = {"kalo": printed("manual")}
+        commands = helps()
+        for name, text in commands.items():
+            page = pages["kalo-" + name] = printed("manual", name)
+            options = re.search(r"\.SH OPTIONS\n(.*?)\.SH", page.replace("\\-", "-"), re.DOTALL)[1]
+            self.assertEqual(re.findall(r"^(?:\S+, )?\\fB(--[a-z-]+)\\fP", options, re.MULTILINE),
+                             OPTION.findall(text), name)
+            self.assertIn(rf"\fB{name}\fP", pages["kalo"])
+            self.assertIn(rf".BR kalo\-{name} (1)", pages["kalo"])
+        lints = [words for words in (["mandoc", "-Tlint"], ["groff", "-man", "-ww", "-z"])
+                 if shutil.which(words[0])]
+        if not lints:
+            self.skipTest("neither mandoc nor groff is installed")
+        for name, page in pages.items():
+            self.assertEqual(re.findall(r"^\.SH (.*)", page, re.MULTILINE), [
+                "NAME", "SYNOPSIS", "DESCRIPTION", *["COMMANDS"][:name == "kalo"], "OPTIONS",
+                "EXAMPLES", "EXIT STATUS", "ENVIRONMENT", "SEE ALSO"], name)
+            for words in lints:
+                lint = subprocess.run(words, input=page, stdout=subprocess.PIPE, check=False,
+                                      stderr=subprocess.STDOUT, text=True)
+                self.assertEqual((lint.stdout, lint.returncode), ("", 0), f"{words[0]} {name}.1")
+
     def testExamples(self):
         """The examples of a help work in a folder that holds a recording."""
         shutil.copy(ROOT / "examples/recordings/voyage.log", ".")

@@ -1,5 +1,5 @@
 // The arguments of a command (here: verb): which options it has, what each does, and how they are
-// read. The helps are made from the same table.
+// read. Helps, manual pages and completions are made from the same table.
 #pragma once
 
 #include <array>

@@ -4,10 +4,12 @@
 #include <ctime>
 
 #include "tools/command/checkCommand.h"
+#include "tools/command/completion.h"
 #include "tools/command/decodeCommand.h"
 #include "tools/command/encodeCommand.h"
 #include "tools/command/fieldsCommand.h"
 #include "tools/command/helpText.h"
+#include "tools/command/manualPage.h"
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
 #include "tools/command/schemaCommand.h"
@@ -39,6 +41,8 @@ constexpr choice_t<dateOrder_t> dateOrders[] = {{"dmy", dateOrder_t::dayFirst},
 constexpr choice_t<trackFormat_t> trackFormats[] = {
     {"geojson", trackFormat_t::geojson}, {"gpx", trackFormat_t::gpx}, {"kml", trackFormat_t::kml}};
 constexpr choice_t<bool> programs[] = {{"duckdb", true}};
+constexpr choice_t<shell_t> shells[] = {
+    {"bash", shell_t::bash}, {"zsh", shell_t::zsh}, {"fish", shell_t::fish}};
 
 // How inputs are read, the same for every verb that reads records.
 std::vector<option_t> readingOptions(readOptions_t& read) {
@@ -428,6 +432,13 @@ int printHelp(const texts_t& operands) {
                                   : helpOf(commandNamed(operands[0], commands).verb));
 }
 
+int printManual(const texts_t& operands) {
+    refuseSecond(operands);
+    const std::vector<command_t> commands = allCommands();
+    return print(operands.empty() ? manualPage(commands)
+                                  : manualPage(commandNamed(operands[0], commands).verb));
+}
+
 texts_t commandNames() { return namesOf(allCommands()); }
 
 command_t helpVerb() {
@@ -442,15 +453,50 @@ command_t helpVerb() {
             printHelp};
 }
 
+command_t manualVerb() {
+    return {
+        {"manual",
+         "[COMMAND]",
+         "Print the source of a manual page",
+         "Prints the source of the manual page of the COMMAND, or of kalo itself, for programs\n"
+         "such as man and groff.",
+         {{{"kalo manual decode | man -l -", "Read the manual page of kalo decode"},
+           {"kalo manual >kalo.1", "Write the manual page of kalo to a file"}}},
+         {},
+         commandNames},
+        printManual};
+}
+
+command_t completionVerb() {
+    return {{"completion",
+             "bash|zsh|fish",
+             "Print the completions for a shell",
+             "Prints a script after which the shell completes commands, options, their values and\n"
+             "names of files. An installed kalo has them where the shells look for them.",
+             {{{". <(kalo completion bash)", "In bash or zsh: switch completions on in this shell"},
+               {"kalo completion fish >kalo.fish",
+                "Write them to a file, for ~/.config/fish/completions"}}},
+             {},
+             [] { return namesOf(shells); }},
+            [](const texts_t& operands) {
+                refuseSecond(operands);
+                if (operands.empty()) {
+                    throw usageError_t("missing shell (expected " + listed(namesOf(shells)) + ")");
+                }
+                const std::size_t place = placeOf(operands[0], namesOf(shells), "shell");
+                return print(completionScript(shells[place].value, allCommands()));
+            }};
+}
+
 } // namespace
 
 std::vector<command_t> allCommands() {
     static constexpr choice_t<colouring_t> colourings[] = {{"auto", colouring_t::automatic},
                                                            {"always", colouring_t::always},
                                                            {"never", colouring_t::never}};
-    std::vector<command_t> commands = {decodeVerb(), summaryVerb(), checkVerb(),
-                                       trackVerb(),  fieldsVerb(),  schemaVerb(),
-                                       timeVerb(),   encodeVerb(),  helpVerb()};
+    std::vector<command_t> commands = {decodeVerb(), summaryVerb(), checkVerb(),     trackVerb(),
+                                       fieldsVerb(), schemaVerb(),  timeVerb(),      encodeVerb(),
+                                       helpVerb(),   manualVerb(),  completionVerb()};
     for (command_t& command : commands) {
         command.verb.options.push_back(choiceOption(
             "--color", "MODE", colourings,

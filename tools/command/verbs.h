@@ -1,5 +1,5 @@
 // The commands (here: verbs) of the program, with their options: the table from which arguments are
-// read, and from which the helps are made.
+// read, and from which helps, manual pages and completions are made.
 #pragma once
 
 #include <functional>
