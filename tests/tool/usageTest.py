@@ -93,6 +93,22 @@ class Words(Test):
             self.assertRegex(err, r"^.*\nkalo: see kalo (\w+ )?--help\n$")
         self.assertEqual(run([])[:2], (2, b""))
 
+    def testVersion(self):
+        """The first line is the version; the others say what the program was built with."""
+        lines = run(["--version"])[1].decode().splitlines()
+        version = re.search(r"project\(kalo VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
+        self.assertEqual(lines[0], f"kalo {version}")
+        self.assertEqual([line.split()[0] for line in lines[1:]],
+                         ["built", "library", "uses", "unpacks"])
+        self.assertRegex(lines[1], r"^built +with (GNU|Clang) \d+\.\d+\.\d+, build type \w+$")
+        if "libkalo" in lines[2]:  # shared
+            self.assertTrue(lines[2].endswith(f"/libkalo.so.{version}"), lines[2])
+        uses = dict(each.split() for each in lines[3].split(maxsplit=1)[1].split(", "))
+        self.assertEqual(list(uses), ["fmt", "libarchive", "zlib", "bzip2", "liblzma", "zstd", "lz4",
+                                      "nlohmann_json", "toml++"])
+        for name, number in uses.items():
+            self.assertRegex(number, r"^\d+\.\d+(\.\d+)?$", name)
+
     def testValues(self):
         """The value of an option stands behind "=", or it is the next argument; it may be empty."""
         data = completed(b"a $SDDPT,1*hh\n$GPGLL,,,,,,A*hh\n$PABCD,1*hh\nb $SDDPT,2*hh\n")

@@ -9,6 +9,7 @@
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
 #include "tools/command/verbs.h"
+#include "tools/command/versionText.h"
 #include "tools/terminal/message.h"
 #include "tools/terminal/stopSignal.h"
 
@@ -59,7 +60,7 @@ int run(const texts_t& arguments, std::string& place) {
     }
     const std::string& word = arguments[0];
     if (word == "-V" || word == "--version") {
-        return print("kalo " KALO_VERSION "\n");
+        return print(versionText());
     }
     if (isHelp(word)) {
         return print(helpOf(commands));

@@ -76,6 +76,6 @@ std::string helpOf(const std::vector<command_t>& commands) {
         text += fmt::format("  {:11} {}\n", command.verb.name, command.verb.summary);
     }
     return text +
-           "\n  -V, --version   Print the version\n"
+           "\n  -V, --version   Print the version, and what kalo was built with\n"
            "  -h, --help      Print this help; kalo COMMAND --help prints that of a command\n";
 }
