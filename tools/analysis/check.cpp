@@ -14,6 +14,7 @@ constexpr double secondsPerDay = 86400;
 constexpr double rolloverSeconds = 1024 * 7 * secondsPerDay;
 constexpr unsigned stillCount = 10; // records in a row with the same time, until this is reported
 constexpr std::size_t mostFeeds = 4096;
+constexpr std::size_t mostPending = 64; // names in a feed; the first one stands for further ones
 
 // A sender counts as silent only after so many records, and after so many mean intervals without
 // one.
@@ -25,6 +26,21 @@ std::string nameOf(const record_t& record) {
     const auto* const sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content);
     return sentence != nullptr ? (*sentence)->field(0)->toString()
                                : std::string(typeNameOf(record));
+}
+
+// Whether a difference of times is one of some times 1024 weeks.
+bool isRollover(double difference) {
+    const double times = std::round(difference / rolloverSeconds);
+    return times != 0 && std::fabs(difference - times * rolloverSeconds) <= secondsPerDay;
+}
+
+// Without a date as it was sent.
+std::string textOf(const sentAt_t& at) {
+    if (at.time) {
+        return instantText(*at.time);
+    }
+    const std::string text = instantText(at.timeOfDay); // of the first day of Unix time
+    return text.substr(text.find('T') + 1);
 }
 
 findingId_t findingOf(fault_t fault) {
@@ -58,11 +74,13 @@ const findingKind_t findingKinds[findingKindCount] = {
 void checker_t::beginInput(const std::string& name, const recordReader_t& reader) {
     m_source = name;
     m_reader = &reader;
+    m_senders = senders_t();
     m_senders.beginInput(name);
-    m_firstSender = m_senders.count();
+    m_states.clear();
     m_incompleteGroups = 0;
     m_end.reset();
     m_lastDate.reset();
+    m_newDate.reset();
     m_lastFix.reset();
     m_feeds.clear();
 }
@@ -93,7 +111,10 @@ void checker_t::add(const record_t& record) {
     m_states.resize(m_senders.count());
     state_t& state = m_states[number];
     ++state.count;
-    state.place = placeOf(record);
+    m_place = state.place = placeOf(record);
+    if (state.name.empty()) {
+        state.name = nameOf(record);
+    }
     if (const std::optional<double> moment = momentOf(record)) {
         state.first = state.first ? state.first : moment;
         state.last = moment;
@@ -106,13 +127,21 @@ void checker_t::add(const record_t& record) {
     if (record.type == typeOf<satellitesRecord_t>) {
         return;
     }
-    checkTime(record, state);
+    if (!m_senders.isOthers(number)) {
+        checkTime(record, state);
+    }
     checkValues(record);
     checkChecksum(record);
-    const std::uint64_t incomplete = m_reader->groups().incomplete();
-    if (incomplete != m_incompleteGroups) {
-        report(findingId_t::incompleteGroup, record, nameOf(record), "found at this sentence");
-        m_incompleteGroups = incomplete;
+    checkGroups(
+        findingAt(findingId_t::incompleteGroup, record, nameOf(record), "found at this sentence"));
+}
+
+// Reports the groups of satellites that were given up since the last call.
+void checker_t::checkGroups(finding_t finding) {
+    finding.count = m_reader->groups().incomplete() - m_incompleteGroups;
+    m_incompleteGroups += finding.count;
+    if (finding.count > 0) {
+        m_taker.take(std::move(finding));
     }
 }
 
@@ -125,45 +154,66 @@ void checker_t::checkMalformed(const record_t& record) {
 }
 
 void checker_t::checkTime(const record_t& record, state_t& state) {
-    if (!record.clue.hasTime || !record.instant) {
+    if (!record.clue.hasTime) {
         return;
     }
-    const double time = record.instant->timestamp;
+    const sentAt_t at = sentAtOf(record);
     const std::string name = nameOf(record);
     if (record.text == state.text) {
         report(findingId_t::duplicate, record, name, "");
         return;
     }
     state.text = record.text;
-    const double step = state.lastTime ? time - *state.lastTime : 0;
+    const double step = state.lastTime ? timeBetween(*state.lastTime, at).value_or(0) : 0;
+    if (record.instant && checkRollover(record, name)) {
+        return;
+    }
+    // A time that has its day from a date that is off is as wrong as that date, which was reported.
+    if (isRollover(step)) {
+        const bool isAccepted = m_lastDate && std::fabs(*at.time - *m_lastDate) <= secondsPerDay;
+        state.lastTime = isAccepted ? at : state.lastTime;
+        return;
+    }
     const auto steps = [&] {
-        return fmt::format("from {} to {}", instantText(*state.lastTime), instantText(time));
+        return fmt::format("from {} to {}", ::textOf(*state.lastTime), ::textOf(at));
     };
-    const auto isRollover = [](double difference) {
-        const double times = std::round(difference / rolloverSeconds);
-        return times != 0 && std::fabs(difference - times * rolloverSeconds) <= secondsPerDay;
-    };
-    const bool isByStamp = record.instant->rule == dayRule_t::rollover;
-    const bool isByNeighbour =
-        record.instant->rule == dayRule_t::own && m_lastDate && isRollover(time - *m_lastDate);
-    const bool isFromStamp = record.instant->rule == dayRule_t::own && record.clue.hasStamp &&
-                             isRollover(time - record.clue.stamp);
-    if (isByStamp || isByNeighbour || isFromStamp) {
-        report(findingId_t::rollover, record, name,
-               isByStamp ? "moved forward to " + instantText(time) : "to " + instantText(time));
-    } else if (step < 0) {
+    if (step < 0) {
         report(findingId_t::timeBackwards, record, name, steps());
     } else if (step > m_options.maxGap) {
         report(findingId_t::timeJump, record, name, steps());
     }
     state.standsStill = state.lastTime && step == 0 ? state.standsStill + 1 : 0;
     if (state.standsStill == stillCount) {
-        report(findingId_t::timeStandsStill, record, name, "at " + instantText(time));
+        report(findingId_t::timeStandsStill, record, name, "at " + ::textOf(at));
     }
-    state.lastTime = time;
-    if (record.instant->rule == dayRule_t::own) {
-        m_lastDate = time;
+    state.lastTime = at;
+}
+
+// Returns whether the date is off, so that nothing can be said of its neighbours by it.
+bool checker_t::checkRollover(const record_t& record, const std::string& name) {
+    const double time = record.instant->timestamp;
+    const dayRule_t rule = record.instant->rule;
+    if (rule == dayRule_t::rollover) {
+        report(findingId_t::rollover, record, name, "moved forward to " + instantText(time));
+        return false;
     }
+    if (rule != dayRule_t::own) {
+        return false;
+    }
+    if (m_lastDate && isRollover(time - *m_lastDate)) {
+        // Which date is right shows when the next instant comes.
+        const double later = m_newDate ? time - *m_newDate : 0;
+        if (later < 1 || later > secondsPerDay) {
+            m_newDate = time;
+            report(findingId_t::rollover, record, name, "to " + instantText(time));
+            return true;
+        }
+    } else if (record.clue.hasStamp && isRollover(time - record.clue.stamp)) {
+        report(findingId_t::rollover, record, name, "to " + instantText(time));
+    }
+    m_newDate.reset();
+    m_lastDate = time;
+    return false;
 }
 
 void checker_t::checkValues(const record_t& record) {
@@ -208,7 +258,8 @@ void checker_t::checkFix(const fix_t* fix) {
     m_lastFix = *fix;
 }
 
-// The sentences before the first one with a checksum become one finding when that one comes.
+// Of the sentences before the first one with a checksum, those of one name become one finding when
+// that one comes.
 void checker_t::checkChecksum(const record_t& record) {
     if (!std::holds_alternative<const kalo::nmeaFormat_t*>(record.content)) {
         return;
@@ -219,33 +270,43 @@ void checker_t::checkChecksum(const record_t& record) {
     }
     feed_t& feed = m_feeds[prefix];
     if (record.hasChecksum) {
-        if (feed.pending) {
-            m_taker.take(*feed.pending);
-            feed.pending.reset();
+        for (auto& [name, finding] : feed.pending) {
+            m_taker.take(std::move(finding));
         }
+        feed.pending.clear();
         feed.hasChecksums = true;
         return;
     }
-    if (feed.pending) {
-        feed.pending->last = placeOf(record);
-        ++feed.pending->count;
-        return;
-    }
-    finding_t finding = findingAt(findingId_t::missingChecksum, record, nameOf(record), "");
+    const std::string name = nameOf(record);
+    finding_t finding = findingAt(findingId_t::missingChecksum, record, name, "");
     if (feed.hasChecksums) {
         m_taker.take(std::move(finding));
+        return;
+    }
+    auto place = feed.pending.find(name);
+    if (place == feed.pending.end() && feed.pending.size() >= mostPending) {
+        place = feed.pending.begin();
+    }
+    if (place == feed.pending.end()) {
+        feed.pending.emplace(name, std::move(finding));
     } else {
-        feed.pending = std::move(finding);
+        place->second.last = std::move(finding.last);
+        ++place->second.count;
     }
 }
 
 void checker_t::endInput() {
     checkFix(m_epochs.finish());
-    for (std::size_t i = m_firstSender; m_end && i < m_states.size(); ++i) {
+    finding_t group;
+    group.id = findingId_t::incompleteGroup;
+    group.detail = "at the end of the input";
+    group.first = group.last = m_place;
+    checkGroups(std::move(group));
+    for (std::size_t i = 0; m_end && i < m_states.size(); ++i) {
         const state_t& state = m_states[i];
         const std::string& type = m_senders[i].type;
         if (state.count < regularCount || !state.last || type == "malformed" ||
-            type == satellitesRecord_t::name) {
+            type == satellitesRecord_t::name || m_senders.isOthers(i)) {
             continue;
         }
         const double interval = (*state.last - *state.first) / static_cast<double>(state.count - 1);
@@ -253,7 +314,7 @@ void checker_t::endInput() {
         if (silence > std::max(m_options.maxGap, silentIntervals * interval)) {
             finding_t finding;
             finding.id = findingId_t::silence;
-            finding.what = m_senders[i].talker + type;
+            finding.what = state.name;
             finding.detail = fmt::format("last at {}, {} before the end", instantText(*state.last),
                                          durationText(silence));
             finding.first = finding.last = state.place;

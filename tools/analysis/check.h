@@ -89,20 +89,23 @@ private:
         std::uint64_t count = 0;
         std::optional<double> first; ///< moments
         std::optional<double> last;
-        std::optional<double> lastTime; ///< of its own
+        std::optional<sentAt_t> lastTime; ///< of its own
         unsigned standsStill = 0;
+        std::string name;
         std::string text; ///< the last one with a time
         recordPlace_t place;
     };
 
     struct feed_t {
         bool hasChecksums = false;
-        std::optional<finding_t>
-            pending; ///< sentences without a checksum, before the first one with a checksum
+        /// Sentences without a checksum before the first one with a checksum, by name.
+        std::map<std::string, finding_t> pending;
     };
 
     void checkMalformed(const record_t& record);
     void checkTime(const record_t& record, state_t& state);
+    bool checkRollover(const record_t& record, const std::string& name);
+    void checkGroups(finding_t finding);
     void checkValues(const record_t& record);
     void checkFix(const fix_t* fix);
     void checkChecksum(const record_t& record);
@@ -117,10 +120,11 @@ private:
     std::string m_source;
     senders_t m_senders;
     std::vector<state_t> m_states;
-    std::size_t m_firstSender = 0; // of this input
+    recordPlace_t m_place; // of the last record
     std::uint64_t m_incompleteGroups = 0;
     std::optional<double> m_end;      // the last moment
     std::optional<double> m_lastDate; // the last instant whose day a record stated
+    std::optional<double> m_newDate;  // one 1024 weeks off, until a later one confirms it
     epochs_t m_epochs;
     std::optional<fix_t> m_lastFix;
     std::map<std::string, feed_t> m_feeds; // by prefix

@@ -31,7 +31,14 @@ void valueRange_t::add(double value) {
 }
 
 double valueRange_t::median() const {
-    std::uint64_t left = m_count / 2;
+    const std::uint64_t upper = m_count / 2;
+    return m_count % 2 == 0 && m_count > 0 ? (valueAt(upper - 1) + valueAt(upper)) / 2
+                                           : valueAt(upper);
+}
+
+// The value at this position of the sorted ones.
+double valueRange_t::valueAt(std::uint64_t position) const {
+    std::uint64_t left = position;
     const auto isInBin = [&](std::uint64_t count) {
         const bool isIn = left < count;
         left -= isIn ? 0 : count;

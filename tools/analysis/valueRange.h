@@ -13,11 +13,14 @@ public:
     std::uint64_t count() const { return m_count; }
     double least() const { return m_least; }
     double greatest() const { return m_greatest; }
-    /// Off by at most 0.2 % of the value, or by 0.000001 if that is more: values are counted in
-    /// bins of that width.
+    /// The middle value; of an even number the mean of the two in the middle. Values are counted in
+    /// bins, so each may be off by 0.2 %, or by 0.000001 if that is more. Values beyond 16 million
+    /// are in the last bin.
     double median() const;
 
 private:
+    double valueAt(std::uint64_t position) const;
+
     static constexpr int bitsOfBin = 8; // the first ones of the fraction
     static constexpr std::size_t binsOfOctave = std::size_t{1} << bitsOfBin;
     static constexpr int lowestExponent = -20;

@@ -21,17 +21,19 @@ double timeOfDayOf(const record_t& record) {
     return time.hour * secondsOfHour + time.minute * secondsOfMinute + time.second;
 }
 
-// A sentence without a time of its own has that of its reception.
-std::optional<double> timeOf(const record_t& record, double timeOfDay) {
-    if (record.instant) {
-        return record.instant->timestamp;
-    }
-    return timeOfDay < 0 && record.clue.hasStamp ? std::optional(record.clue.stamp) : std::nullopt;
-}
-
 } // namespace
 
-std::optional<double> timeBetween(const fix_t& from, const fix_t& to) {
+sentAt_t sentAtOf(const record_t& record) {
+    sentAt_t at{{}, timeOfDayOf(record)};
+    if (record.instant) {
+        at.time = record.instant->timestamp;
+    } else if (at.timeOfDay < 0 && record.clue.hasStamp) {
+        at.time = record.clue.stamp;
+    }
+    return at;
+}
+
+std::optional<double> timeBetween(const sentAt_t& from, const sentAt_t& to) {
     if (from.time && to.time) {
         return *to.time - *from.time;
     }
@@ -47,8 +49,7 @@ const fix_t* epochs_t::add(const record_t& record, const measurements_t& measure
     const bool isPosition = rank < std::size(positionTypes) && record.fault == fault_t::none;
     const fix_t* ended = nullptr;
     if (isPosition) {
-        const double timeOfDay = timeOfDayOf(record);
-        const std::optional<double> time = timeOf(record, timeOfDay);
+        const auto [time, timeOfDay] = sentAtOf(record);
         // A position without a time belongs to the epoch, unless its type has come before.
         const bool isNext = timeOfDay < 0 ? rank == m_open.rank
                             : time && m_open.time

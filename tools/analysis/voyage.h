@@ -8,11 +8,21 @@
 
 #include "tools/record/measurements.h"
 
-/// A position, and what else was measured in its epoch.
-struct fix_t {
+/// When something was sent.
+struct sentAt_t {
     std::optional<double> time; ///< Unix seconds; empty until a date is known
     double timeOfDay = -1;      ///< seconds; negative if there is no time of day
-    std::uint64_t line = 0;     ///< of the record with the position
+};
+
+/// By its own time; a record without one has that of its reception.
+sentAt_t sentAtOf(const record_t& record);
+
+/// Seconds from one to the other; without dates by their times of day, at most half a day back.
+std::optional<double> timeBetween(const sentAt_t& from, const sentAt_t& to);
+
+/// A position, and what else was measured in its epoch.
+struct fix_t : sentAt_t {
+    std::uint64_t line = 0; ///< of the record with the position
     std::uint64_t offset = 0;
     std::size_t rank = 0;
     measurements_t values; ///< latitude and longitude among them
@@ -48,9 +58,6 @@ inline place_t placeOf(const fix_t& fix) {
 
 /// The distance between two places in metres, on a sphere.
 double distanceBetween(const place_t& from, const place_t& to);
-
-/// Seconds from one fix to the other; without dates by their times of day, at most half a day back.
-std::optional<double> timeBetween(const fix_t& from, const fix_t& to);
 
 /// From one fix to the next.
 struct step_t {

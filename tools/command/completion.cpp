@@ -47,7 +47,8 @@ constexpr const char* bashBegin = R"(# Completion of kalo for bash, printed by: 
 _kalo() {
     local IFS=$' \t\n'
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD - 1]} each
-    local given=" ${COMP_WORDS[*]:2:COMP_CWORD - 2} "
+    local given=''
+    ((COMP_CWORD > 1)) && given=" ${COMP_WORDS[*]:2:COMP_CWORD - 2} "
     local options='' words='' path=none value=none
     # The shell makes a word of the "=" in --format=csv.
     if [[ $word == = ]]; then
