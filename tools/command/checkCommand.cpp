@@ -3,7 +3,6 @@
 #include <algorithm>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
@@ -203,7 +202,7 @@ private:
 } // namespace
 
 int checkCommand(const checkCommandOptions_t& options) {
-    output_t output(STDOUT_FILENO);
+    output_t output(options.output, options.files);
     findings_t findings(options, output);
     checkConsumer_t consumer(options.check, findings);
     const bool areRead = readRecords(options.files, options.read, output, consumer);
@@ -213,5 +212,5 @@ int checkCommand(const checkCommandOptions_t& options) {
             "{} {}, {} {}\n", findings.faults(), findings.faults() == 1 ? "fault" : "faults",
             findings.notes(), findings.notes() == 1 ? "note" : "notes"));
     }
-    return finish(output, areRead && findings.faults() == 0 ? 0 : exitFailure);
+    return finish(output, areRead && findings.faults() == 0 ? 0 : exitFailure, areRead);
 }

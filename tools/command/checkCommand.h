@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/analysis/check.h"
+#include "tools/output/output.h"
 
 enum class checkFormat_t {
     text,
@@ -14,6 +15,7 @@ enum class checkFormat_t {
 
 struct checkCommandOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
+    outputOptions_t output;
     readOptions_t read;
     checkOptions_t check;
     std::vector<findingId_t> ignored;

@@ -2,8 +2,6 @@
 
 #include <algorithm>
 
-#include <unistd.h>
-
 #include "tools/analysis/counts.h"
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
@@ -94,7 +92,7 @@ int decodeTo(Writer& writer, const decodeOptions_t& options, output_t& output,
     decodeConsumer_t<Writer> consumer(options.choice, writer);
     const bool areRead = readRecords(options.files, options.read, output, consumer);
     output.flush();
-    const int status = finish(output, areRead && !hasFailed() ? 0 : exitFailure);
+    const int status = finish(output, areRead && !hasFailed() ? 0 : exitFailure, areRead);
     if (!options.quiet && !output.isClosed()) {
         say("kalo: " + consumer.counts().text());
     }
@@ -118,7 +116,7 @@ int decodeCommand(const decodeOptions_t& options) {
     if (!options.outputFolder.empty()) {
         return decodeToFolder(options);
     }
-    output_t output(STDOUT_FILENO);
+    output_t output(options.output, options.files);
     const auto neverFails = [] { return false; };
     if (options.format != format_t::json) {
         tableOutput_t table(tableNamed(options.choice.types[0], *options.read.dictionary),

@@ -7,6 +7,7 @@
 
 #include "tools/command/tableArguments.h"
 #include "tools/output/jsonWriter.h"
+#include "tools/output/output.h"
 #include "tools/output/tableWriter.h"
 #include "tools/record/recordReader.h"
 
@@ -23,6 +24,7 @@ struct recordChoice_t {
 
 struct decodeOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
+    outputOptions_t output;
     readOptions_t read;
     recordChoice_t choice;
     valueOptions_t values;

@@ -7,7 +7,6 @@
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "kalo/sensors/tss1MsgBuilder.h"
 #include "kalo/util/stringUtil.h"
@@ -267,7 +266,7 @@ private:
 class encoder_t {
 public:
     explicit encoder_t(const encodeOptions_t& options)
-        : m_options(options), m_output(STDOUT_FILENO) {}
+        : m_options(options), m_output(options.output, options.files) {}
 
     int run() {
         std::string name;
@@ -277,13 +276,14 @@ public:
                                      reader.emplace();
                                  },
                                  [&](const line_t& line) { encodeLine(name, line, *reader); }};
+        bool areRead = true;
         for (const std::string& file : m_options.files) {
             if (m_output.isClosed() || stopSignal() != 0) {
                 break;
             }
-            m_status = readLines(file, m_output, user) ? m_status : exitFailure;
+            areRead = readLines(file, m_output, user) && areRead;
         }
-        return finish(m_output, m_status);
+        return finish(m_output, areRead && m_areEncoded ? 0 : exitFailure, areRead);
     }
 
 private:
@@ -296,14 +296,14 @@ private:
         }
         if (!fault.empty()) {
             complain(name, fmt::format("line {}: {}", line.number, fault));
-            m_status = exitFailure;
+            m_areEncoded = false;
         }
         m_output.buffer().append(record);
     }
 
     const encodeOptions_t& m_options;
     output_t m_output;
-    int m_status = 0;
+    bool m_areEncoded = true;
 };
 
 } // namespace

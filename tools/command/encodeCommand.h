@@ -4,9 +4,12 @@
 #include <string>
 #include <vector>
 
+#include "tools/output/output.h"
+
 struct encodeOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
-    bool radians = false;           ///< roll and pitch are radians, not degrees
+    outputOptions_t output;
+    bool radians = false; ///< roll and pitch are radians, not degrees
 };
 
 /// Returns the exit status.

@@ -170,16 +170,24 @@ bool readLines(const std::string& name, output_t& output, const lineUser_t& user
                        }});
 }
 
-int finish(output_t& output, int status) {
+int finish(output_t& output, int status, bool areInputsRead) {
     output.flush();
+    const int signal = stopSignal();
+    output.close(areInputsRead && signal == 0);
     if (output.failed()) {
-        complain("standard output", output.reason());
-        return exitFailure;
+        complain(output.name(), output.reason());
+    }
+    if (!output.part().empty()) {
+        complain(output.part(), "the incomplete output is kept in this file");
+    }
+    if (output.failed()) {
+        const bool isInterrupted = signal != 0 && output.descriptor() < 0; // opening it
+        return isInterrupted ? exitSignal + signal : exitFailure;
     }
     if (output.isClosed()) {
         return 0;
     }
-    return stopSignal() != 0 ? exitSignal + stopSignal() : status;
+    return signal != 0 ? exitSignal + signal : status;
 }
 
 int print(const std::string& text) {

@@ -38,8 +38,9 @@ constexpr int exitSignal = 128; // plus the signal's number
 
 /// Ends a run: writes out what is left, prints a message if that fails, and returns the exit
 /// status. `status` is that of what was done so far. It is not a failure if the reader of the
-/// output went away.
-int finish(output_t& output, int status);
+/// output went away. A file is complete unless not all inputs were read, a stop signal came or it
+/// could not be written; then a message names what is kept of it.
+int finish(output_t& output, int status, bool areInputsRead = true);
 
 /// Prints `text` on standard output, and returns the exit status.
 int print(const std::string& text);

@@ -2,7 +2,6 @@
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
-#include <unistd.h>
 
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
@@ -348,11 +347,11 @@ json_t jsonOf(const summary_t& summary) {
 } // namespace
 
 int summaryCommand(const summaryCommandOptions_t& options) {
-    output_t output(STDOUT_FILENO);
+    output_t output(options.output, options.files);
     summaryConsumer_t consumer(options.summary);
     const bool areRead = readRecords(options.files, options.read, output, consumer);
     const summary_t& summary = consumer.summary();
     output.buffer().append(options.asJson ? jsonOf(summary).dump(2) + '\n'
                                           : page_t(summary, output.descriptor()).text());
-    return finish(output, areRead ? 0 : exitFailure);
+    return finish(output, areRead ? 0 : exitFailure, areRead);
 }

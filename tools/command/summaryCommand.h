@@ -5,9 +5,11 @@
 #include <vector>
 
 #include "tools/analysis/summary.h"
+#include "tools/output/output.h"
 
 struct summaryCommandOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
+    outputOptions_t output;
     readOptions_t read;
     summaryOptions_t summary;
     bool asJson = false;

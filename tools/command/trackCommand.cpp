@@ -3,7 +3,6 @@
 #include <memory>
 
 #include <fmt/format.h>
-#include <unistd.h>
 
 #include "tools/command/readInput.h"
 #include "tools/command/recordInputs.h"
@@ -256,11 +255,11 @@ private:
 } // namespace
 
 int trackCommand(const trackCommandOptions_t& options) {
-    output_t output(STDOUT_FILENO);
+    output_t output(options.output, options.files);
     const std::unique_ptr<trackWriter_t> writer = writerOf(options.format, output.buffer());
     trackConsumer_t consumer(options, *writer);
     writer->begin();
     const bool areRead = readRecords(options.files, options.read, output, consumer);
     writer->end();
-    return finish(output, areRead ? 0 : exitFailure);
+    return finish(output, areRead ? 0 : exitFailure, areRead);
 }

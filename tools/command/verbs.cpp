@@ -13,6 +13,7 @@
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
 #include "tools/command/schemaCommand.h"
+#include "tools/command/streamArguments.h"
 #include "tools/command/summaryCommand.h"
 #include "tools/command/timeCommand.h"
 #include "tools/command/trackCommand.h"
@@ -147,6 +148,7 @@ command_t decodeVerb() {
                times_t::once,
                {},
                path_t::folder},
+              outputOption(options->output),
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
@@ -175,6 +177,9 @@ command_t decodeVerb() {
                 type = typeNameOfArgument(type, *options->read.dictionary, "--type: ");
             }
             completeTable(*options);
+            if (!options->outputFolder.empty() && options->output.path != "-") {
+                throw usageError_t("--output and --output-dir cannot be combined");
+            }
             for (const std::string& file : operands) {
                 if (options->read.stampsReads && isRegularFile(file)) {
                     throw usageError_t("--receive-time: " + printable(file) +
@@ -301,7 +306,8 @@ command_t encodeVerb() {
             "Write the motion records of a recording without what stands around them"},
            {"kalo decode --radians --type TSS1 voyage.log | kalo encode --radians tss1",
             "The same, with angles in radians in between"}}},
-         {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees")},
+         {flag("--radians", options->radians, "Roll and pitch are in radians, not degrees"),
+          outputOption(options->output)},
          [] { return texts_t{"tss1"}; },
          path_t::file},
         [options](const texts_t& operands) {
@@ -327,7 +333,8 @@ command_t summaryVerb() {
                   [options](const std::string& text) {
                       options->summary.near = placeOfArgument(text);
                   }},
-                 maxSpeedOption(options->summary.maxSpeed)},
+                 maxSpeedOption(options->summary.maxSpeed),
+                 outputOption(options->output)},
                 readingOptions(options->read)),
          {},
          path_t::file},
@@ -376,7 +383,8 @@ command_t checkVerb() {
               {"--json", nullptr, "Print a JSON object for each finding or group",
                [options](const std::string& /*none*/) { options->format = checkFormat_t::json; }},
               {"--junit", nullptr, "Print JUnit XML, for the test reports of build servers",
-               [options](const std::string& /*none*/) { options->format = checkFormat_t::junit; }}},
+               [options](const std::string& /*none*/) { options->format = checkFormat_t::junit; }},
+              outputOption(options->output)},
              readingOptions(options->read)),
          {},
          path_t::file},
@@ -408,7 +416,8 @@ command_t trackVerb() {
               {"--every", "STEP", "At least this from point to point: 10s, 50m, or both",
                [&thinning](const std::string& text) { takeEvery(text, thinning); }, times_t::again},
               positive("--tolerance", "METRES", thinning.tolerance,
-                       "Leave out points that are no farther from the line without them")},
+                       "Leave out points that are no farther from the line without them"),
+              outputOption(options->output)},
              readingOptions(options->read)),
          {},
          path_t::file},

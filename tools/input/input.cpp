@@ -6,7 +6,6 @@
 
 #include <fcntl.h>
 #include <poll.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include "tools/terminal/stopSignal.h"
@@ -15,12 +14,28 @@ namespace {
 
 constexpr std::size_t blockSize = 65536;
 
+// False if there is no such input.
+bool readStatus(const std::string& name, struct stat& status) {
+    return (name == "-" ? fstat(STDIN_FILENO, &status) : stat(name.c_str(), &status)) == 0;
+}
+
 } // namespace
 
 bool isRegularFile(const std::string& name) {
     struct stat status = {};
-    const int result = name == "-" ? fstat(STDIN_FILENO, &status) : stat(name.c_str(), &status);
-    return result == 0 && S_ISREG(status.st_mode);
+    return readStatus(name, status) && S_ISREG(status.st_mode);
+}
+
+bool isSameFile(const struct stat& one, const struct stat& other) {
+    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
+}
+
+bool isAmong(const struct stat& file, const std::vector<std::string>& inputs) {
+    return S_ISREG(file.st_mode) &&
+           std::any_of(inputs.begin(), inputs.end(), [&](const std::string& name) {
+               struct stat input = {};
+               return readStatus(name, input) && isSameFile(file, input);
+           });
 }
 
 // This way, a pipe that nobody writes to yet opens at once, and the wait for it also watches the
@@ -51,7 +66,7 @@ bool input_t::isSameFile(int descriptor) const {
     struct stat mine = {};
     struct stat other = {};
     return fstat(m_descriptor, &mine) == 0 && fstat(descriptor, &other) == 0 &&
-           S_ISREG(mine.st_mode) && mine.st_dev == other.st_dev && mine.st_ino == other.st_ino;
+           S_ISREG(mine.st_mode) && ::isSameFile(mine, other);
 }
 
 bool input_t::isReady() const {

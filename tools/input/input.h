@@ -3,11 +3,18 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
+
+#include <sys/stat.h>
 
 #include "tools/input/bytes.h"
 
 /// Whether this input ("-" is standard input) is a regular file.
 bool isRegularFile(const std::string& name);
+
+bool isSameFile(const struct stat& one, const struct stat& other);
+/// Whether `file` is a regular file and is one of these inputs.
+bool isAmong(const struct stat& file, const std::vector<std::string>& inputs);
 
 class input_t : public bytes_t {
 public:

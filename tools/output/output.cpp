@@ -30,6 +30,16 @@ output_t::output_t(int descriptor)
     enlargePipe(descriptor);
 }
 
+output_t::output_t(const outputOptions_t& options, const std::vector<std::string>& inputs)
+    : output_t(STDOUT_FILENO) {
+    if (options.path != "-") {
+        m_name = options.path;
+        m_reason = m_file.open(options.path, inputs, options.isDirect);
+        m_descriptor = m_file.descriptor();
+        m_closed = failed();
+    }
+}
+
 void output_t::flush() {
     m_flushed = std::chrono::steady_clock::now();
     for (std::string_view left = m_buffer.text(); !left.empty() && !m_closed;) {
@@ -71,10 +81,16 @@ void output_t::checkReader() {
     }
 }
 
-std::string output_t::reason() const { return std::strerror(m_error); }
+void output_t::close(bool isComplete) {
+    std::string fault = m_file.close(isComplete && !m_closed);
+    if (!fault.empty() && !m_closed) {
+        m_reason = std::move(fault);
+        m_closed = true;
+    }
+}
 
 // It is not an error if the reader goes away, as `head` does.
 void output_t::fail(int error) {
     m_closed = true;
-    m_error = error == EPIPE ? 0 : error;
+    m_reason = error == EPIPE ? "" : std::strerror(error);
 }

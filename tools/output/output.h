@@ -1,19 +1,32 @@
-// Buffered output to a descriptor, flushed in time for a live reader.
+// Buffered output to a descriptor or a file, flushed in time for a live reader.
 #pragma once
 
 #include <chrono>
 #include <functional>
 #include <string>
+#include <vector>
 
 #include "tools/output/buffer.h"
+#include "tools/output/outputFile.h"
+
+/// Where a run writes to.
+struct outputOptions_t {
+    std::string path = "-"; ///< "-" is standard output
+    bool isDirect = false;  ///< the file gets its name at once, and not only when it is complete
+};
 
 class output_t {
 public:
     explicit output_t(int descriptor);
+    /// To standard output, or to a file that is not one of `inputs`. If the file cannot be opened,
+    /// the output is closed, and `reason` says why.
+    output_t(const outputOptions_t& options, const std::vector<std::string>& inputs);
     /// Without a descriptor, for what goes elsewhere; nothing may be appended.
     output_t() : output_t(-1) {}
 
     int descriptor() const { return m_descriptor; }
+    /// What it is called in messages.
+    const std::string& name() const { return m_name; }
 
     /// Append here; nothing is written before a flush.
     buffer_t& buffer() { return m_buffer; }
@@ -32,17 +45,24 @@ public:
     bool isClosed() const { return m_closed; }
     /// Checks whether the reader has gone since the last write.
     void checkReader();
-    bool failed() const { return m_error != 0; }
+    bool failed() const { return !m_reason.empty(); }
     /// Why it failed, as a message.
-    std::string reason() const;
+    const std::string& reason() const { return m_reason; }
+
+    /// Nothing more is written. A file gets its name if it is complete.
+    void close(bool isComplete);
+    /// The file that holds an incomplete output; empty if there is none.
+    const std::string& part() const { return m_file.part(); }
 
 private:
     void fail(int error);
 
+    outputFile_t m_file;
+    std::string m_name = "standard output";
     int m_descriptor;
     buffer_t m_buffer;
     std::function<void()> m_also;
     std::chrono::steady_clock::time_point m_flushed;
     bool m_closed = false;
-    int m_error = 0;
+    std::string m_reason;
 };

@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "tools/input/input.h"
 #include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 
@@ -34,10 +35,6 @@ public:
 private:
     int m_descriptor;
 };
-
-bool isSame(const struct stat& one, const struct stat& other) {
-    return one.st_dev == other.st_dev && one.st_ino == other.st_ino;
-}
 
 std::string reasonOf(int error) { return std::strerror(error); }
 
@@ -86,7 +83,7 @@ private:
             return "not a regular file; it is left as it is";
         }
         if (!m_isBegun) {
-            if (isInput(status, inputs)) {
+            if (isAmong(status, inputs)) {
                 return "the input is also the output; write to another folder";
             }
             if (ftruncate(file.descriptor(), 0) != 0) {
@@ -94,7 +91,7 @@ private:
             }
             m_status = status;
             m_isBegun = true;
-        } else if (!isSame(status, m_status)) {
+        } else if (!isSameFile(status, m_status)) {
             return "another file has taken its place";
         }
         for (std::string_view left = m_buffer.text(); !left.empty();) {
@@ -105,18 +102,6 @@ private:
             left.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
         }
         return {};
-    }
-
-    static bool isInput(const struct stat& status, const std::vector<std::string>& inputs) {
-        for (const std::string& name : inputs) {
-            struct stat input = {};
-            const int result =
-                name == "-" ? fstat(STDIN_FILENO, &input) : stat(name.c_str(), &input);
-            if (result == 0 && isSame(status, input)) {
-                return true;
-            }
-        }
-        return false;
     }
 
     std::string m_path;

@@ -1,0 +1,149 @@
+"""Output to a named file: it gets its name when it is complete, and nothing else is lost to it."""
+import json
+import os
+import pathlib
+import resource
+import signal
+import stat
+import unittest
+
+from kalo import Test, Tool, completed, resetSignals, run, write
+
+DEPTH = completed(b"$SDDPT,1*hh\n")
+POSITION = completed(b"$GPGLL,4807.038,N,01131.000,E,120000,A*hh\n")
+MOTION = (b'{"roll":1,"pitch":2,"heave":3,"horizontalAcceleration":0,"verticalAcceleration":0,'
+          b'"status":"U"}\n')
+KEPT = "kalo: out.part: the incomplete output is kept in this file\n"
+SAME = "the input is also the output; write to another file\n"
+
+
+def files():
+    return {name: pathlib.Path(name).read_bytes() for name in os.listdir()
+            if stat.S_ISREG(os.stat(name).st_mode)}
+
+
+class Output(Test):
+    def testVerbs(self):
+        """The file holds what standard output gets otherwise; findings and refused values are
+        no reason to leave it incomplete."""
+        write("log", POSITION + b"noise\n")
+        write("motion", MOTION + b"[]\n")
+        for words, status in (("decode log", 0), ("decode log --format csv -t GLL", 0),
+                              ("summary log", 0), ("summary log --json", 0), ("check log", 1),
+                              ("check --junit log", 1), ("track log", 0),
+                              ("encode tss1 motion", 1)):
+            expected = run(words.split())
+            self.assertEqual(expected[0], status, words)
+            for option in ["-o", "out"], ["--output=out"], ["-oout"]:
+                before = write("out", b"old") and files()
+                self.assertEqual(run([*words.split(), *option]), (status, b"", expected[2]), words)
+                self.assertEqual(files(), {**before, "out": expected[1]}, words)
+            self.assertEqual(run([*words.split(), "-o", "-"]), expected, words)
+
+    def testNameComesLast(self):
+        """Until the end there is FILE.part, and the old FILE stays as it is."""
+        write("out", b"old")
+        write("out.part", b"the rest of another run, which was longer" * 9)
+        with Tool("decode", "-o", "out") as tool:
+            tool.stdin.write(DEPTH)
+            while not (part := files()["out.part"]).endswith(b"}\n"):
+                self.assertIsNone(tool.poll())
+            self.assertEqual(json.loads(part)["depth"], 1)
+            self.assertEqual(files(), {"out": b"old", "out.part": part})
+            tool.stdin.write(DEPTH)
+            self.assertEqual(tool.end(), (0, b"", "kalo: 2 records: 2 decoded\n"))
+        self.assertEqual(set(files()), {"out"})
+        self.assertEqual(files()["out"].count(b"\n"), 2)
+
+    def testIncomplete(self):
+        """After a signal, a failed write or an input that is not read to its end, FILE.part is
+        kept, and a message names it."""
+        write("log", DEPTH * 4000)
+        write("out", b"old")
+        size = 1 << 16
+
+        def limit():
+            signal.signal(signal.SIGXFSZ, signal.SIG_IGN)
+            resource.setrlimit(resource.RLIMIT_FSIZE, (size, size))
+
+        for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
+            with Tool("decode", "-oout", "-", preexec_fn=resetSignals) as tool:
+                tool.stdin.write(DEPTH)
+                while not files().get("out.part", b"").endswith(b"}\n"):
+                    self.assertIsNone(tool.poll())
+                tool.send_signal(number)
+                self.assertEqual(tool.end(), (128 + number, b"",
+                                              KEPT + "kalo: 1 record: 1 decoded\n"))
+            self.assertEqual(files()["out"], b"old")
+            self.assertEqual(files().pop("out.part").count(b"\n"), 1)
+            os.remove("out.part")
+        with Tool("decode", "-oout", "log", preexec_fn=limit, restore_signals=False) as tool:
+            self.assertEqual(tool.end(), (1, b"", "kalo: out: File too large\n" + KEPT))
+        self.assertEqual([len(files()[name]) for name in ("out", "out.part")], [3, size])
+        for words in (["decode", "-q"], ["summary"], ["check"], ["track"], ["encode", "tss1"]):
+            status, out, err = run([*words, "-oout", "missing"])
+            self.assertEqual((status, out, err), (
+                1, b"", "kalo: missing: No such file or directory\n" + KEPT), words)
+            self.assertEqual(files()["out"], b"old")
+
+    def testNoRegularFile(self):
+        """What is no regular file is written itself."""
+        write("log", DEPTH)
+        os.mkfifo("pipe")
+        expected = run(["decode", "-q", "log"])[1]
+        self.assertEqual(run(["decode", "-q", "-o", "/dev/null", "log"]), (0, b"", ""))
+        self.assertEqual(run(["decode", "-q", "-o", "/dev/stdout", "log"]), (0, expected, ""))
+        self.assertEqual(run(["decode", "-o", "/dev/full", "log"]), (
+            1, b"", "kalo: /dev/full: No space left on device\n"))
+        with Tool("decode", "-q", "-o", "pipe", "log") as tool:
+            self.assertEqual(pathlib.Path("pipe").read_bytes(), expected)
+            self.assertEqual(tool.end(), (0, b"", ""))
+        with Tool("decode", "-q", "-o", "pipe", "log", preexec_fn=resetSignals) as tool:
+            tool.send_signal(signal.SIGTERM)
+            self.assertIn(tool.end()[0], (143, -signal.SIGTERM))  # nobody reads the pipe
+        with open("log", "ab") as log:  # /dev/stdout is what it was, and keeps what it holds
+            log.write(b"kept\n")
+            log.flush()
+            write("in", DEPTH)
+            self.assertEqual(run(["decode", "-q", "-o/dev/stdout", "in"], stdout=log)[0], 0)
+        self.assertEqual(files(), {"in": DEPTH, "log": DEPTH + b"kept\n" +
+                                   expected.replace(b'"log"', b'"in"')})
+
+    def testLink(self):
+        """The file that a symbolic link names is replaced, not the link."""
+        write("log", DEPTH)
+        os.mkdir("folder")
+        os.symlink(write("folder/out", b"old"), "link")
+        self.assertEqual(run(["decode", "-q", "-o", "link", "log"])[0], 0)
+        self.assertTrue(os.path.islink("link"))
+        self.assertEqual(os.listdir("folder"), ["out"])
+        self.assertIn(b'"depth":1', pathlib.Path("link").read_bytes())
+
+    def testRefused(self):
+        """An input is not overwritten, under either name, and nothing is written."""
+        write("log", DEPTH)
+        write("out.part", DEPTH)
+        os.link("log", "twin")
+        os.mkdir("folder")
+        before = files()
+        for words, message in (
+                ("decode -o log log", "log: " + SAME), ("decode -o log missing twin", "log: " + SAME),
+                ("encode tss1 -o log log", "log: " + SAME), ("check -o log", "log: " + SAME),
+                ("decode -o out out.part", "out: " + SAME),
+                ("decode -o folder log", "folder: Is a directory\n"),
+                ("track -o missing/out log", "missing/out: No such file or directory\n"),
+                ("summary -o log/out log", "log/out: Not a directory\n")):
+            result = run(words.split(), stdin=self.open("log", "rb"))
+            self.assertEqual(result, (1, b"", "kalo: " + message), words)
+            self.assertEqual(files(), before, words)
+        for words, message in (
+                ("decode --output=", "decode: --output: missing name of the file\n"),
+                ("decode -o", "decode: --output: missing FILE\n"),
+                ("decode --format csv --output-dir x -o y",
+                 "decode: --output and --output-dir cannot be combined\n")):
+            status, out, err = run(words.split())
+            self.assertEqual((status, out, err.splitlines(True)[0]), (2, b"", "kalo: " + message))
+
+
+if __name__ == "__main__":
+    unittest.main()
