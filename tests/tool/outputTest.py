@@ -1,13 +1,17 @@
-"""Output to a named file: it gets its name when it is complete, and nothing else is lost to it."""
+"""Output to a named file, which gets its name when it is complete; the progress line."""
 import json
 import os
 import pathlib
+import re
 import resource
+import select
 import signal
 import stat
+import subprocess
+import time
 import unittest
 
-from kalo import Test, Tool, completed, resetSignals, run, write
+from kalo import HAS_TERMINALS, Test, Tool, completed, resetSignals, run, write
 
 DEPTH = completed(b"$SDDPT,1*hh\n")
 POSITION = completed(b"$GPGLL,4807.038,N,01131.000,E,120000,A*hh\n")
@@ -143,6 +147,85 @@ class Output(Test):
                  "decode: --output and --output-dir cannot be combined\n")):
             status, out, err = run(words.split())
             self.assertEqual((status, out, err.splitlines(True)[0]), (2, b"", "kalo: " + message))
+
+
+class Terminal:
+    """A pseudo-terminal: what was written to it, and what can be seen of that."""
+
+    def __init__(self, test):
+        ours, self.theirs = os.openpty()
+        self.ours = open(ours, "rb", 0)
+        test.addCleanup(self.ours.close)
+        test.addCleanup(os.close, self.theirs)
+        self.written = ""
+
+    def read(self, seconds=0):
+        while select.select([self.ours], [], [], seconds)[0]:
+            self.written += self.ours.read(4096).decode()
+        return self.written
+
+    def screen(self):
+        lines, column = [[]], 0
+        for c in self.read():
+            if c == "\n":
+                lines.append([])
+            column = 0 if c in "\r\n" else column + 1
+            if c not in "\r\n":
+                lines[-1][column - 1:column] = c
+        return ["".join(line).rstrip() for line in lines]
+
+
+@unittest.skipUnless(HAS_TERMINALS, "no pseudo-terminals")
+class Progress(Test):
+    SIZE = r"[\d.]+ [kMG]B"
+
+    def testLine(self):
+        """It is overwritten at most five times a second, and erased before messages."""
+        write("log", DEPTH)
+        write("zeros", DEPTH)
+        os.truncate("zeros", 1 << 40)
+        terminal = Terminal(self)
+        began = time.monotonic()
+        with Tool("decode", "--color=never", "--only-valid", "log", "missing", "zeros", stderr=terminal.theirs,
+                  stdout=subprocess.DEVNULL, preexec_fn=resetSignals) as tool:
+            while len(shown := re.findall("[^\r\n]*read[^\r\n]*", terminal.read(0.05))) < 3:
+                self.assertIsNone(tool.poll())
+            self.assertGreater(time.monotonic() - began, 0.5 + 2 * 0.2)
+            for line in shown:
+                self.assertRegex(line, f"^{self.SIZE} of 1099.51 GB read, 0 %, {self.SIZE}/s, "
+                                       r"\d+ (d|h|min) \d+ (h|min|s) left$")
+            tool.send_signal(signal.SIGTERM)
+            self.assertEqual(tool.wait(20), 143)
+        message, counts, end = terminal.screen()
+        self.assertEqual((message, end), ("kalo: missing: No such file or directory", ""))
+        self.assertRegex(counts, r"^kalo: \d+ records: 2 decoded, ")
+
+    def testWhere(self):
+        """On a terminal only that gets no records; from a pipe without a share."""
+        runs = []
+        for words, onTerminal, isShown in (
+                (["decode"], ["stderr"], True), (["check"], ["stderr"], True),
+                (["decode", "-o", "out"], ["stderr", "stdout"], True),
+                (["decode"], ["stderr", "stdout"], False), (["decode", "-q"], ["stderr"], False),
+                (["track", "--no-progress"], ["stderr"], False), (["summary"], [], False)):
+            terminal = Terminal(self)
+            streams = dict.fromkeys(onTerminal, terminal.theirs)
+            tool = Tool(*words, **{"stderr": subprocess.PIPE, **streams})
+            self.addCleanup(tool.__exit__, None, None, None)
+            runs.append((words, terminal, isShown, tool))
+        for _ in range(9):
+            time.sleep(0.1)
+            for *_, tool in runs:
+                tool.stdin.write(DEPTH)
+        for words, terminal, isShown, tool in runs:
+            tool.stdin.close()
+            tool.stdin = None
+            status, out, err = tool.end()
+            shown = re.findall("[^\r\n]*read[^\r\n]*", terminal.read() + err)
+            self.assertEqual((status, bool(shown)), (0, isShown), words)
+            for line in shown:
+                self.assertRegex(line, rf"^0.1 kB read, 0.\d kB/s$", words)
+            self.assertEqual([line for line in terminal.screen() if "read" in line], [], words)
 
 
 if __name__ == "__main__":

@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include "tools/command/readInput.h"
-#include "tools/command/recordInputs.h"
 #include "tools/output/jsonString.h"
 #include "tools/terminal/colour.h"
 #include "tools/terminal/message.h"

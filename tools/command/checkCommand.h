@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tools/analysis/check.h"
+#include "tools/command/recordInputs.h"
 #include "tools/output/output.h"
 
 enum class checkFormat_t {
@@ -16,7 +17,7 @@ enum class checkFormat_t {
 struct checkCommandOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     outputOptions_t output;
-    readOptions_t read;
+    inputOptions_t read;
     checkOptions_t check;
     std::vector<findingId_t> ignored;
     bool areNotesFaults = false;

@@ -4,7 +4,6 @@
 
 #include "tools/analysis/counts.h"
 #include "tools/command/readInput.h"
-#include "tools/command/recordInputs.h"
 #include "tools/output/tableFiles.h"
 #include "tools/record/registry.h"
 #include "tools/terminal/message.h"

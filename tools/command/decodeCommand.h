@@ -5,11 +5,11 @@
 #include <string>
 #include <vector>
 
+#include "tools/command/recordInputs.h"
 #include "tools/command/tableArguments.h"
 #include "tools/output/jsonWriter.h"
 #include "tools/output/output.h"
 #include "tools/output/tableWriter.h"
-#include "tools/record/recordReader.h"
 
 /// Which records are printed; an empty list chooses all.
 struct recordChoice_t {
@@ -25,7 +25,7 @@ struct recordChoice_t {
 struct decodeOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     outputOptions_t output;
-    readOptions_t read;
+    inputOptions_t read;
     recordChoice_t choice;
     valueOptions_t values;
     format_t format = format_t::json;

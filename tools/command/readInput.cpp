@@ -15,7 +15,8 @@ namespace {
 // An input that writes out all output before it waits.
 class liveBytes_t : public bytes_t {
 public:
-    liveBytes_t(input_t& input, output_t& output) : m_input(input), m_output(output) {}
+    liveBytes_t(input_t& input, output_t& output, progress_t* progress)
+        : m_input(input), m_output(output), m_progress(progress) {}
 
     std::string_view read() override {
         // Write out what there is for a live reader, then wait for the next bytes.
@@ -24,7 +25,11 @@ public:
             m_input.wait(m_output.descriptor());
             m_output.checkReader();
         }
-        return m_output.isClosed() ? std::string_view() : m_input.read();
+        const std::string_view block = m_output.isClosed() ? std::string_view() : m_input.read();
+        if (m_progress != nullptr) {
+            m_progress->add(block.size());
+        }
+        return block;
     }
 
     std::string fault() const override { return m_input.fault(); }
@@ -32,6 +37,7 @@ public:
 private:
     input_t& m_input;
     output_t& m_output;
+    progress_t* m_progress;
 };
 
 // A source of bytes whose first bytes have been examined.
@@ -132,14 +138,15 @@ private:
 
 } // namespace
 
-bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user) {
+bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user,
+                progress_t* progress) {
     output.flush(); // opening may take long
     input_t input(name);
     if (input.isSameFile(output.descriptor())) {
         complain(name, "the input is also the output; write to another file");
         return false;
     }
-    liveBytes_t bytes(input, output);
+    liveBytes_t bytes(input, output, progress);
     return contentReader_t(output, user).read(name, bytes, input.isRegular());
 }
 

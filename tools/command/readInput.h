@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "tools/input/lineSplitter.h"
+#include "tools/input/progress.h"
 #include "tools/output/output.h"
 
 /// What is done with the bytes of an input, or of each member of an archive.
@@ -19,8 +20,10 @@ struct byteUser_t {
 /// Opens an input ("-" is standard input) and hands on its bytes in blocks, as they arrive.
 /// Compressed data are unpacked; the members of an archive are inputs of their own, with names such
 /// as "logs.tar:monday.log". Ends early if the output is closed or a stop signal came. False, with
-/// a message, if the input could not be read to its end, or if it is the output.
-bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user);
+/// a message, if the input could not be read to its end, or if it is the output. `progress` is told
+/// what was read, unless it is null.
+bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user,
+                progress_t* progress = nullptr);
 
 /// What is done with the lines of an input, or of each member of an archive. Blank lines are left
 /// out.

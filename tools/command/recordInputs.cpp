@@ -3,7 +3,10 @@
 #include <chrono>
 #include <optional>
 
+#include <unistd.h>
+
 #include "tools/command/readInput.h"
+#include "tools/input/progress.h"
 #include "tools/terminal/stopSignal.h"
 
 namespace {
@@ -15,7 +18,7 @@ double now() {
 
 } // namespace
 
-bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& options,
+bool readRecords(const std::vector<std::string>& inputs, const inputOptions_t& options,
                  output_t& output, recordConsumer_t& consumer) {
     bool areRead = true;
     std::optional<recordReader_t> reader;
@@ -43,11 +46,15 @@ bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& op
                                  }
                                  consumer.endInput(*reader);
                              }};
+    std::optional<progress_t> progress;
+    if (!options.hidesProgress && isatty(STDERR_FILENO) != 0 && isatty(output.descriptor()) == 0) {
+        progress.emplace(inputs);
+    }
     for (const std::string& name : inputs) {
         if (output.isClosed() || stopSignal() != 0) {
             break;
         }
-        areRead = readBlocks(name, output, user) && areRead;
+        areRead = readBlocks(name, output, user, progress ? &*progress : nullptr) && areRead;
     }
     return areRead;
 }

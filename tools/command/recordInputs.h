@@ -7,6 +7,11 @@
 #include "tools/output/output.h"
 #include "tools/record/recordReader.h"
 
+/// How the inputs of a run are read.
+struct inputOptions_t : readOptions_t {
+    bool hidesProgress = false; ///< also on a terminal
+};
+
 /// What is done with the records of a run.
 class recordConsumer_t {
 public:
@@ -22,6 +27,7 @@ public:
 
 /// Hands the records of the inputs to `consumer`; "-" is standard input. Ends early when the output
 /// is closed or a stop signal came. False, with a message for each, if an input could not be read
-/// to its end; the other inputs are still read.
-bool readRecords(const std::vector<std::string>& inputs, const readOptions_t& options,
+/// to its end; the other inputs are still read. While they are read, a line on standard error says
+/// how much was read, if standard error is a terminal and the output is not.
+bool readRecords(const std::vector<std::string>& inputs, const inputOptions_t& options,
                  output_t& output, recordConsumer_t& consumer);

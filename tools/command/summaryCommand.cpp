@@ -4,7 +4,6 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/command/readInput.h"
-#include "tools/command/recordInputs.h"
 #include "tools/command/textTable.h"
 #include "tools/output/jsonString.h"
 #include "tools/record/degrees.h"

@@ -5,12 +5,13 @@
 #include <vector>
 
 #include "tools/analysis/summary.h"
+#include "tools/command/recordInputs.h"
 #include "tools/output/output.h"
 
 struct summaryCommandOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     outputOptions_t output;
-    readOptions_t read;
+    inputOptions_t read;
     summaryOptions_t summary;
     bool asJson = false;
 };

@@ -3,20 +3,13 @@
 #include <algorithm>
 #include <numeric>
 
-#include <sys/ioctl.h>
-
 #include "tools/terminal/colour.h"
+#include "tools/terminal/message.h"
 
 namespace {
 
 constexpr std::size_t gap = 2;
 constexpr std::size_t shortest = 6; // of a text that is cut
-
-// The width of the terminal at a descriptor; 0 if it is not a terminal.
-std::size_t terminalWidth(int descriptor) {
-    winsize size{};
-    return ioctl(descriptor, TIOCGWINSZ, &size) == 0 ? size.ws_col : 0;
-}
 
 std::string fitted(const std::string& text, std::size_t width, bool isNumber) {
     if (text.size() > width) {

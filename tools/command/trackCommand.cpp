@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include "tools/command/readInput.h"
-#include "tools/command/recordInputs.h"
 #include "tools/time/instantText.h"
 
 namespace {

@@ -5,15 +5,15 @@
 #include <vector>
 
 #include "tools/analysis/thinning.h"
+#include "tools/command/recordInputs.h"
 #include "tools/output/output.h"
-#include "tools/record/recordReader.h"
 
 enum class trackFormat_t { geojson, gpx, kml };
 
 struct trackCommandOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     outputOptions_t output;
-    readOptions_t read;
+    inputOptions_t read;
     thinningOptions_t thinning;
     trackFormat_t format = trackFormat_t::geojson;
 };

@@ -46,7 +46,7 @@ constexpr choice_t<shell_t> shells[] = {
     {"bash", shell_t::bash}, {"zsh", shell_t::zsh}, {"fish", shell_t::fish}};
 
 // How inputs are read, the same for every verb that reads records.
-std::vector<option_t> readingOptions(readOptions_t& read) {
+std::vector<option_t> readingOptions(inputOptions_t& read) {
     splitOptions_t& split = read.split;
     return {
         flag("--require-checksum", split.requireChecksum,
@@ -72,7 +72,9 @@ std::vector<option_t> readingOptions(readOptions_t& read) {
          [&read](const std::string& text) { read.dating.notBefore = dateOfArgument(text); }},
         choiceOption("--date-order", "ORDER", dateOrders,
                      "Order of day and month in stamps such as 03/04/2026",
-                     [&read](dateOrder_t order) { read.dateOrder = order; })};
+                     [&read](dateOrder_t order) { read.dateOrder = order; }),
+        flag("--no-progress", read.hidesProgress,
+             "Do not show on the terminal how much of the input was read")};
 }
 
 std::vector<option_t> joined(std::vector<option_t> first, const std::vector<option_t>& second) {
@@ -165,7 +167,8 @@ command_t decodeVerb() {
               flag("--radians", options->values.radians, "Print angles in radians, not degrees"),
               flag("--raw", options->values.raw,
                    "Add the original text of each record as the key raw"),
-              flag("-q,--quiet", options->quiet, "Do not print the summary line")},
+              flag("-q,--quiet", options->quiet,
+                   "Print neither the summary line nor the progress line")},
              readingOptions(options->read)),
          {},
          path_t::file},
@@ -186,6 +189,7 @@ command_t decodeVerb() {
                                        " is a file, not live input");
                 }
             }
+            options->read.hidesProgress = options->read.hidesProgress || options->quiet;
             options->files = operands;
             return decodeCommand(*options);
         },

@@ -14,16 +14,15 @@ namespace {
 
 constexpr std::size_t blockSize = 65536;
 
-// False if there is no such input.
-bool readStatus(const std::string& name, struct stat& status) {
-    return (name == "-" ? fstat(STDIN_FILENO, &status) : stat(name.c_str(), &status)) == 0;
-}
-
 } // namespace
 
 bool isRegularFile(const std::string& name) {
     struct stat status = {};
     return readStatus(name, status) && S_ISREG(status.st_mode);
+}
+
+bool readStatus(const std::string& name, struct stat& status) {
+    return (name == "-" ? fstat(STDIN_FILENO, &status) : stat(name.c_str(), &status)) == 0;
 }
 
 bool isSameFile(const struct stat& one, const struct stat& other) {

@@ -12,6 +12,9 @@
 /// Whether this input ("-" is standard input) is a regular file.
 bool isRegularFile(const std::string& name);
 
+/// What the system says of this input. False, with `errno`, if there is no such input.
+bool readStatus(const std::string& name, struct stat& status);
+
 bool isSameFile(const struct stat& one, const struct stat& other);
 /// Whether `file` is a regular file and is one of these inputs.
 bool isAmong(const struct stat& file, const std::vector<std::string>& inputs);

@@ -8,6 +8,10 @@
 /// because standard error is closed or full.
 void say(std::string_view text) noexcept;
 
+/// Shows `text`, which is printable ASCII, in the current line of the terminal at standard error,
+/// instead of what was shown before; empty: shows nothing. The next message erases it.
+void show(std::string_view text) noexcept;
+
 /// "kalo: TEXT" on standard error, for a fault.
 void sayFault(const std::string& text);
 
@@ -18,3 +22,6 @@ void complain(std::string_view name, std::string_view reason);
 /// `printableLength` bytes becomes "...".
 std::string printable(std::string_view text);
 constexpr std::size_t printableLength = 200;
+
+/// The width of the terminal at a descriptor; 0 if it is not a terminal.
+std::size_t terminalWidth(int descriptor);
