@@ -5,6 +5,7 @@
 #include <fmt/format.h>
 #include <unistd.h>
 
+#include "tools/input/followedFile.h"
 #include "tools/input/input.h"
 #include "tools/input/unpack.h"
 #include "tools/terminal/message.h"
@@ -13,14 +14,14 @@
 namespace {
 
 // An input that writes out all output before it waits.
-class liveBytes_t : public bytes_t {
+class flushingBytes_t : public bytes_t {
 public:
-    liveBytes_t(input_t& input, output_t& output, progress_t* progress)
+    flushingBytes_t(liveBytes_t& input, output_t& output, progress_t* progress)
         : m_input(input), m_output(output), m_progress(progress) {}
 
     std::string_view read() override {
         // Write out what there is for a live reader, then wait for the next bytes.
-        if (!m_input.isReady()) {
+        while (!m_input.isReady() && !m_output.isClosed() && stopSignal() == 0) {
             m_output.flush();
             m_input.wait(m_output.descriptor());
             m_output.checkReader();
@@ -35,7 +36,7 @@ public:
     std::string fault() const override { return m_input.fault(); }
 
 private:
-    input_t& m_input;
+    liveBytes_t& m_input;
     output_t& m_output;
     progress_t* m_progress;
 };
@@ -51,6 +52,7 @@ public:
         for (std::string_view block; content == content_t::undecided;) {
             block = m_bytes.read();
             if (block.empty()) {
+                m_isAtEnd = true;
                 return content_t::text;
             }
             m_start.append(block);
@@ -66,7 +68,7 @@ public:
                 return m_start;
             }
         }
-        return m_bytes.read();
+        return m_isAtEnd ? std::string_view() : m_bytes.read();
     }
 
     std::string fault() const override { return m_bytes.fault(); }
@@ -75,6 +77,7 @@ private:
     bytes_t& m_bytes;
     std::string m_start;
     bool m_isStartRead = false;
+    bool m_isAtEnd = false; // found when the first bytes were examined
 };
 
 // Data that is compressed twice, or an archive in an archive, is not unpacked further.
@@ -100,6 +103,21 @@ public:
             return readMembers(name, *openArchive(format, content), layers);
         }
         return read(name, *unpack(format, content), true, layers + 1);
+    }
+
+    // Only plain text can be read on from where its file ended before.
+    bool follow(const std::string& name, bytes_t& bytes) {
+        bool isRead = true;
+        while (isRead && isGoingOn()) {
+            restartedBytes_t content(bytes);
+            if (content.look(false) != content_t::text) {
+                complain(name, "compressed input cannot be followed; "
+                               "try: tail -c +1 -f FILE | kalo decode");
+                return false;
+            }
+            isRead = use(name, content);
+        }
+        return isRead;
     }
 
 private:
@@ -143,11 +161,22 @@ bool readBlocks(const std::string& name, output_t& output, const byteUser_t& use
     output.flush(); // opening may take long
     input_t input(name);
     if (input.isSameFile(output.descriptor())) {
-        complain(name, "the input is also the output; write to another file");
+        complain(name, sameFileText);
         return false;
     }
-    liveBytes_t bytes(input, output, progress);
+    flushingBytes_t bytes(input, output, progress);
     return contentReader_t(output, user).read(name, bytes, input.isRegular());
+}
+
+bool followBlocks(const std::string& name, output_t& output, const byteUser_t& user) {
+    struct stat written = {};
+    if (fstat(output.descriptor(), &written) == 0 && isAmong(written, {name})) {
+        complain(name, sameFileText);
+        return false;
+    }
+    followedFile_t file(name);
+    flushingBytes_t bytes(file, output, nullptr);
+    return contentReader_t(output, user).follow(name, bytes);
 }
 
 bool readLines(const std::string& name, output_t& output, const lineUser_t& user) {

@@ -25,6 +25,11 @@ struct byteUser_t {
 bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user,
                 progress_t* progress = nullptr);
 
+/// Hands on the bytes of a regular file as they are appended to it, until the output is closed or a
+/// stop signal comes. When the file was truncated, or another file has its name, the user's next
+/// input begins, of the same name. False, with a message, if it cannot be read or followed.
+bool followBlocks(const std::string& name, output_t& output, const byteUser_t& user);
+
 /// What is done with the lines of an input, or of each member of an archive. Blank lines are left
 /// out.
 struct lineUser_t {

@@ -1,6 +1,7 @@
 #include "tools/command/recordInputs.h"
 
 #include <chrono>
+#include <memory>
 #include <optional>
 
 #include <unistd.h>
@@ -21,7 +22,9 @@ double now() {
 bool readRecords(const std::vector<std::string>& inputs, const inputOptions_t& options,
                  output_t& output, recordConsumer_t& consumer) {
     bool areRead = true;
-    std::optional<recordReader_t> reader;
+    std::unique_ptr<recordReader_t> reader;
+    bool isFollowed = false;
+    bool isContinued = false; // the next input is the rest of a file that is followed
     const auto takeRecords = [&] {
         for (record_t record; !output.isClosed() && reader->next(record);) {
             consumer.take(record);
@@ -29,7 +32,12 @@ bool readRecords(const std::vector<std::string>& inputs, const inputOptions_t& o
         }
     };
     const byteUser_t user = {[&](const std::string& source) {
-                                 reader.emplace(options);
+                                 auto next = std::make_unique<recordReader_t>(options);
+                                 if (isContinued) {
+                                     next->continueFrom(*reader);
+                                 }
+                                 isContinued = isFollowed;
+                                 reader = std::move(next);
                                  consumer.beginInput(source, *reader);
                              },
                              [&](std::string_view block) {
@@ -47,14 +55,19 @@ bool readRecords(const std::vector<std::string>& inputs, const inputOptions_t& o
                                  consumer.endInput(*reader);
                              }};
     std::optional<progress_t> progress;
-    if (!options.hidesProgress && isatty(STDERR_FILENO) != 0 && isatty(output.descriptor()) == 0) {
+    if (!options.hidesProgress && !options.follows && isatty(STDERR_FILENO) != 0 &&
+        isatty(output.descriptor()) == 0) {
         progress.emplace(inputs);
     }
     for (const std::string& name : inputs) {
         if (output.isClosed() || stopSignal() != 0) {
             break;
         }
-        areRead = readBlocks(name, output, user, progress ? &*progress : nullptr) && areRead;
+        isFollowed = options.follows && &name == &inputs.back();
+        const bool isRead = isFollowed
+                                ? followBlocks(name, output, user)
+                                : readBlocks(name, output, user, progress ? &*progress : nullptr);
+        areRead = isRead && areRead;
     }
     return areRead;
 }

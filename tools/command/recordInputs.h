@@ -9,6 +9,7 @@
 
 /// How the inputs of a run are read.
 struct inputOptions_t : readOptions_t {
+    bool follows = false;       ///< the last one, as it grows; it must be a regular file
     bool hidesProgress = false; ///< also on a terminal
 };
 

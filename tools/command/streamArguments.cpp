@@ -1,5 +1,8 @@
 #include "tools/command/streamArguments.h"
 
+#include "tools/input/input.h"
+#include "tools/terminal/message.h"
+
 option_t outputOption(outputOptions_t& output) {
     return {"-o,--output",
             "FILE",
@@ -13,4 +16,21 @@ option_t outputOption(outputOptions_t& output) {
             times_t::once,
             {},
             path_t::file};
+}
+
+option_t followOption(bool& follows) {
+    return flag("--follow", follows,
+                "Read the last FILE as it grows, also when it is rotated or truncated, until a "
+                "signal such as Ctrl-C");
+}
+
+void checkFollowed(const std::string& name) {
+    struct stat file = {};
+    if (name == "-") {
+        throw usageError_t("--follow: standard input is read until it ends; name a file");
+    }
+    if (readStatus(name, file) && !S_ISREG(file.st_mode)) {
+        throw usageError_t("--follow: " + printable(name) +
+                           " is not a regular file; pipes and devices are read until they end");
+    }
 }

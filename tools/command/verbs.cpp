@@ -151,6 +151,7 @@ command_t decodeVerb() {
                {},
                path_t::folder},
               outputOption(options->output),
+              followOption(options->read.follows),
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
@@ -188,6 +189,10 @@ command_t decodeVerb() {
                     throw usageError_t("--receive-time: " + printable(file) +
                                        " is a file, not live input");
                 }
+            }
+            if (options->read.follows) {
+                checkFollowed(operands.back());
+                options->output.isDirect = true;
             }
             options->read.hidesProgress = options->read.hidesProgress || options->quiet;
             options->files = operands;

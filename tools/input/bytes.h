@@ -15,3 +15,13 @@ public:
     /// Why there are no more bytes, as a message; empty if the end was reached.
     virtual std::string fault() const = 0;
 };
+
+/// Bytes that may come late.
+class liveBytes_t : public bytes_t {
+public:
+    /// Whether a `read` would return at once.
+    virtual bool isReady() = 0;
+    /// Waits for that, at most until nobody reads `output` any more, or until a stop signal comes.
+    /// It may return sooner.
+    virtual void wait(int output) = 0;
+};

@@ -68,12 +68,12 @@ bool input_t::isSameFile(int descriptor) const {
            S_ISREG(mine.st_mode) && ::isSameFile(mine, other);
 }
 
-bool input_t::isReady() const {
+bool input_t::isReady() {
     pollfd input = {m_descriptor, POLLIN, 0};
     return m_error != 0 || poll(&input, 1, 0) > 0;
 }
 
-void input_t::wait(int output) const { waitReadable(m_descriptor, output); }
+void input_t::wait(int output) { waitReadable(m_descriptor, output); }
 
 std::string_view input_t::read() {
     while (m_error == 0 && stopSignal() == 0) {

@@ -16,10 +16,13 @@ bool isRegularFile(const std::string& name);
 bool readStatus(const std::string& name, struct stat& status);
 
 bool isSameFile(const struct stat& one, const struct stat& other);
+/// What is said of such an input.
+constexpr const char* sameFileText = "the input is also the output; write to another file";
+
 /// Whether `file` is a regular file and is one of these inputs.
 bool isAmong(const struct stat& file, const std::vector<std::string>& inputs);
 
-class input_t : public bytes_t {
+class input_t : public liveBytes_t {
 public:
     /// Opens `name` ("-" is standard input). Does not wait for the other end of a pipe: `wait`
     /// does. If it fails, `fault` says why.
@@ -34,10 +37,8 @@ public:
     /// Whether it is the regular file behind another descriptor.
     bool isSameFile(int descriptor) const;
 
-    /// Whether a `read` would return at once.
-    bool isReady() const;
-    /// Waits until it would; returns early if nobody reads `output` any more, or at a stop signal.
-    void wait(int output) const;
+    bool isReady() override;
+    void wait(int output) override;
     std::string_view read() override;
     std::string fault() const override;
 

@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr const char* sameFileText = "the input is also the output; write to another file";
-
 std::string lastReason() { return std::strerror(errno); }
 
 // -1 with `errno` if it cannot be opened. To open a pipe waits for its reader; a stop signal ends

@@ -34,6 +34,11 @@ recordReader_t::recordReader_t(const readOptions_t& options)
     m_state.order = options.dateOrder;
 }
 
+void recordReader_t::continueFrom(const recordReader_t& other) {
+    m_dating.continueFrom(other.m_dating);
+    m_state.order = other.m_state.order;
+}
+
 void recordReader_t::feed(std::string_view bytes) { m_lines.append(bytes); }
 
 void recordReader_t::setReadTime(double unixTime) {

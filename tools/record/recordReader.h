@@ -31,6 +31,10 @@ public:
     recordReader_t(const recordReader_t&) = delete;
     recordReader_t& operator=(const recordReader_t&) = delete;
 
+    /// This input goes on where that of another reader has ended: the reference instant and the
+    /// order of dates are known from there.
+    void continueFrom(const recordReader_t& other);
+
     /// More bytes of the input. Records taken before are no longer valid.
     void feed(std::string_view bytes);
     /// Sets the time of reception of the records that follow, in Unix seconds. A stamp in a line

@@ -30,7 +30,7 @@ void catchStopSignals() {
 
 int stopSignal() { return caught; }
 
-void waitReadable(int input, int output) {
+void waitReadable(int input, int output, std::optional<int> milliseconds) {
     // The signals are blocked until the wait begins; otherwise one that comes just before the wait
     // would be missed.
     sigset_t stop;
@@ -42,7 +42,11 @@ void waitReadable(int input, int output) {
     sigprocmask(SIG_BLOCK, &stop, &before);
     // No events are requested for the output: that its reader has gone is always reported.
     pollfd descriptors[] = {{input, POLLIN, 0}, {output, 0, 0}};
-    while (caught == 0 && ppoll(descriptors, 2, nullptr, &before) < 0 && errno == EINTR) {
+    constexpr long nanosecondsPerMillisecond = 1000000;
+    const int given = milliseconds.value_or(0);
+    const timespec most = {given / 1000, given % 1000 * nanosecondsPerMillisecond};
+    while (caught == 0 && ppoll(descriptors, 2, milliseconds ? &most : nullptr, &before) < 0 &&
+           errno == EINTR) {
     }
     sigprocmask(SIG_SETMASK, &before, nullptr);
 }

@@ -1,6 +1,8 @@
 // SIGINT, SIGTERM and SIGHUP end a run cleanly: what was decoded is written out first.
 #pragma once
 
+#include <optional>
+
 /// From now on, the first of these signals is only remembered; a second one kills the program. A
 /// signal that was ignored at the start, as with `nohup`, stays ignored.
 void catchStopSignals();
@@ -9,5 +11,5 @@ void catchStopSignals();
 int stopSignal();
 
 /// Waits until `input` is readable; returns early if nobody reads `output` any more, or if a stop
-/// signal comes. Either descriptor may be -1.
-void waitReadable(int input, int output);
+/// signal comes, or after the time, if one is given. Either descriptor may be -1.
+void waitReadable(int input, int output, std::optional<int> milliseconds = {});

@@ -37,6 +37,14 @@ dating_t::dating_t(const datingOptions_t& options) : m_options(options) {
     m_isFromOption = m_isDated;
 }
 
+void dating_t::continueFrom(const dating_t& other) {
+    dating_t next = other;
+    next.m_undated = m_undated;
+    next.m_farFromStamp = m_farFromStamp;
+    next.m_rolledOver = m_rolledOver;
+    *this = next;
+}
+
 std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
     const bool hasTime = clue.hasTime && isInRange(clue.time.time);
     const bool hasOwnDate = clue.hasDate && !clue.isVoid;

@@ -41,6 +41,10 @@ class dating_t {
 public:
     explicit dating_t(const datingOptions_t& options);
 
+    /// The place in time is that of another input, which ended where this one begins. The counts
+    /// are kept.
+    void continueFrom(const dating_t& other);
+
     /// The instant of a record. Empty as long as no date is known, and for a record with a time out
     /// of range, with a date beyond the last year, or without a time (its date still moves the
     /// reference).
