@@ -33,7 +33,8 @@ std::string sizeText(double bytes) {
     constexpr double kilo = 1e3;
     constexpr double mega = 1e6;
     constexpr double giga = 1e9;
-    return bytes < mega   ? fmt::format("{:.1f} kB", bytes / kilo)
+    return bytes < kilo   ? fmt::format("{:.0f} B", bytes)
+           : bytes < mega ? fmt::format("{:.1f} kB", bytes / kilo)
            : bytes < giga ? fmt::format("{:.1f} MB", bytes / mega)
                           : fmt::format("{:.2f} GB", bytes / giga);
 }
