@@ -41,6 +41,12 @@ struct senderSummary_t {
     std::optional<double> latest;
     ranges_t* ranges = nullptr;      ///< of its type, once there are values
     valueRange_t* signals = nullptr; ///< of its talker, once there are signals
+
+    /// Records a second; 0 if that is not known.
+    double rate() const {
+        const double duration = period.duration();
+        return duration > 0 ? static_cast<double>(count - 1) / duration : 0;
+    }
 };
 
 /// A stream of a sourcetable, and how far from the wanted place it is.

@@ -4,6 +4,7 @@
 
 #include <fmt/format.h>
 
+#include "tools/analysis/findingGroups.h"
 #include "tools/command/readInput.h"
 #include "tools/output/jsonString.h"
 #include "tools/terminal/colour.h"
@@ -27,13 +28,7 @@ public:
             print(finding);
             return;
         }
-        finding_t& group = groupOf(finding);
-        if (group.id == findingId_t::count) {
-            group = std::move(finding);
-        } else {
-            group.last = std::move(finding.last);
-            group.count += finding.count;
-        }
+        m_groups.take(std::move(finding));
     }
 
     void finish() {
@@ -41,7 +36,7 @@ public:
             printJunit();
             return;
         }
-        for (const finding_t& group : m_groups) {
+        for (const finding_t& group : m_groups.all()) {
             print(group);
         }
     }
@@ -58,34 +53,6 @@ private:
                    ? severity(id)
                    : styled(isFault(id) ? style_t::fault : style_t::note, severity(id),
                             m_output.descriptor());
-    }
-
-    // There is a group for each kind and each sender or value. Hostile input can have any number of
-    // senders, so beyond the limit a finding joins the first group of its kind.
-    finding_t& groupOf(const finding_t& finding) {
-        constexpr std::size_t most = 4096;
-        const auto found = m_places.find({finding.id, finding.what});
-        if (found != m_places.end()) {
-            return m_groups[found->second];
-        }
-        if (m_groups.size() >= most) {
-            const auto first =
-                std::find_if(m_groups.begin(), m_groups.end(),
-                             [&](const finding_t& group) { return group.id == finding.id; });
-            if (first != m_groups.end()) {
-                return *first;
-            }
-        }
-        m_places.emplace(std::make_pair(finding.id, finding.what), m_groups.size());
-        return m_groups.emplace_back();
-    }
-
-    static std::string messageOf(const finding_t& finding) {
-        std::string text = kindOf(finding.id).meaning;
-        for (const std::string& part : {finding.what, finding.detail}) {
-            text += part.empty() ? "" : ": " + part;
-        }
-        return printable(text);
     }
 
     void print(const finding_t& finding) {
@@ -153,7 +120,7 @@ private:
         for (std::size_t i = 0; i < findingKindCount; ++i) {
             const auto id = static_cast<findingId_t>(i);
             std::string text;
-            for (const finding_t& group : m_groups) {
+            for (const finding_t& group : m_groups.all()) {
                 text += group.id == id ? textOf(group) : "";
             }
             cases +=
@@ -177,8 +144,7 @@ private:
 
     const checkCommandOptions_t& m_options;
     output_t& m_output;
-    std::vector<finding_t> m_groups; // in the order in which they began
-    std::map<std::pair<findingId_t, std::string>, std::size_t> m_places;
+    findingGroups_t m_groups;
     std::uint64_t m_faults = 0;
     std::uint64_t m_notes = 0;
 };

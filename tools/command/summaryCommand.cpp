@@ -3,20 +3,18 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "tools/analysis/summaryText.h"
 #include "tools/command/readInput.h"
-#include "tools/command/textTable.h"
 #include "tools/output/jsonString.h"
 #include "tools/record/degrees.h"
 #include "tools/terminal/colour.h"
 #include "tools/terminal/message.h"
+#include "tools/terminal/textTable.h"
 #include "tools/time/instantText.h"
 
 namespace {
 
 using json_t = nlohmann::ordered_json;
-
-constexpr double knot = 1852.0 / 3600;
-constexpr double nauticalMile = 1852;
 
 class summaryConsumer_t : public recordConsumer_t {
 public:
@@ -34,191 +32,7 @@ private:
     summary_t m_summary;
 };
 
-struct system_t {
-    std::string_view talker;
-    const char* name;
-};
-
-constexpr system_t systems[] = {{"GP", "GPS"},    {"GL", "GLONASS"}, {"GA", "Galileo"},
-                                {"GB", "BeiDou"}, {"BD", "BeiDou"},  {"GQ", "QZSS"},
-                                {"QZ", "QZSS"},   {"GI", "NavIC"},   {"GN", "several"}};
-
-std::string systemOf(const std::string& talker) {
-    for (const system_t& system : systems) {
-        if (system.talker == talker) {
-            return system.name;
-        }
-    }
-    return talker;
-}
-
-// A share in percent. 0 and 100 are printed only if they are exact.
-std::string percent(std::uint64_t part, std::uint64_t whole) {
-    if (part == 0 || part == whole) {
-        return part == 0 ? "" : "100 %";
-    }
-    constexpr double hundred = 100;
-    const double share = hundred * static_cast<double>(part) / static_cast<double>(whole);
-    return share < 0.1 ? "<0.1 %" : share > 99.9 ? ">99.9 %" : fmt::format("{:.1f} %", share);
-}
-
-std::string number(double value) { return fmt::format("{:.6g}", value); }
-
-double rateOf(const senderSummary_t& sender) {
-    const double duration = sender.period.duration();
-    return duration > 0 ? static_cast<double>(sender.count - 1) / duration : 0;
-}
-
-// Text for people.
-
-class page_t {
-public:
-    page_t(const summary_t& summary, int descriptor)
-        : m_summary(summary), m_descriptor(descriptor) {
-        addRecords();
-        addTime();
-        addVoyage();
-        addSenders();
-        addRanges();
-        addTables();
-    }
-
-    const std::string& text() const { return m_text; }
-
-private:
-    void line(const char* head, const std::string& text) {
-        m_text +=
-            styled(style_t::heading, fmt::format("{:10}", head), m_descriptor) + ' ' + text + '\n';
-    }
-
-    void table(const textTable_t& table) {
-        if (!table.isEmpty()) {
-            m_text += '\n' + table.text(m_descriptor);
-        }
-    }
-
-    void addRecords() {
-        const counts_t& counts = m_summary.counts();
-        line("input",
-             fmt::format("{} in {} {}", fmt::format("{} bytes", m_summary.bytes()),
-                         m_summary.inputs(), m_summary.inputs() == 1 ? "input" : "inputs"));
-        line("records", counts.text());
-        if (counts.records() > 0) {
-            line("decoded", fmt::format("{:.2f} %", 100 * static_cast<double>(counts.decoded()) /
-                                                        static_cast<double>(counts.records())));
-        }
-    }
-
-    void addTime() {
-        const period_t& period = m_summary.period();
-        if (period.first) {
-            line("time", fmt::format("{} to {}, {}", instantText(*period.first),
-                                     instantText(*period.last), durationText(period.duration())));
-        }
-    }
-
-    void addVoyage() {
-        const voyage_t& voyage = m_summary.voyage();
-        if (voyage.fixes() == 0) {
-            return;
-        }
-        const positionBox_t& box = voyage.box();
-        const auto degrees = [](double angle) { return angle * degreesPerRadian; };
-        line("position",
-             fmt::format("latitude {:.6f} to {:.6f}, longitude {:.6f} to {:.6f}; {} fixes",
-                         degrees(box.south()), degrees(box.north()), degrees(box.west()),
-                         degrees(box.east()), voyage.fixes()));
-        std::string track = fmt::format("{:.1f} m ({:.2f} nautical miles)", voyage.distance(),
-                                        voyage.distance() / nauticalMile);
-        if (const std::optional<double> speed = voyage.meanSpeed()) {
-            track += fmt::format(", mean speed {:.2f} m/s ({:.1f} knots)", *speed, *speed / knot);
-        }
-        line("track", track + fmt::format(", {} {}", voyage.jumps(),
-                                          voyage.jumps() == 1 ? "jump" : "jumps"));
-    }
-
-    void addSenders() {
-        textTable_t all({{"source"},
-                         {"prefix"},
-                         {"talker"},
-                         {"type"},
-                         {"count", true},
-                         {"per s", true},
-                         {"void", true},
-                         {"empty", true},
-                         {"gap", true},
-                         {"first"},
-                         {"last"}});
-        const bool isOneInput = m_summary.inputs() < 2;
-        for (std::size_t i = 0; i < m_summary.sent().size(); ++i) {
-            const senderName_t& name = m_summary.senders()[i];
-            const senderSummary_t& sender = m_summary.sent()[i];
-            const period_t& period = sender.period;
-            const double rate = rateOf(sender);
-            all.add({isOneInput ? "" : printable(name.source), printable(name.prefix),
-                     printable(name.talker), printable(name.type), std::to_string(sender.count),
-                     rate > 0 ? fmt::format("{:.3g}", rate) : "",
-                     percent(sender.voidCount, sender.count),
-                     percent(sender.emptyCount, sender.count),
-                     sender.longestGap > 0 ? durationText(sender.longestGap) : "",
-                     period.first ? instantText(*period.first) : "",
-                     period.last ? instantText(*period.last) : ""});
-        }
-        table(all);
-    }
-
-    void addRanges() {
-        textTable_t all({{"value"},
-                         {"type"},
-                         {"count", true},
-                         {"least", true},
-                         {"median", true},
-                         {"greatest", true},
-                         {"unit"}});
-        const auto add = [&](const std::string& what, const std::string& type,
-                             const valueRange_t& range, const char* unit) {
-            all.add({what, type, std::to_string(range.count()), number(range.least()),
-                     fmt::format("{:.4g}", range.median()), number(range.greatest()), unit});
-        };
-        for (std::size_t i = 0; i < quantityCount; ++i) {
-            for (const auto& [type, ranges] : m_summary.ranges()) {
-                if (ranges[i].count() > 0) {
-                    add(quantityRows[i].title, type, ranges[i], quantityRows[i].unit);
-                }
-            }
-        }
-        for (const auto& [talker, range] : m_summary.signals()) {
-            add("signal strength", printable(systemOf(talker)), range, "dB-Hz");
-        }
-        table(all);
-    }
-
-    void addTables() {
-        const auto words = [&](const char* head, const summary_t::words_t& counts) {
-            textTable_t all({{head}, {"streams", true}});
-            for (const auto& [word, count] : counts) {
-                all.add({word.empty() ? "(none)" : printable(word), std::to_string(count)});
-            }
-            table(all);
-        };
-        words("format", m_summary.formats());
-        words("network", m_summary.networks());
-        words("authentication", m_summary.authTypes());
-        textTable_t near({{"mountpoint"}, {"km", true}});
-        for (const nearStream_t& stream : m_summary.nearStreams()) {
-            constexpr double metresPerKilometre = 1000;
-            near.add({printable(stream.mountpoint),
-                      fmt::format("{:.1f}", stream.distance / metresPerKilometre)});
-        }
-        table(near);
-    }
-
-    const summary_t& m_summary;
-    int m_descriptor;
-    std::string m_text;
-};
-
-// The same for programs.
+// For programs.
 
 json_t textOf(std::string_view text) {
     buffer_t out;
@@ -271,7 +85,7 @@ json_t senderOf(const senderName_t& name, const senderSummary_t& sender) {
     object["void"] = sender.voidCount;
     object["empty"] = sender.emptyCount;
     setPeriod(object, sender.period);
-    if (const double rate = rateOf(sender); rate > 0) {
+    if (const double rate = sender.rate(); rate > 0) {
         object["rate"] = rate;
         object["longestGap"] = sender.longestGap;
     }
@@ -343,6 +157,20 @@ json_t jsonOf(const summary_t& summary) {
     return all;
 }
 
+// For people.
+
+std::string textFor(int descriptor, const summary_t& summary) {
+    std::string text;
+    for (const summaryLine_t& line : summaryLines(summary)) {
+        text += styled(style_t::heading, fmt::format("{:10}", line.head), descriptor) + ' ' +
+                line.text + '\n';
+    }
+    for (const summaryTable_t& table : summaryTables(summary)) {
+        text += '\n' + table.table.text(descriptor);
+    }
+    return text;
+}
+
 } // namespace
 
 int summaryCommand(const summaryCommandOptions_t& options) {
@@ -351,6 +179,6 @@ int summaryCommand(const summaryCommandOptions_t& options) {
     const bool areRead = readRecords(options.files, options.read, output, consumer);
     const summary_t& summary = consumer.summary();
     output.buffer().append(options.asJson ? jsonOf(summary).dump(2) + '\n'
-                                          : page_t(summary, output.descriptor()).text());
+                                          : textFor(output.descriptor(), summary));
     return finish(output, areRead ? 0 : exitFailure, areRead);
 }

@@ -1,4 +1,4 @@
-#include "tools/command/textTable.h"
+#include "tools/terminal/textTable.h"
 
 #include <algorithm>
 #include <numeric>

@@ -16,6 +16,8 @@ public:
     /// One text for each column.
     void add(std::vector<std::string> row) { m_rows.push_back(std::move(row)); }
     bool isEmpty() const { return m_rows.empty(); }
+    const std::vector<column_t>& columns() const { return m_columns; }
+    const std::vector<std::vector<std::string>>& rows() const { return m_rows; }
 
     /// Prints a line of headings, then the rows, for this descriptor. Columns without any text are
     /// left out. If lines would be longer than the terminal is wide, texts are cut, the longest
