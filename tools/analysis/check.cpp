@@ -145,6 +145,8 @@ void checker_t::checkGroups(finding_t finding) {
     }
 }
 
+void checker_t::pass() { m_incompleteGroups = m_reader->groups().incomplete(); }
+
 void checker_t::checkMalformed(const record_t& record) {
     std::string detail;
     if (record.fault == fault_t::checksumMismatch) {

@@ -81,6 +81,8 @@ public:
 
     void beginInput(const std::string& name, const recordReader_t& reader);
     void add(const record_t& record);
+    /// Leaves out the record that was read last.
+    void pass();
     void endInput();
 
 private:

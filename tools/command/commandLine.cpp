@@ -33,6 +33,9 @@ int runCommand(const command_t& command, const texts_t& arguments) {
     if (std::any_of(arguments.begin(), end, isHelp)) {
         return print(helpOf(command.verb));
     }
+    if (command.hear) {
+        command.hear(arguments);
+    }
     texts_t operands = parseArguments(command.verb, arguments);
     if (command.verb.name == std::string_view("encode")) {
         takeFormat(operands);

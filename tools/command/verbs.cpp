@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <ctime>
 
+#include "kalo/util/stringUtil.h"
 #include "tools/command/checkCommand.h"
 #include "tools/command/completion.h"
 #include "tools/command/decodeCommand.h"
@@ -12,6 +13,7 @@
 #include "tools/command/manualPage.h"
 #include "tools/command/nearest.h"
 #include "tools/command/readInput.h"
+#include "tools/command/reportCommand.h"
 #include "tools/command/schemaCommand.h"
 #include "tools/command/streamArguments.h"
 #include "tools/command/summaryCommand.h"
@@ -437,6 +439,60 @@ command_t trackVerb() {
         true};
 }
 
+#ifdef KALO_HAS_REPORT
+std::size_t pointsOfArgument(const std::string& text) {
+    constexpr double least = 100;
+    constexpr double most = 1e6;
+    double number = 0;
+    if (!kalo::decode(text, number) || !(number >= least && number <= most)) {
+        throw usageError_t("not a number from 100 to 1000000: " + printable(text));
+    }
+    return static_cast<std::size_t>(number);
+}
+
+command_t reportVerb() {
+    const auto options = std::make_shared<reportCommandOptions_t>();
+    return {
+        {"report",
+         "[FILE...]",
+         "Write one page (HTML) that shows what is in recordings",
+         "Writes one HTML page with the track, the measurements over time, the satellites, the\n"
+         "findings of kalo check and the tables of kalo summary. It opens from disk and loads\n"
+         "nothing. Reads standard input if no FILE is given or for -.",
+         {{{"kalo report voyage.log --output report.html", "Write the page of a recording"},
+           {"kalo report --since 2026-03-15 voyage.log --output report.html",
+            "Show only the records from this day onward"}}},
+         joined(
+             {{"--since", "TIME",
+               "Show only records from this instant (2014-08-01T12:00:00Z) or this day onward",
+               [options](const std::string& text) {
+                   options->since = boundOfArgument(text, false);
+               }},
+              {"--until", "TIME", "Show only records up to this instant or to the end of this day",
+               [options](const std::string& text) {
+                   options->until = boundOfArgument(text, true);
+               }},
+              {"--max-points", "COUNT",
+               "Draw at most so many points of each series and of the track (default 2000)",
+               [options](const std::string& text) { options->maxPoints = pointsOfArgument(text); }},
+              maxSpeedOption(options->summary.maxSpeed),
+              positive("--max-gap", "SECONDS", options->check.maxGap,
+                       "Report a longer time between two records of a sender as a jump (default "
+                       "60)"),
+              outputOption(options->output)},
+             readingOptions(options->read)),
+         {},
+         path_t::file},
+        [options](const texts_t& operands) {
+            options->files = operands;
+            options->check.maxSpeed = options->summary.maxSpeed;
+            return reportCommand(*options);
+        },
+        true,
+        [options](const texts_t& arguments) { options->arguments = arguments; }};
+}
+#endif
+
 void refuseSecond(const texts_t& operands) {
     if (operands.size() > 1) {
         throw usageError_t("unexpected argument: " + printable(operands[1]));
@@ -515,6 +571,10 @@ std::vector<command_t> allCommands() {
     std::vector<command_t> commands = {decodeVerb(), summaryVerb(), checkVerb(),     trackVerb(),
                                        fieldsVerb(), schemaVerb(),  timeVerb(),      encodeVerb(),
                                        helpVerb(),   manualVerb(),  completionVerb()};
+#ifdef KALO_HAS_REPORT
+    const auto behindTrack = commands.begin() + 4;
+    commands.insert(behindTrack, reportVerb());
+#endif
     for (command_t& command : commands) {
         command.verb.options.push_back(choiceOption(
             "--color", "MODE", colourings,

@@ -13,6 +13,8 @@ struct command_t {
     verb_t verb;
     std::function<int(const std::vector<std::string>& operands)> run;
     bool readsInput = false; ///< from standard input if there are no operands
+    /// Gets all arguments as they were given, before they are read.
+    std::function<void(const std::vector<std::string>& arguments)> hear = {};
 };
 
 std::vector<command_t> allCommands();

@@ -5,6 +5,7 @@
 #include <array>
 #include <cstddef>
 #include <iterator>
+#include <limits>
 #include <string_view>
 
 #include "tools/record/degrees.h"
@@ -27,9 +28,17 @@ enum class quantity_t : unsigned {
     windSpeed,
     speedThroughWater,
     waterTemperature,
+    windDirection,
+    pdop,
+    vdop,
+    diffAge,
+    latitudeError,
+    longitudeError,
+    altitudeError,
     validity, ///< a letter, like the next ones
     fixMode,
     status,
+    windReference,
     none
 };
 constexpr std::size_t quantityCount = static_cast<std::size_t>(quantity_t::none);
@@ -43,6 +52,8 @@ struct quantityRow_t {
     double least; ///< in the printed unit
     double greatest;
 };
+
+constexpr double unlimited = std::numeric_limits<double>::infinity();
 
 /// In the order of `quantity_t`.
 //
@@ -67,9 +78,17 @@ constexpr std::array<quantityRow_t, quantityCount> quantityRows = {{
     {"windSpeed", "wind speed", "m/s", false, 0, 115},
     {"speedThroughWater", "speed through water", "m/s", false, -20, 60},
     {"waterTemperature", "water temperature", "deg C", false, -5, 50},
+    {"windDirection", nullptr, "deg", true, -unlimited, unlimited},
+    {"pdop", nullptr, "", false, -unlimited, unlimited},
+    {"vdop", nullptr, "", false, -unlimited, unlimited},
+    {"diffAge", nullptr, "s", false, -unlimited, unlimited},
+    {"latitudeError", nullptr, "m", false, -unlimited, unlimited},
+    {"longitudeError", nullptr, "m", false, -unlimited, unlimited},
+    {"altitudeError", nullptr, "m", false, -unlimited, unlimited},
     {"validity", nullptr, "", false, 0, 255},
     {"fixMode", nullptr, "", false, 0, 255},
     {"status", nullptr, "", false, 0, 255},
+    {"windReference", nullptr, "", false, 0, 255},
 }};
 
 struct quantityName_t {
@@ -81,28 +100,42 @@ struct quantityName_t {
 
 // In some types the same name means something else: the quality of PTNL sentences has other codes,
 // and GSV counts the satellites in one sentence. Latitudes and longitudes: see `positionTypes`.
-constexpr quantityName_t quantityNames[] = {{"altitude", quantity_t::altitude},
-                                            {"quality", quantity_t::quality, "GGA"},
-                                            {"quality", quantity_t::quality, "PZWBGGA"},
-                                            {"satCount", quantity_t::satCount, "GGA"},
-                                            {"satCount", quantity_t::satCount, "PZWBGGA"},
-                                            {"satCount", quantity_t::satCount, "GNS"},
-                                            {"hdop", quantity_t::hdop},
-                                            {"speedOverGround", quantity_t::speedOverGround},
-                                            {"courseOverGround", quantity_t::courseOverGround},
-                                            {"trueCourseOverGround", quantity_t::courseOverGround},
-                                            {"heading", quantity_t::heading},
-                                            {"rateOfTurn", quantity_t::rateOfTurn},
-                                            {"roll", quantity_t::roll},
-                                            {"pitch", quantity_t::pitch},
-                                            {"heave", quantity_t::heave},
-                                            {"depth", quantity_t::depth},
-                                            {"windSpeed", quantity_t::windSpeed},
-                                            {"speedThroughWater", quantity_t::speedThroughWater},
-                                            {"waterTemperature", quantity_t::waterTemperature},
-                                            {"validity", quantity_t::validity},
-                                            {"fixMode", quantity_t::fixMode},
-                                            {"status", quantity_t::status, "PSIMSSB"}};
+constexpr quantityName_t quantityNames[] = {
+    {"altitude", quantity_t::altitude},
+    {"quality", quantity_t::quality, "GGA"},
+    {"quality", quantity_t::quality, "PZWBGGA"},
+    {"satCount", quantity_t::satCount, "GGA"},
+    {"satCount", quantity_t::satCount, "PZWBGGA"},
+    {"satCount", quantity_t::satCount, "GNS"},
+    {"hdop", quantity_t::hdop},
+    {"speedOverGround", quantity_t::speedOverGround},
+    {"courseOverGround", quantity_t::courseOverGround},
+    {"trueCourseOverGround", quantity_t::courseOverGround},
+    {"heading", quantity_t::heading},
+    {"rateOfTurn", quantity_t::rateOfTurn},
+    {"roll", quantity_t::roll},
+    {"pitch", quantity_t::pitch},
+    {"heave", quantity_t::heave},
+    {"depth", quantity_t::depth},
+    {"windSpeed", quantity_t::windSpeed},
+    {"speedThroughWater", quantity_t::speedThroughWater},
+    {"waterTemperature", quantity_t::waterTemperature},
+    {"windDirection", quantity_t::windDirection},
+    {"trueWindDirection", quantity_t::windDirection},
+    {"windAngle", quantity_t::windDirection},
+    {"pdop", quantity_t::pdop},
+    {"vdop", quantity_t::vdop},
+    {"diffAge", quantity_t::diffAge},
+    {"latitudeError", quantity_t::latitudeError, "GST"},
+    {"latitudeError", quantity_t::latitudeError, "PZWBGST"},
+    {"longitudeError", quantity_t::longitudeError, "GST"},
+    {"longitudeError", quantity_t::longitudeError, "PZWBGST"},
+    {"altitudeError", quantity_t::altitudeError, "GST"},
+    {"altitudeError", quantity_t::altitudeError, "PZWBGST"},
+    {"validity", quantity_t::validity},
+    {"fixMode", quantity_t::fixMode},
+    {"status", quantity_t::status, "PSIMSSB"},
+    {"reference", quantity_t::windReference, "MWV"}};
 
 /// The types that tell where the vessel is, the best one first: it gives the position of an epoch.
 /// Other types give the positions of waypoints, beacons and base stations.
