@@ -102,7 +102,6 @@ void reportData_t::beginInput(const std::string& name) {
     if (++m_inputCount <= mostInputs) {
         m_inputs.push_back({name, 0});
     }
-    m_positionMoment.reset();
     m_firstSeries = m_series.size();
     m_firstPresence = m_presences.size();
 }
@@ -129,10 +128,7 @@ void reportData_t::add(const record_t& record) {
         return;
     }
     readMeasurements(record, m_scratch, m_measured);
-    addFix(m_epochs.add(record, m_measured)); // of the records before this one
-    if (m_measured.positionRank() < std::size(positionTypes) && m_measured.hasPosition()) {
-        m_positionMoment = moment;
-    }
+    addFix(m_epochs.add(record, m_measured));
     if (moment) {
         addMeasurements(*moment, sender);
     }
@@ -267,7 +263,7 @@ void reportData_t::addStream(const record_t& record) {
 
 void reportData_t::addFix(const fix_t* fix) {
     if (fix != nullptr) {
-        m_track.add(*fix, m_positionMoment);
+        m_track.add(*fix);
     }
 }
 

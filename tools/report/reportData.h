@@ -141,7 +141,6 @@ private:
     std::vector<presence_t> m_presences;
     std::uint64_t m_unkeptSeries = 0;
     trackLines_t m_track;
-    std::optional<double> m_positionMoment; // of the last record with a position
     std::map<std::pair<std::string, unsigned>, satelliteInView_t> m_satellites;
     std::uint64_t m_beaconEveryNth = 1;
     std::uint64_t m_beaconCount = 0;

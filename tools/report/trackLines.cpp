@@ -38,11 +38,11 @@ void trackLines_t::join(piece_t& to, const piece_t& from) {
     to.count += from.count;
 }
 
-void trackLines_t::add(const fix_t& fix, std::optional<double> moment) {
+void trackLines_t::add(const fix_t& fix) {
     const thinningOptions_t options; // for the same gaps as in `kalo track`
     const std::optional<double> step = m_last ? timeBetween(*m_last, fix) : std::nullopt;
     trackPoint_t point;
-    point.time = fix.time ? fix.time : moment;
+    point.time = fix.time;
     point.latitude = fix.values[quantity_t::latitude] * degreesPerRadian;
     point.longitude = fix.values[quantity_t::longitude] * degreesPerRadian;
     if (fix.values.has(quantity_t::quality)) {

@@ -23,8 +23,7 @@ public:
     /// At most so many points are given.
     explicit trackLines_t(std::size_t most) : m_most(most / pointsOfPiece) {}
 
-    /// `moment` is that of its record, for a position without a time of its own.
-    void add(const fix_t& fix, std::optional<double> moment);
+    void add(const fix_t& fix);
     /// What follows begins another line.
     void endLine() { m_last.reset(); }
 
