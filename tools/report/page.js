@@ -99,10 +99,10 @@
     // Each series also has a pattern of its own. For people who confuse red and green the colours
     // differ in blue or in lightness.
     const themes = {
-        light: {series: ["#0b5fa5", "#d1570a", "#6a51a3", "#008573", "#8a6d00", "#b0307a", "#3a3f45", "#6f7f00"],
+        light: {series: ["#0a4f91", "#d1570a", "#3a3f45", "#1e8fc4", "#8a6d00", "#b0307a", "#008573", "#6a51a3"],
             quality: {4: "#0b5fa5", 5: "#2f8fd0", 3: "#6a51a3", 2: "#008573", 1: "#d1570a", 6: "#8a6d00", 7: "#3a3f45", 8: "#3a3f45", 0: "#b0307a", "-1": "#52606d"},
             grid: "#dde3e8", axis: "#8895a1"},
-        dark: {series: ["#6db6f2", "#ff9a52", "#b8a3e8", "#3fc7ae", "#d9b93b", "#f08cc0", "#d5dbe1", "#b9c84a"],
+        dark: {series: ["#6db6f2", "#ff9a52", "#e8edf2", "#3a7fd0", "#d9b93b", "#f08cc0", "#3fc7ae", "#b8a3e8"],
             quality: {4: "#6db6f2", 5: "#2f86c8", 3: "#b8a3e8", 2: "#3fc7ae", 1: "#ff9a52", 6: "#d9b93b", 7: "#d5dbe1", 8: "#d5dbe1", 0: "#f08cc0", "-1": "#a9b5c1"},
             grid: "#2c3742", axis: "#7d8a96"}};
     const patterns = [null, [7, 3], [2, 3], [9, 3, 2, 3], [14, 4], [4, 4], [2, 6], [9, 3, 2, 3, 2, 3]];
@@ -346,6 +346,7 @@
             // Without those for touching: a finger scrolls the page.
             interactionModel: {
                 mousedown: Dygraph.defaultInteractionModel.mousedown,
+                willDestroyContextMyself: true,
                 dblclick: () => setView(...whole)}});
         const cursor = element("div", {class: "cursor"});
         cursor.hidden = true;
@@ -468,7 +469,7 @@
     const qualities = {4: "4 RTK fixed", 5: "5 RTK float", 3: "3 precise (PPS)", 2: "2 differential", 1: "1 GPS",
         6: "6 estimated", 7: "7 manual", 8: "8 simulated", 0: "0 no fix", "-1": "quality not sent"};
     const qualityOrder = ["4", "5", "3", "2", "1", "6", "7", "8", "0", "-1"];
-    const qualityPatterns = {4: null, 5: [8, 4], 3: [12, 3, 2, 3], 2: [14, 3], 1: null, 6: [2, 5], 7: [2, 5], 8: [2, 5], 0: [2, 5], "-1": null};
+    const qualityPatterns = {4: null, 5: [8, 4], 3: [12, 3, 2, 3], 2: [14, 3], 1: null, 6: [2, 5], 7: [2, 5], 8: [2, 5], 0: [4, 8], "-1": null};
     const known = (quality) => qualities[quality] ? quality : -1;
 
     function addTrack() {
@@ -1034,7 +1035,7 @@
         byId("made").textContent = `Made by kalo ${data.version}. All times are UTC. The page holds all of its data and loads nothing.`;
     }
 
-    const report = {data, drawn, view: () => view, whole: () => whole, pointed: () => pointed};
+    const report = {data, drawn, looks: {themes, patterns, qualityPatterns}, view: () => view, whole: () => whole, pointed: () => pointed};
     window.kaloReport = report; // for tests and for the console
 
     addHead();
