@@ -283,6 +283,9 @@ for (const [width, height] of [[1400, 900], [820, 1100], [390, 800]]) {
             const page = await open(report, {width, height, dark});
             const wide = await page.evaluate(() => document.documentElement.scrollWidth);
             assert.ok(wide <= width, `the page is ${wide} pixels wide`);
+            const unfilled = await page.evaluate(() => [...document.querySelectorAll(".graph")].filter((graph) =>
+                Math.abs(graph.clientWidth - graph.querySelector("canvas").clientWidth) > 1).length);
+            assert.equal(unfilled, 0, "each plot fills its place");
             await page.screenshot({path: path.join(folder, `voyage-${width}${dark ? "-dark" : ""}.png`), fullPage: true});
             await page.evaluate(axe);
             const {violations} = await page.evaluate(() => axe.run(document, {resultTypes: ["violations"]}));
@@ -355,6 +358,9 @@ await test("prints on A4", async () => {
     const pdf = await page.pdf({path: path.join(folder, "voyage.pdf"), preferCSSPageSize: true, printBackground: true});
     const boxes = [...pdf.toString("latin1").matchAll(/\/MediaBox\s*\[\s*0 0 ([\d.]+) ([\d.]+)\s*\]/g)].map((box) => [Math.round(box[1]), Math.round(box[2])]);
     assert.ok(boxes.length >= 3 && boxes.length <= 20, `${boxes.length} pages`);
+    const pictures = pdf.toString("latin1").match(/\/Subtype\s*\/Image/g) || [];
+    const plots = await page.locator(".graph").count();
+    assert.ok(pictures.length >= plots, `${pictures.length} pictures of ${plots} plots`);
     boxes.forEach((box) => assert.deepEqual(box, [595, 842], "points of A4"));
     const printed = await page.evaluate(() => {
         window.dispatchEvent(new Event("beforeprint"));

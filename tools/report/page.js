@@ -295,8 +295,11 @@
         if (panel.undrawn > 0) {
             key.after(element("p", {class: "hint"}, `${plural(panel.undrawn, "further sender")} with fewer values not drawn.`));
         }
+        const longest = panel.series.reduce((most, series) =>
+            series.values.reduce((length, value) => value === null ? length : Math.max(length, value.toFixed(decimals).length), most), 0);
         const values = names.map((name, i) => {
             const value = element("span", {class: "value"});
+            value.style.minWidth = `${longest + unit.length + 2}ch`; // so that nothing moves when values come
             key.append(element("li", {}, element("span", {class: "sample"}), element("span", {}, name), value));
             return value;
         });
@@ -383,7 +386,8 @@
         paint();
         redraws.push(() => {
             paint();
-            plot.updateOptions(colours(), true);
+            // Paper shows finer points than a screen.
+            plot.updateOptions({...colours(), pixelRatio: isPrinted() ? 3 : null}, true);
             plot.resize();
             point();
         });
@@ -487,7 +491,6 @@
         if (points.length === 0) {
             return;
         }
-        show("track");
         const map = newMap("track-map", "Track of the vessel. Arrow keys move the map, plus and minus zoom.");
         const bounds = L.latLngBounds(points.map((point) => [point.latitude, point.longitude]));
         const fit = () => map.fitBounds(bounds, {padding: [26, 26], maxZoom: 24});
@@ -1047,7 +1050,9 @@
             byId("voyage-title").textContent = "Track";
         }
         const hasBoth = data.panels.length > 0 && data.track.lines.length > 0;
-        byId("columns").classList.toggle("hasTrack", hasBoth); // before the plots measure their width
+        // Before the plots measure their width.
+        byId("columns").classList.toggle("hasTrack", hasBoth);
+        byId("track").hidden = data.track.lines.length === 0;
         data.panels.forEach((panel, i) => addPlot(panel, i === data.panels.length - 1));
         addTrack();
     }
@@ -1099,9 +1104,20 @@
             redraw();
         }
     });
+    // A canvas that was just drawn prints empty: a picture of it stands in for it.
     const setPrinted = (isOn) => {
         document.documentElement.classList.toggle("printing", isOn);
         redraw();
+        document.querySelectorAll(".printed").forEach((picture) => picture.remove());
+        if (isOn) {
+            document.querySelectorAll(".graph canvas").forEach((canvas) => {
+                const picture = element("img", {class: "printed", alt: "", src: canvas.toDataURL()});
+                for (const side of ["position", "left", "top", "width", "height"]) {
+                    picture.style[side] = canvas.style[side];
+                }
+                canvas.after(picture);
+            });
+        }
     };
     window.addEventListener("beforeprint", () => setPrinted(true));
     window.addEventListener("afterprint", () => setPrinted(false));
