@@ -1,0 +1,225 @@
+"""The page of the report as a file: the data in it, its policy, and that it stays small. How it looks and
+answers is tested in a browser by script/browser."""
+import base64
+import hashlib
+import json
+import os
+import re
+import subprocess
+import unittest
+
+from kalo import ENVIRONMENT, TOOL, Test, completed, run, write
+
+
+def page(*arguments, data=b""):
+    status, out, err = run(["report", *arguments], data)
+    assert (status, err) == (0, ""), err
+    return out.decode()
+
+
+def dataOf(text):
+    return json.loads(re.search(r'<script type="application/json" id="data">(.*?)</script>', text,
+                                re.DOTALL)[1])
+
+
+def report(data, *arguments):
+    return dataOf(page(*arguments, data=data))
+
+
+def seriesOf(found, panel):
+    """Name, times in seconds of the day, and values of each series of a plot."""
+    result = {}
+    for one in next(each for each in found["panels"] if each["title"] == panel)["series"]:
+        time = 0
+        times = []
+        for step in one["times"]:
+            time += step
+            times.append(time / 1000 % 86400)
+        sender = one["sender"]
+        words = [sender["source"].strip("-"), sender["prefix"], sender["talker"], sender["type"], one["reference"]]
+        result[" ".join(filter(None, words))] = list(zip(times, one["values"]))
+    return result
+
+
+def second(number):
+    return b"%02d%02d%02d" % (number // 3600, number // 60 % 60, number % 60)
+
+
+DATE = completed(b"$GPZDA,000000,14,03,2026,,*hh\n")
+
+
+def joined(lines):
+    return b"".join(map(completed, lines))
+
+
+def headings(times, base=0, date=DATE):
+    """A log with headings, each the seconds of its time and `base`, with fixes that date them."""
+    lines = [b"$GPGGA,%s,1000.0,N,02000.0,E,4,08,0.9,10,M,46,M,,*hh\n$HEHDT,%d,T*hh\n"
+             % (second(time), base + time % 360) for time in times]
+    return date + joined(lines)
+
+
+class Data(Test):
+    def testValuesWithTheirTimes(self):
+        found = report(headings([10, 11, 12]))
+        self.assertEqual(seriesOf(found, "Course and heading"),
+                         {"HE HDT": [(10, 10), (11, 11), (12, 12)]})
+        self.assertEqual(seriesOf(found, "Satellites used"), {"GP GGA": [(10, 8), (11, 8), (12, 8)]})
+        self.assertEqual(found["track"]["lines"],
+                         [[[1773446400000 + 1000 * time, 10, 20, 4] for time in (10, 11, 12)]])
+
+    def testAGapBreaksTheLine(self):
+        times = [*range(10), *range(200, 210)]
+        found = seriesOf(report(headings(times)), "Course and heading")["HE HDT"]
+        self.assertEqual(found, [(time, time) for time in range(10)] + [(9, None)] +
+                         [(time, time) for time in range(200, 210)])
+
+    def testWindsAreToldApart(self):
+        found = report(DATE + completed(b"$WIMWV,30,R,10,M,A*hh\n$WIMWV,60,T,8,M,A*hh\n"
+                                        b"$WIMWD,90,T,,M,,N,7,M*hh\n$WIMWV,1,R,99,M,V*hh\n"))
+        self.assertEqual(seriesOf(found, "Wind speed"), {
+            "WI MWV relative": [(0, 10)], "WI MWV true": [(0, 8)], "WI MWD": [(0, 7)]})
+        self.assertEqual(seriesOf(found, "Wind direction"), {
+            "WI MWV relative": [(0, 30)], "WI MWV true": [(0, 60)], "WI MWD": [(0, 90)]})
+
+    def testLeastAndGreatestOfEachIntervalStay(self):
+        times = range(0, 20000)
+        spikes = {5000: 359, 12345: 358}
+        lines = [b"$GPGGA,%s,1000.0,N,02000.0,E,4,08,0.9,10,M,46,M,,*hh\n$HEHDT,%d,T*hh\n"
+                 % (second(time), spikes.get(time, 100)) for time in times]
+        text = page("--max-points", "100", data=DATE + joined(lines))
+        found = seriesOf(dataOf(text), "Course and heading")["HE HDT"]
+        self.assertLessEqual(len(found), 100)
+        self.assertGreater(len(found), 30)
+        self.assertEqual([point for point in found if point[1] != 100],
+                         [(5000, 359), (12345, 358)])
+        self.assertEqual((found[0], found[-1]), ((0, 100), (19999, 100)))
+
+    def testTheOutermostPositionsStay(self):
+        lines = [b"$GPGGA,%s,%09.4f,N,02000.0,E,%d,08,0.9,10,M,46,M,,*hh\n"
+                 % (second(time), 1000 + (30 if time == 7777 else 0), 5 if time == 3333 else 4)
+                 for time in range(10000)]
+        found = report(DATE + joined(lines), "--max-points", "100")["track"]
+        points = [point for line in found["lines"] for point in line]
+        self.assertLessEqual(len(points), 100)
+        self.assertGreater(found["length"], 100)
+        self.assertEqual([point[1:] for point in points if point[1] != 10], [[10.5, 20, 4]])
+        self.assertEqual([point[3] for point in points if point[3] != 4], [5])
+
+    def testDaysAreJoinedAndFeedsAreNot(self):
+        times = range(10, 40)
+        write("monday", headings(times))
+        write("tuesday", headings(times, date=completed(b"$GPZDA,000000,15,03,2026,,*hh\n")))
+        found = seriesOf(dataOf(page("monday", "tuesday")), "Course and heading")
+        day = [(time, time) for time in times]
+        self.assertEqual(found, {"HE HDT": day + [(39, None)] + day})
+        write("port", headings([10, 12]))
+        write("starboard", headings([11, 13], base=100))
+        found = seriesOf(dataOf(page("port", "starboard")), "Course and heading")
+        self.assertEqual(found, {"port HE HDT": [(10, 10), (12, 12)],
+                                 "starboard HE HDT": [(11, 111), (13, 113)]})
+
+    def testSinceAndUntil(self):
+        found = report(headings(range(100)), "--since", "2026-03-14T00:00:50Z",
+                       "--until", "2026-03-14T00:00:52Z")
+        self.assertEqual(seriesOf(found, "Course and heading"),
+                         {"HE HDT": [(50, 50), (51, 51), (52, 52)]})
+        self.assertEqual(len(found["track"]["lines"][0]), 3)
+        self.assertEqual(next(each["text"] for each in found["lines"] if each["head"] == "records"),
+                         "6 records: 6 decoded")
+
+    def testWithoutADateThereAreNoPlots(self):
+        found = report(headings([1, 2], date=b""))
+        self.assertEqual((found["panels"], found["undated"]), ([], 2))
+        self.assertEqual(found["track"]["lines"], [[[None, 10, 20, 4], [None, 10, 20, 4]]])
+
+    def testSatellitesAndBeacons(self):
+        found = report(DATE + completed(
+            b"$GPGSV,1,1,02,05,40,090,44,07,10,180,*hh\n$GPGSV,1,1,01,05,42,092,40*hh\n"
+            b"$PSIMSSB,000001,B01,A,,C,H,M,10,20,5,1,N,,*hh\n"
+            b"$PSIMSSB,000002,B01,A,,P,H,M,100,90,5,1,N,,*hh\n"
+            b"$PSIMSSB,000003,B01,V,,C,H,M,10,20,5,1,N,,*hh\n"
+            b"$PSIMSSB,000004,B01,A,,R,N,M,1000.0,02000.0,5,1,N,,*hh\n"))
+        five, seven = found["satellites"]
+        self.assertEqual((five["system"], five["prn"], [place[1:] for place in five["way"]][-1]),
+                         ("GPS", 5, [92, 42]))
+        self.assertEqual(five["signal"], {"count": 2, "least": 40, "mean": 42, "greatest": 44})
+        self.assertNotIn("signal", seven)
+        places = [[each[0], each[1], *(round(value, 6) for value in each[3:])]
+                  for each in found["beacons"]["places"]]
+        self.assertEqual(places, [["B01", False, 10, 20], ["B01", False, 100, 0]])
+        self.assertEqual(found["beacons"]["others"], 1)
+
+
+class Page(Test):
+    def testThePolicyNamesTheScriptAndTheStyle(self):
+        text = page(data=headings([1, 2]))
+        policy = re.search('http-equiv="Content-Security-Policy" content="([^"]*)"', text)[1]
+        self.assertTrue(policy.startswith("default-src 'none';"), policy)
+        for element, allowed in ("script", "script-src"), ("style", "style-src"):
+            content = re.search(f"<{element}>(.*?)</{element}>", text, re.DOTALL)[1]
+            hash = base64.b64encode(hashlib.sha256(content.encode()).digest()).decode()
+            self.assertIn(f"{allowed} 'sha256-{hash}';", policy)
+        for licence in "Permission is hereby granted", "Redistributions of source code must retain":
+            self.assertIn(licence, text)
+
+    def testNoTextOfTheInputIsMarkup(self):
+        data = DATE + b"</script><b> " + completed(b"$HEHDT,1,T*hh\n") + b"<!--<script>\n"
+        text = page(data=data)
+        self.assertEqual(text.count("</script>"), 2)
+        found = dataOf(text)
+        self.assertIn("/script><b", [each["sender"]["prefix"] for each in found["panels"][0]["series"]])
+        self.assertIn("<!--<script>", [each["raw"] for each in found["findings"]["groups"]])
+
+    def testTheCommandCanBeGivenAgain(self):
+        write("a 'quoted' name", headings([1]))
+        found = dataOf(page("--max-points", "100", "a 'quoted' name"))
+        self.assertEqual(found["command"], r"kalo report --max-points 100 'a '\\''quoted'\\'' name'")
+        self.assertEqual(found["inputs"], [{"name": "a 'quoted' name", "bytes": len(headings([1]))}])
+
+    def testUsage(self):
+        for arguments in (["--max-points", "99"], ["--max-points", "many"], ["--max-points", "1000001"],
+                          ["--since", "soon"]):
+            status, out, err = run(["report", *arguments])
+            self.assertEqual((status, out), (2, b""), arguments)
+
+    def testEmptyInput(self):
+        found = report(b"")
+        self.assertEqual((found["panels"], found["track"]["lines"], found["findings"]["groups"]),
+                         ([], [], []))
+
+
+class Bounds(Test):
+    def testManySendersNeedBoundedMemoryAndRoom(self):
+        """Prefixes, satellites, beacons, streams and faults without end."""
+        def log(count):
+            lines = [DATE]
+            for i in range(count):
+                lines.append(completed(
+                    b"p%d $GPGGA,%s,1000.0,N,02000.0,E,4,08,0.9,10,M,46,M,,*hh\n"
+                    b"$Z%dGSV,1,1,01,%d,40,090,44*hh\n"
+                    b"$PSIMSSB,%s,B%d,A,,C,H,M,10,20,5,1,N,,*hh\n"
+                    % (i, second(i % 86400), i % 10, i, second(i % 86400), i)))
+                lines.append(b"STR;m%d;place;RTCM 3.2;1004(1);2;GPS;net%d;GBR;50;0;1;0;g;none;B;N;9600;x\n"
+                             % (i, i))
+                lines.append(b"$a%d,1*00\n" % i)
+            return b"".join(lines)
+
+        def measured(name):
+            with open("page", "wb") as out:
+                child = subprocess.Popen([TOOL, "report", name], stdout=out, env=ENVIRONMENT)
+                _, status, usage = os.wait4(child.pid, 0)
+            self.assertEqual(status, 0)
+            return usage.ru_maxrss, os.path.getsize("page")
+
+        write("some", log(6000))
+        write("more", log(24000))
+        memory, size = measured("some")
+        memoryOfMore, sizeOfMore = measured("more")
+        self.assertLess(sizeOfMore, 1.1 * size)
+        self.assertLess(sizeOfMore, 5e6)
+        self.assertLess(memoryOfMore, 1.2 * memory + 4000)
+
+
+if __name__ == "__main__":
+    unittest.main()
