@@ -177,6 +177,15 @@ class Page(Test):
         self.assertEqual(found["command"], r"kalo report --max-points 100 'a '\\''quoted'\\'' name'")
         self.assertEqual(found["inputs"], [{"name": "a 'quoted' name", "bytes": len(headings([1]))}])
 
+    def testTheOutputFileIsThePage(self):
+        write("log", headings([1, 2]))
+        page("log", "--output", "report.html")
+        self.assertEqual(sorted(os.listdir()), ["log", "report.html"])
+        with open("report.html", encoding="utf-8") as file:
+            found = dataOf(file.read())
+        self.assertEqual(found["command"], "kalo report log --output report.html")
+        self.assertEqual(found["panels"], dataOf(page("log"))["panels"])
+
     def testUsage(self):
         for arguments in (["--max-points", "99"], ["--max-points", "many"], ["--max-points", "1000001"],
                           ["--since", "soon"]):
