@@ -56,6 +56,15 @@ def distance(a, b):
     return 2 * 6371008.8 * math.asin(math.sqrt(square))
 
 
+def systemOf(talker, prn):
+    systems = {"GL": "GLONASS", "GA": "Galileo", "GB": "BeiDou", "BD": "BeiDou", "GQ": "QZSS",
+               "QZ": "QZSS", "GI": "NavIC"}
+    if talker not in ("GP", "GN"):
+        return systems.get(talker, talker)
+    return ("GPS" if 1 <= prn <= 32 else "SBAS" if 33 <= prn <= 64 or 120 <= prn <= 158 else
+            "GLONASS" if 65 <= prn <= 96 else "QZSS" if 193 <= prn <= 202 else talker)
+
+
 def secondsBetween(time, clock, laterTime, laterClock):
     """By the dates, or else by the times of day."""
     if time is not None and laterTime is not None:
@@ -160,8 +169,10 @@ class Answers:
             if not isVoid(record):
                 self.findings["out-of-range"] += not least <= value <= greatest
         if record["type"] == "GSV":
-            self.signals[record.get("talker", "")] += [satellite["snr"] for satellite in
-                                               record.get("satellites", ()) if "snr" in satellite]
+            for satellite in record.get("satellites", ()):
+                if "snr" in satellite:
+                    system = systemOf(record.get("talker", ""), satellite.get("prn", 0))
+                    self.signals[system].append(satellite["snr"])
 
     def checkTime(self, record, own, clock, state, dates):
         text = re.sub(r"^.*?(?=[$!:])", "", record["raw"], 1)
@@ -219,9 +230,9 @@ def compare(tool, path):
                 faults += differs(f"{key} rate", (ours["count"] - 1) / (last - first),
                                   theirs["rate"])
     values = {(row["type"], row["value"]): row for row in summary["values"]}
-    signals = {(row.get("talker", ""), "snr"): row for row in summary["signals"]}
+    signals = {(row["system"], "snr"): row for row in summary["signals"]}
     for kind, of in ((answers.values, values),
-                     ({(talker, "snr"): all for talker, all in answers.signals.items() if all},
+                     ({(system, "snr"): all for system, all in answers.signals.items() if all},
                       signals)):
         faults += [f"{key} is missing" for key in kind.keys() ^ of.keys()]
         for key in kind.keys() & of.keys():

@@ -219,7 +219,7 @@ class Pages(Test):
                     out, err = process.communicate(timeout=30)
                 faults = re.findall(r"^(?!kalo: \d+ records?: ).+", err, re.MULTILINE)
                 self.assertEqual((process.returncode, faults), (int(name == "check"), []), command)
-                written = re.search(r">(\S+)$", command)
+                written = re.search(r"(?:>|--output )(\S+)$", command)
                 if written:
                     out = pathlib.Path(written[1]).read_text()
                 self.assertTrue(out or command.startswith(". <("), command)

@@ -5,6 +5,7 @@ import re
 import subprocess
 import sys
 import unittest
+import xml.etree.ElementTree
 
 import records
 from kalo import HAS_TERMINALS, ROOT, Test, completed, run, write
@@ -198,6 +199,16 @@ class Files(Test):
                          (1, b"", "kalo: standard output: Bad file descriptor\n"))
         self.assertEqual(run(["decode", "-q", "-", "ok"], preexec_fn=lambda: close(0)),
                          (1, expected[:len(expected) // 2], "kalo: -: Bad file descriptor\n"))
+
+    def testBuildServersSeeWhatIsMissing(self):
+        write("log", completed(b"$SDDPT,1*hh\n") + b"x\n")
+        status, out, _ = run(["check", "--junit", "--ignore", "silence", "log", "missing"])
+        suite = xml.etree.ElementTree.fromstring(out)
+        marked = {case.get("name"): [mark.tag for mark in case] for case in suite if len(case)}
+        self.assertEqual((status, marked), (1, {"not-a-known-record": ["failure"], "silence": ["skipped"],
+                                                "inputs-are-read": ["error"]}))
+        self.assertEqual([suite.get(key) for key in ("tests", "failures", "errors", "skipped")],
+                         [str(len(suite)), "1", "1", "1"])
 
     def testInputThatIsTheOutput(self):
         for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "tools/analysis/satelliteSystem.h"
 #include "tools/input/text.h"
 #include "tools/record/degrees.h"
 #include "tools/record/registry.h"
@@ -121,8 +122,10 @@ void summary_t::addMeasurements(const record_t& record, std::size_t number) {
     });
     for (const satellite_t& satellite : record.clue.satellites) {
         if (satellite.hasSnr) {
-            if (sender.signals == nullptr || m_names.isOthers(number)) {
-                sender.signals = &boundedPlace(m_signals, std::string(record.talker));
+            const char* const system = systemName(record.talker, satellite.prn);
+            if (sender.signals == nullptr || system != sender.system || m_names.isOthers(number)) {
+                sender.system = system;
+                sender.signals = &boundedPlace(m_signals, systemOf(record.talker, satellite.prn));
             }
             sender.signals->add(satellite.snr);
         }

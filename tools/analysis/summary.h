@@ -40,7 +40,8 @@ struct senderSummary_t {
     double longestGap = 0; ///< seconds between two consecutive records
     std::optional<double> latest;
     ranges_t* ranges = nullptr;      ///< of its type, once there are values
-    valueRange_t* signals = nullptr; ///< of its talker, once there are signals
+    const char* system = nullptr;    ///< of the satellite that came last
+    valueRange_t* signals = nullptr; ///< of this system
 
     /// Records a second; 0 if that is not known.
     double rate() const {
@@ -82,7 +83,7 @@ public:
     const std::vector<senderSummary_t>& sent() const { return m_sent; }
     /// By type.
     const std::map<std::string, ranges_t>& ranges() const { return m_ranges; }
-    /// Signal strengths in dB-Hz by talker.
+    /// Signal strengths in dB-Hz by satellite system, or by talker where that is not known.
     const std::map<std::string, valueRange_t>& signals() const { return m_signals; }
 
     const words_t& formats() const { return m_formats; }

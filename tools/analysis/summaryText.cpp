@@ -13,15 +13,6 @@ namespace {
 constexpr double knot = 1852.0 / 3600;
 constexpr double nauticalMile = 1852;
 
-struct system_t {
-    std::string_view talker;
-    const char* name;
-};
-
-constexpr system_t systems[] = {{"GP", "GPS"},    {"GL", "GLONASS"}, {"GA", "Galileo"},
-                                {"GB", "BeiDou"}, {"BD", "BeiDou"},  {"GQ", "QZSS"},
-                                {"QZ", "QZSS"},   {"GI", "NavIC"},   {"GN", "several"}};
-
 // A share in percent. 0 and 100 are printed only if they are exact.
 std::string percent(std::uint64_t part, std::uint64_t whole) {
     if (part == 0 || part == whole) {
@@ -62,9 +53,10 @@ void addVoyage(const summary_t& summary, const addLine_t& add) {
     }
     const positionBox_t& box = voyage.box();
     const auto degrees = [](double angle) { return angle * degreesPerRadian; };
-    add("position", fmt::format("latitude {:.6f} to {:.6f}, longitude {:.6f} to {:.6f}; {} fixes",
-                                degrees(box.south()), degrees(box.north()), degrees(box.west()),
-                                degrees(box.east()), voyage.fixes()));
+    add("position",
+        fmt::format("latitude {:.6f} to {:.6f}, longitude {:.6f} to {:.6f}; {} {}",
+                    degrees(box.south()), degrees(box.north()), degrees(box.west()),
+                    degrees(box.east()), voyage.fixes(), voyage.fixes() == 1 ? "fix" : "fixes"));
     std::string track = fmt::format("{:.1f} m ({:.2f} nautical miles)", voyage.distance(),
                                     voyage.distance() / nauticalMile);
     if (const std::optional<double> speed = voyage.meanSpeed()) {
@@ -75,8 +67,9 @@ void addVoyage(const summary_t& summary, const addLine_t& add) {
 }
 
 textTable_t sendersOf(const summary_t& summary) {
-    textTable_t all({{"source"},
-                     {"prefix"},
+    using width_t = textTable_t::width_t;
+    textTable_t all({{"source", false, width_t::cut},
+                     {"prefix", false, width_t::cut},
                      {"talker"},
                      {"type"},
                      {"count", true},
@@ -84,8 +77,8 @@ textTable_t sendersOf(const summary_t& summary) {
                      {"void", true},
                      {"empty", true},
                      {"gap", true},
-                     {"first"},
-                     {"last"}});
+                     {"first", false, width_t::leftOut},
+                     {"last", false, width_t::leftOut}});
     const bool isOneInput = summary.inputs() < 2;
     for (std::size_t i = 0; i < summary.sent().size(); ++i) {
         const senderName_t& name = summary.senders()[i];
@@ -123,8 +116,8 @@ textTable_t rangesOf(const summary_t& summary) {
             }
         }
     }
-    for (const auto& [talker, range] : summary.signals()) {
-        add("signal strength", printable(systemOf(talker)), range, "dB-Hz");
+    for (const auto& [system, range] : summary.signals()) {
+        add("signal strength", printable(system), range, "dB-Hz");
     }
     return all;
 }
@@ -148,15 +141,6 @@ textTable_t nearOf(const summary_t& summary) {
 }
 
 } // namespace
-
-std::string systemOf(const std::string& talker) {
-    for (const system_t& system : systems) {
-        if (system.talker == talker) {
-            return system.name;
-        }
-    }
-    return talker;
-}
 
 std::vector<summaryLine_t> summaryLines(const summary_t& summary) {
     std::vector<summaryLine_t> lines;

@@ -22,6 +22,3 @@ struct summaryTable_t {
 
 /// Those that have rows: the senders, the ranges of values, the words of sourcetables.
 std::vector<summaryTable_t> summaryTables(const summary_t& summary);
-
-/// The satellite system of a talker; the talker itself if it stands for none.
-std::string systemOf(const std::string& talker);

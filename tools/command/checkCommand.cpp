@@ -19,8 +19,7 @@ public:
         : m_options(options), m_output(output) {}
 
     void take(finding_t finding) override {
-        const auto& ignored = m_options.ignored;
-        if (std::find(ignored.begin(), ignored.end(), finding.id) != ignored.end()) {
+        if (isIgnored(finding.id)) {
             return;
         }
         (isFault(finding.id) ? m_faults : m_notes) += finding.count;
@@ -31,9 +30,10 @@ public:
         m_groups.take(std::move(finding));
     }
 
-    void finish() {
+    /// `areRead` is false if an input could not be read to its end.
+    void finish(bool areRead) {
         if (m_options.format == checkFormat_t::junit) {
-            printJunit();
+            printJunit(areRead);
             return;
         }
         for (const finding_t& group : m_groups.all()) {
@@ -114,8 +114,14 @@ private:
         return xml;
     }
 
-    void printJunit() {
+    bool isIgnored(findingId_t id) const {
+        const auto& ignored = m_options.ignored;
+        return std::find(ignored.begin(), ignored.end(), id) != ignored.end();
+    }
+
+    void printJunit(bool areRead) {
         std::size_t failures = 0;
+        std::size_t skipped = 0;
         std::string cases;
         for (std::size_t i = 0; i < findingKindCount; ++i) {
             const auto id = static_cast<findingId_t>(i);
@@ -125,7 +131,10 @@ private:
             }
             cases +=
                 fmt::format("  <testcase classname=\"kalo.check\" name=\"{}\"", kindOf(id).name);
-            if (text.empty()) {
+            if (isIgnored(id)) {
+                ++skipped;
+                cases += ">\n    <skipped/>\n  </testcase>\n";
+            } else if (text.empty()) {
                 cases += "/>\n";
             } else if (isFault(id)) {
                 ++failures;
@@ -136,10 +145,15 @@ private:
                     fmt::format(">\n    <system-out>{}</system-out>\n  </testcase>\n", xmlOf(text));
             }
         }
-        m_output.buffer().append(fmt::format(
-            "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-            "<testsuite name=\"kalo check\" tests=\"{}\" failures=\"{}\">\n{}</testsuite>\n",
-            findingKindCount, failures, cases));
+        cases += "  <testcase classname=\"kalo.check\" name=\"inputs-are-read\"";
+        cases += areRead ? "/>\n"
+                         : ">\n    <error message=\"an input could not be read to its end\"/>"
+                           "\n  </testcase>\n";
+        m_output.buffer().append(
+            fmt::format("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
+                        "<testsuite name=\"kalo check\" tests=\"{}\" failures=\"{}\" errors=\"{}\" "
+                        "skipped=\"{}\">\n{}</testsuite>\n",
+                        findingKindCount + 1, failures, areRead ? 0 : 1, skipped, cases));
     }
 
     const checkCommandOptions_t& m_options;
@@ -171,7 +185,7 @@ int checkCommand(const checkCommandOptions_t& options) {
     findings_t findings(options, output);
     checkConsumer_t consumer(options.check, findings);
     const bool areRead = readRecords(options.files, options.read, output, consumer);
-    findings.finish();
+    findings.finish(areRead);
     if (options.format == checkFormat_t::text) {
         output.buffer().append(fmt::format(
             "{} {}, {} {}\n", findings.faults(), findings.faults() == 1 ? "fault" : "faults",

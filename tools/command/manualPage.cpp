@@ -70,7 +70,8 @@ public:
     std::string finish(const std::vector<std::string>& others) {
         section("EXIT STATUS");
         entry(bold("0"), "All input was read and all output written. Malformed records are no "
-                         "error.");
+                         "error, except for " +
+                             bold("kalo check") + ".");
         entry(bold("1"), "Something could not be read or written; " + bold("kalo encode") + " or " +
                              bold("kalo time") + " refused a value; or " + bold("kalo check") +
                              " found a fault.");

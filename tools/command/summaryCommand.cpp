@@ -140,8 +140,8 @@ json_t jsonOf(const summary_t& summary) {
         }
     }
     all["signals"] = json_t::array();
-    for (const auto& [talker, range] : summary.signals()) {
-        json_t signal = {{"talker", textOf(talker)}, {"system", textOf(systemOf(talker))}};
+    for (const auto& [system, range] : summary.signals()) {
+        json_t signal = {{"system", textOf(system)}};
         setRange(signal, range);
         all["signals"].push_back(signal);
     }

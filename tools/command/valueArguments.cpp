@@ -76,8 +76,11 @@ void takeEvery(const std::string& text, thinningOptions_t& out) {
     if (unit != 's' && unit != 'm') {
         throw usageError_t("no such step: " + printable(text) + " (expected 10s or 50m)");
     }
-    (unit == 's' ? out.everySeconds : out.everyMetres) =
-        positiveOfArgument(text.substr(0, text.size() - 1));
+    double& step = unit == 's' ? out.everySeconds : out.everyMetres;
+    if (step > 0) {
+        throw usageError_t("two steps with one unit: " + printable(text));
+    }
+    step = positiveOfArgument(text.substr(0, text.size() - 1));
 }
 
 option_t positive(const char* names, const char* operand, double& out, const char* help) {

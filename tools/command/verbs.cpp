@@ -364,6 +364,13 @@ texts_t findingNames() {
     return names;
 }
 
+void setFormat(checkFormat_t& format, checkFormat_t wanted) {
+    if (format != checkFormat_t::text && format != wanted) {
+        throw usageError_t("--json and --junit cannot be combined");
+    }
+    format = wanted;
+}
+
 command_t checkVerb() {
     const auto options = std::make_shared<checkCommandOptions_t>();
     checkOptions_t& check = options->check;
@@ -392,14 +399,21 @@ command_t checkVerb() {
                        "Report a longer time between two records of a sender as a jump (default "
                        "60)"),
               {"--json", nullptr, "Print a JSON object for each finding or group",
-               [options](const std::string& /*none*/) { options->format = checkFormat_t::json; }},
+               [options](const std::string& /*none*/) {
+                   setFormat(options->format, checkFormat_t::json);
+               }},
               {"--junit", nullptr, "Print JUnit XML, for the test reports of build servers",
-               [options](const std::string& /*none*/) { options->format = checkFormat_t::junit; }},
+               [options](const std::string& /*none*/) {
+                   setFormat(options->format, checkFormat_t::junit);
+               }},
               outputOption(options->output)},
              readingOptions(options->read)),
          {},
          path_t::file},
         [options](const texts_t& operands) {
+            if (options->printsEach && options->format == checkFormat_t::junit) {
+                throw usageError_t("--each and --junit cannot be combined");
+            }
             options->files = operands;
             return checkCommand(*options);
         },

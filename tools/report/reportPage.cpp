@@ -7,6 +7,7 @@
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
 
+#include "tools/analysis/satelliteSystem.h"
 #include "tools/analysis/summaryText.h"
 #include "tools/output/jsonString.h"
 #include "tools/report/page.h" // made by CMake
@@ -256,7 +257,7 @@ json_t satellitesOf(const reportData_t& data) {
     json_t all = json_t::array();
     for (const auto& [key, satellite] : data.satellites()) {
         json_t object = {{"talker", textOf(key.first)},
-                         {"system", textOf(systemOf(key.first))},
+                         {"system", textOf(systemOf(key.first, key.second))},
                          {"prn", key.second},
                          {"way", json_t::array()}};
         const auto add = [&](const satelliteInView_t::place_t& place) {

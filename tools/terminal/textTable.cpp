@@ -36,16 +36,21 @@ std::vector<std::size_t> textTable_t::widths(std::size_t width) const {
     };
     while (width != 0 && total() > width + gap) {
         std::size_t longest = m_columns.size();
+        std::size_t least = m_columns.size(); // the last one that may be left out
         for (std::size_t i = 0; i < m_columns.size(); ++i) {
-            if (!m_columns[i].isNumber && widths[i] > shortest &&
+            if (m_columns[i].width == width_t::cut && widths[i] > shortest &&
                 (longest == m_columns.size() || widths[i] > widths[longest])) {
                 longest = i;
             }
+            least = m_columns[i].width == width_t::leftOut && widths[i] > 0 ? i : least;
         }
-        if (longest == m_columns.size()) {
+        if (longest != m_columns.size()) {
+            --widths[longest];
+        } else if (least != m_columns.size()) {
+            widths[least] = 0;
+        } else {
             break;
         }
-        --widths[longest];
     }
     return widths;
 }

@@ -6,9 +6,13 @@
 
 class textTable_t {
 public:
+    /// What may happen to a column if the lines would be too long.
+    enum class width_t { kept, cut, leftOut };
+
     struct column_t {
         std::string head;
-        bool isNumber = false; ///< aligned right, never cut
+        bool isNumber = false; ///< aligned right
+        width_t width = width_t::kept;
     };
 
     explicit textTable_t(std::vector<column_t> columns) : m_columns(std::move(columns)) {}
@@ -20,8 +24,8 @@ public:
     const std::vector<std::vector<std::string>>& rows() const { return m_rows; }
 
     /// Prints a line of headings, then the rows, for this descriptor. Columns without any text are
-    /// left out. If lines would be longer than the terminal is wide, texts are cut, the longest
-    /// first.
+    /// left out. If lines would be longer than the terminal is wide, texts that may be are cut, the
+    /// longest first; then columns that may be are left out, the last one first.
     std::string text(int descriptor) const;
 
 private:
