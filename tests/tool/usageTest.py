@@ -46,6 +46,8 @@ class Words(Test):
                 ("x\x1B[31m" + "y" * 300, r"no such command: x\x1B[31m" + "y" * 194 + "..."),
                 ("--raw", "no such option: --raw"),
                 ("decode --radian", "decode: no such option: --radian; did you mean --radians?"),
+                ("summary --max", "summary: no such option: --max; did you mean --max-speed?"),
+                ("decode --rad=1", "decode: no such option: --rad; did you mean --radians?"),
                 ("decode --type RMC,SATELITES",
                  "decode: --type: no such record type: SATELITES; did you mean SATELLITES?"),
                 ("check --ignore silense",

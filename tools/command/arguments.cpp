@@ -134,7 +134,7 @@ std::vector<std::string> parseArguments(const verb_t& verb,
         if (option == nullptr) {
             refuse(verb, isLong ? name : std::string{'-', static_cast<char>(optopt)});
         }
-        if (code >= firstLong && name != longName(*option)) {
+        if ((isWrong ? optopt : code) >= firstLong && name != longName(*option)) {
             refuse(verb, name); // an abbreviation: a later option could make it ambiguous
         }
         take(*option, code, given);

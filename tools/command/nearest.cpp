@@ -31,6 +31,14 @@ std::size_t distance(std::string_view a, std::string_view b) {
     return row.back();
 }
 
+// Whether `word`, of some letters, is how `candidate` begins.
+bool isBegun(std::string_view word, std::string_view candidate) {
+    constexpr std::size_t some = 3;
+    return word.size() >= some && word.size() < candidate.size() &&
+           std::equal(word.begin(), word.end(), candidate.begin(),
+                      [](char a, char b) { return lower(a) == lower(b); });
+}
+
 } // namespace
 
 std::string nearest(std::string_view word, const std::vector<std::string_view>& candidates) {
@@ -40,7 +48,7 @@ std::string nearest(std::string_view word, const std::vector<std::string_view>& 
     std::string_view best;
     std::size_t least = word.size() / 3 + 1;
     for (const std::string_view candidate : candidates) {
-        const std::size_t changes = distance(word, candidate);
+        const std::size_t changes = isBegun(word, candidate) ? 1 : distance(word, candidate);
         if (changes <= least && (best.empty() || changes < least)) {
             least = changes;
             best = candidate;

@@ -252,36 +252,38 @@ command_t fieldsVerb() {
 command_t schemaVerb() {
     const auto options = std::make_shared<schemaOptions_t>();
     valueOptions_t& values = options->table.values;
-    return {{"schema",
-             "",
-             "Describe the records of decode for programs: JSON Schema, or DuckDB's column types",
-             "Prints the JSON Schema of the records that kalo decode prints, or the types of the\n"
-             "columns for DuckDB. Give the options that decode is given: they change the records.",
-             {{{"kalo schema --type GGA", "Print the JSON Schema of GGA records"},
-               {"kalo schema --for duckdb --type GGA --format csv",
-                "Print the types of the columns of a GGA table, for DuckDB"}}},
-             {{"-t,--type", "A,B",
-               "Describe only these types; also untyped-records and malformed-records, for the "
-               "records without a type",
-               [options](const std::string& text) { options->types.push_back(text); },
-               times_t::list, [options] { return allTables(options->dictionary); }},
-              choiceOption("--for", "PROGRAM", programs,
-                           "Print the types of the columns of one type for this program",
-                           [options](bool isDuckdb) { options->isForDuckdb = isDuckdb; }),
-              formatOption(options->format),
-              columnsOption(options->table.columns),
-              flag("--explain", values.explain, "With timeRule"),
-              flag("--epoch", values.epoch, "Times are Unix seconds"),
-              flag("--radians", values.radians, "Angles are in radians, not degrees"),
-              sentencesOption(options->dictionary)}},
-            [options](const texts_t& operands) {
-                if (!operands.empty()) {
-                    throw usageError_t("unexpected argument: " + printable(operands[0]) +
-                                       "; types are given with --type");
-                }
-                completeSchema(*options);
-                return schemaCommand(*options);
-            }};
+    return {
+        {"schema",
+         "",
+         "Describe the records of decode for programs: JSON Schema, or DuckDB's column types",
+         "Prints the JSON Schema of the records that kalo decode prints, or the types of the\n"
+         "columns for DuckDB. --epoch, --radians, --explain and --sentences change the records of\n"
+         "decode; give them here too.",
+         {{{"kalo schema --type GGA", "Print the JSON Schema of GGA records"},
+           {"kalo schema --for duckdb --type GGA --format csv",
+            "Print the types of the columns of a GGA table, for DuckDB"}}},
+         {{"-t,--type", "A,B",
+           "Describe only these types; also untyped-records and malformed-records, for the "
+           "records without a type",
+           [options](const std::string& text) { options->types.push_back(text); }, times_t::list,
+           [options] { return allTables(options->dictionary); }},
+          choiceOption("--for", "PROGRAM", programs,
+                       "Print the types of the columns of one type for this program",
+                       [options](bool isDuckdb) { options->isForDuckdb = isDuckdb; }),
+          formatOption(options->format),
+          columnsOption(options->table.columns),
+          flag("--explain", values.explain, "With the key timeRule"),
+          flag("--epoch", values.epoch, "Times are Unix seconds"),
+          flag("--radians", values.radians, "Angles are in radians, not degrees"),
+          sentencesOption(options->dictionary)}},
+        [options](const texts_t& operands) {
+            if (!operands.empty()) {
+                throw usageError_t("unexpected argument: " + printable(operands[0]) +
+                                   "; types are given with --type");
+            }
+            completeSchema(*options);
+            return schemaCommand(*options);
+        }};
 }
 
 command_t timeVerb() {
@@ -428,7 +430,7 @@ command_t trackVerb() {
          "[FILE...]",
          "Write the track of the vessel as GeoJSON, GPX or KML",
          "Writes one point for each instant, from the best position that came with it, and what\n"
-         "else was measured then.",
+         "else was measured then. Reads standard input if no FILE is given or for -.",
          {{{"kalo track --format gpx voyage.log >voyage.gpx", "Write the track as GPX"},
            {"kalo track --every 10s voyage.log >voyage.geojson",
             "Write a point every 10 seconds as GeoJSON"}}},
@@ -437,11 +439,11 @@ command_t trackVerb() {
                            "Write GeoJSON (the default), GPX or KML",
                            [options](trackFormat_t format) { options->format = format; }),
               positive("--max-gap", "SECONDS", thinning.maxGap,
-                       "Break the line where more is between two points (60)"),
+                       "Begin a new line after so long without a point (default 60)"),
               {"--every", "STEP", "At least this from point to point: 10s, 50m, or both",
                [&thinning](const std::string& text) { takeEvery(text, thinning); }, times_t::again},
               positive("--tolerance", "METRES", thinning.tolerance,
-                       "Leave out points that are no farther from the line without them"),
+                       "Leave out points that move the line by no more than this"),
               outputOption(options->output)},
              readingOptions(options->read)),
          {},
