@@ -122,6 +122,24 @@ class Output(Test):
         self.assertTrue(os.path.islink("link"))
         self.assertEqual(os.listdir("folder"), ["out"])
         self.assertIn(b'"depth":1', pathlib.Path("link").read_bytes())
+        os.remove("folder/out")  # a link that names nothing yet
+        self.assertEqual(run(["decode", "-q", "-o", "link", "log"])[0], 0)
+        self.assertTrue(os.path.islink("link"))
+        self.assertEqual(os.listdir("folder"), ["out"])
+
+    def testPermissions(self):
+        """A file that only its owner may read stays so."""
+        write("log", DEPTH)
+        os.chmod(write("out", b"old"), 0o600)
+        self.assertEqual(run(["decode", "-q", "-o", "out", "log"])[0], 0)
+        self.assertEqual(os.stat("out").st_mode & 0o777, 0o600)
+
+    def testPartIsNoFile(self):
+        """The message names the file that cannot be written."""
+        write("log", DEPTH)
+        os.symlink("nowhere", "out.part")
+        self.assertEqual(run(["decode", "-q", "-o", "out", "log"]),
+                         (1, b"", "kalo: out: out.part: Too many levels of symbolic links\n"))
 
     def testRefused(self):
         """An input is not overwritten, under either name, and nothing is written."""

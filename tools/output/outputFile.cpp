@@ -14,6 +14,8 @@
 
 namespace {
 
+constexpr mode_t allModes = 07777;
+
 std::string lastReason() { return std::strerror(errno); }
 
 // -1 with `errno` if it cannot be opened. To open a pipe waits for its reader; a stop signal ends
@@ -26,6 +28,17 @@ int openForWriting(const std::string& path, int flags) {
             open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NOCTTY | flags, readAndWrite);
     } while (descriptor < 0 && errno == EINTR && stopSignal() == 0);
     return descriptor;
+}
+
+// What a symbolic link names in the end, be it there or not.
+std::string named(const std::string& path) {
+    constexpr int mostLinks = 40; // as the system has it
+    std::error_code none;
+    std::filesystem::path name = path;
+    for (int i = 0; i < mostLinks && std::filesystem::is_symlink(name, none); ++i) {
+        name = name.parent_path() / std::filesystem::read_symlink(name, none);
+    }
+    return name.string();
 }
 
 } // namespace
@@ -47,20 +60,25 @@ std::string outputFile_t::open(const std::string& path, const std::vector<std::s
         m_descriptor = STDOUT_FILENO; // such as /dev/stdout
         return {};
     }
-    std::error_code none;
-    m_path = std::filesystem::is_symlink(path, none) && isThere
-                 ? std::filesystem::canonical(path, none).string()
-                 : path;
+    m_path = named(path);
     if (isDirect || (isThere && !S_ISREG(file.st_mode))) {
         m_descriptor = openForWriting(m_path, 0);
         return begin(inputs);
     }
     m_descriptor = openForWriting(m_path + ".part", O_NOFOLLOW | O_NONBLOCK);
-    std::string fault = begin(inputs);
-    if (fault.empty()) {
-        m_part = m_path + ".part";
+    if (m_descriptor >= 0 && isThere) { // the file that it replaces may be for few to read
+        static_cast<void>(fchmod(m_descriptor, file.st_mode & allModes));
     }
-    return fault;
+    const std::string fault = begin(inputs);
+    if (!fault.empty()) { // which may be for what stands in the place of the part
+        std::error_code none;
+        const bool isOfPart =
+            fault != sameFileText &&
+            std::filesystem::exists(std::filesystem::symlink_status(m_path + ".part", none));
+        return isOfPart ? m_path + ".part: " + fault : fault;
+    }
+    m_part = m_path + ".part";
+    return {};
 }
 
 // Empties the file that was opened.
