@@ -2,6 +2,7 @@
 
 #include <cstdlib>
 #include <memory>
+#include <string_view>
 
 #include <archive.h>
 #include <bzlib.h>
@@ -30,7 +31,8 @@ std::string libraryFile() {
     const std::unique_ptr<char, decltype(&std::free)> path(realpath(place.dli_fname, nullptr),
                                                            &std::free);
     const std::string name = path ? path.get() : place.dli_fname;
-    return name.find("libkalo.") == std::string::npos ? "" : name;
+    constexpr std::string_view stem = "libkalo.";
+    return name.compare(name.rfind('/') + 1, stem.size(), stem) == 0 ? name : "";
 }
 
 // 9.1.0 of 90100, whose parts are `step` apart.
