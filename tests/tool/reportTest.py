@@ -41,6 +41,11 @@ def seriesOf(found, panel):
     return result
 
 
+def gapsOf(strip):
+    """Their begins and ends in seconds of the day."""
+    return [tuple(time / 1000 % 86400 for time in gap) for gap in strip["gaps"]]
+
+
 def second(number):
     return b"%02d%02d%02d" % (number // 3600, number // 60 % 60, number % 60)
 
@@ -73,6 +78,34 @@ class Data(Test):
         found = seriesOf(report(headings(times)), "Course and heading")["HE HDT"]
         self.assertEqual(found, [(time, time) for time in range(10)] + [(9, None)] +
                          [(time, time) for time in range(200, 210)])
+
+    def testGapsOfALongRecordingAreKept(self):
+        times = [time for time in range(1, 20000) if not 5000 <= time < 5050 and time != 9000]
+        found = report(headings(times))
+        senders = next(table for table in found["tables"] if table["title"] == "Senders")["rows"]
+        for strip in found["presence"]["strips"]:
+            if strip["sender"]["type"] == "ZDA":
+                continue
+            self.assertEqual(gapsOf(strip), [(4999, 5050)])
+            self.assertLessEqual(len(strip["runs"]), 200)
+            row = next(row for row in senders if row[3] == strip["sender"]["type"])
+            self.assertEqual((str(strip["count"]), strip["rate"], strip["longestGap"]),
+                             (row[4], row[5], row[8]))
+            self.assertEqual(strip["longestGap"], "51.0 s")
+
+    def testBurstsHaveNoGaps(self):
+        times = [base + step for base in range(0, 1000, 60) for step in range(10)]
+        found = report(headings(times))
+        self.assertEqual([gapsOf(strip) for strip in found["presence"]["strips"]], [[]] * 3)
+
+    def testStripsAreInTheOrderOfTime(self):
+        found = report(headings([*range(1000, 1100), *range(500, 600), *range(2000, 2100)]))
+        strip = next(each for each in found["presence"]["strips"] if each["sender"]["type"] == "HDT")
+        runs = [(begin / 1000 % 86400, end / 1000 % 86400, count) for begin, end, count in strip["runs"]]
+        self.assertEqual(runs, sorted(runs))
+        self.assertEqual((sum(run[2] for run in runs), runs[0][0], runs[-1][1]), (300, 500, 2099))
+        self.assertTrue(all(a[1] <= b[0] for a, b in zip(runs, runs[1:])), runs)
+        self.assertEqual(gapsOf(strip), [(599, 1000), (1099, 2000)])
 
     def testWindsAreToldApart(self):
         found = report(DATE + completed(b"$WIMWV,30,R,10,M,A*hh\n$WIMWV,60,T,8,M,A*hh\n"

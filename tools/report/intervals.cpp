@@ -1,6 +1,7 @@
 #include "tools/report/intervals.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace {
 
@@ -66,7 +67,7 @@ void intervals_t::thin() {
         bool isPaired = true;
         for (const interval_t& interval : m_all) {
             const bool joins =
-                !isPaired && !(keepsGaps && isGap(interval.first - m_all[kept - 1].last));
+                !isPaired && !(keepsGaps && isGap(std::abs(interval.first - m_all[kept - 1].last)));
             if (joins) {
                 join(m_all[kept - 1], interval);
             } else {

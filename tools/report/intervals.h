@@ -27,6 +27,9 @@ public:
 
     const std::vector<interval_t>& all() const { return m_all; }
     std::uint64_t count() const { return m_count; }
+    /// In the order in which they came; there must be a value.
+    double first() const { return m_all.front().first; }
+    double last() const { return m_all.back().last; }
     /// The greatest number of values in an interval; 1 as long as every value is kept.
     std::uint64_t length() const { return m_length; }
     /// Whether so many seconds without a value are a gap: more than a minute and more than ten

@@ -771,33 +771,39 @@
     // ---- rates and gaps
 
     // The pieces of a strip: where records came without a gap, and at what rate.
-    function piecesOf(runs, gap, usual) {
+    function piecesOf({runs, gaps, usualStep}) {
         const chunks = []; // of at least eight records, so that a rate can be told
         runs.forEach(([begin, end, count], i) => {
-            const next = i + 1 < runs.length ? runs[i + 1][0] : Infinity;
-            const isLast = next - end > gap;
+            const next = i + 1 < runs.length ? runs[i + 1][0] : end + usualStep;
             const last = chunks[chunks.length - 1];
-            if (last && !last.isClosed) {
+            if (last && !(last.count >= 8 && last.end - last.begin >= 5 * usualStep)) {
                 last.count += count;
-                last.end = isLast ? end + usual : next;
+                last.end = next;
             } else {
-                chunks.push({begin, count, end: isLast ? end + usual : next});
+                chunks.push({begin, count, end: next});
             }
-            const chunk = chunks[chunks.length - 1];
-            chunk.isClosed = isLast || (chunk.count >= 8 && chunk.end - chunk.begin >= 5 * usual);
         });
-        const rateOf = (chunk) => chunk.count / Math.max(1, chunk.end - chunk.begin);
+        // The last record before a gap stands for one usual step.
+        const empty = gaps.map(([begin, end]) => [Math.min(begin + usualStep, end), end]);
+        const emptyIn = (chunk) => empty.reduce((sum, [begin, end]) =>
+            sum + Math.max(0, Math.min(end, chunk.end) - Math.max(begin, chunk.begin)), 0);
+        const rateOf = (chunk) => chunk.count / Math.max(1, chunk.end - chunk.begin - emptyIn(chunk));
         const rates = chunks.filter((chunk) => chunk.count >= 8).map(rateOf).sort((a, b) => a - b);
         const typical = rates.length > 0 ? rates[rates.length >> 1] : 0;
         const pieces = [];
         for (const chunk of chunks) {
             const share = typical > 0 && chunk.count >= 8 ? rateOf(chunk) / typical : 1;
             const shade = share >= 0.75 ? "strong" : share >= 0.25 ? "middle" : "weak";
-            const last = pieces[pieces.length - 1];
-            if (last && last.shade === shade && chunk.begin <= last.end + 1) {
-                last.end = chunk.end;
-            } else {
-                pieces.push({begin: chunk.begin, end: chunk.end, shade});
+            let from = chunk.begin;
+            for (const [begin, end] of [...empty, [chunk.end, Infinity]]) {
+                const to = Math.min(begin, chunk.end);
+                const last = pieces[pieces.length - 1];
+                if (to > from && last && last.shade === shade && from <= last.end + 1) {
+                    last.end = to;
+                } else if (to > from || (from === chunk.begin && begin >= chunk.end)) {
+                    pieces.push({begin: from, end: to, shade});
+                }
+                from = Math.max(from, end);
             }
         }
         return pieces;
@@ -812,16 +818,9 @@
         const senders = strips.map((strip) => strip.sender);
         for (const strip of strips) {
             strip.name = senderText(strip.sender, senders);
-            const runs = strip.runs;
-            const span = runs[runs.length - 1][1] - runs[0][0];
-            strip.rate = span > 0 ? (strip.count - 1) / span * second : 0;
-            const steps = runs.slice(1).map((run, i) => Math.max(0, run[0] - runs[i][1])).sort((a, b) => a - b);
-            strip.gap = steps.length > 0 ? steps[steps.length - 1] : 0;
-            // What comes in bursts has long steps that are no gaps.
-            const usual = steps.length > 0 ? steps[Math.floor(0.9 * (steps.length - 1))] : 0;
-            strip.pieces = piecesOf(runs, Math.max(2.5 * usual, strip.rate > 0 ? 2.5 * second / strip.rate : 0), usual);
+            strip.pieces = piecesOf(strip);
         }
-        const rateText = (strip) => strip.rate > 0 ? `${Number(strip.rate.toPrecision(3))}/s` : "";
+        const rateText = (strip) => strip.rate === "" ? "" : `${strip.rate}/s`;
         const undrawn = data.presence.undrawn;
         byId("presence-hint").textContent = "When the records of each sender came. Dark: at its usual rate; paler: below three quarters " +
             `and below a quarter of it; empty: none.${undrawn > 0 ? ` ${plural(undrawn, "further sender")} with fewer records not drawn.` : ""}`;
@@ -849,7 +848,7 @@
                     shape("text", {x: 0, y: y + (isNarrow ? 12 : 15)}, name),
                     shape("text", {x: isNarrow ? width : left - 10, y: y + (isNarrow ? 12 : 15), "text-anchor": "end", class: "faint"}, rateText(strip)));
                 const group = shape("g", {class: "strip", "data-name": strip.name});
-                group.append(shape("title", {}, `${strip.name}: ${plural(strip.count, "record")}${strip.gap > 0 ? `, longest gap ${durationText(strip.gap)}` : ""}`));
+                group.append(shape("title", {}, `${strip.name}: ${plural(strip.count, "record")}${strip.longestGap === "" ? "" : `, longest gap ${strip.longestGap}`}`));
                 for (const {begin, end, shade} of strip.pieces) {
                     const from = Math.max(x(begin), left);
                     const to = Math.min(Math.max(x(end), x(begin) + 1), width - 2);

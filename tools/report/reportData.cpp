@@ -78,6 +78,15 @@ bool isSameSender(const senderName_t& a, const senderName_t& b) {
     return a.prefix == b.prefix && a.talker == b.talker && a.type == b.type;
 }
 
+const intervals_t& timesOf(const series_t& series) { return series.values; }
+const presenceTimes_t& timesOf(const presence_t& presence) { return presence.times; }
+
+void append(series_t& to, const series_t& later) { to.values.append(later.values); }
+void append(presence_t& to, const presence_t& later) {
+    to.times.append(later.times);
+    to.numbers.insert(to.numbers.end(), later.numbers.begin(), later.numbers.end());
+}
+
 // Positions make the track; letters are no values.
 bool isDrawn(quantity_t quantity) {
     return quantity != quantity_t::latitude && quantity != quantity_t::longitude &&
@@ -118,10 +127,10 @@ void reportData_t::add(const record_t& record) {
     if (moment && record.type != typeOf<satellitesRecord_t>) {
         if (m_presencePlaces[sender] == unknown && m_presences.size() < mostPresences) {
             m_presencePlaces[sender] = m_presences.size();
-            m_presences.push_back({m_senders[sender], intervals_t(intervalsOfPresence)});
+            m_presences.push_back({m_senders[sender], {sender}, {}});
         }
         if (m_presencePlaces[sender] != unknown) {
-            m_presences[m_presencePlaces[sender]].times.add(*moment, 0);
+            m_presences[m_presencePlaces[sender]].times.add(*moment);
         }
     }
     if (record.fault != fault_t::none) {
@@ -269,20 +278,17 @@ void reportData_t::addFix(const fix_t* fix) {
 
 // The items of an input continue those of an input before it, if they begin after their end: days
 // of one vessel become one series, feeds of one day stay apart.
-template <typename Item, typename Values, typename IsSame>
-void reportData_t::joinInputs(std::vector<Item>& items, std::size_t begin, Values values,
-                              IsSame isSame) {
-    const auto end = [&](const Item& item) { return values(item).all().back().last; };
-    const auto first = [&](const Item& item) { return values(item).all().front().first; };
+template <typename Item, typename IsSame>
+void reportData_t::joinInputs(std::vector<Item>& items, std::size_t begin, IsSame isSame) {
     std::size_t kept = begin;
     for (std::size_t i = begin; i < items.size(); ++i) {
-        const auto earlier =
-            std::find_if(items.begin(), items.begin() + static_cast<std::ptrdiff_t>(begin),
-                         [&](const Item& item) {
-                             return isSame(item, items[i]) && end(item) <= first(items[i]);
-                         });
+        const auto earlier = std::find_if(
+            items.begin(), items.begin() + static_cast<std::ptrdiff_t>(begin),
+            [&](const Item& item) {
+                return isSame(item, items[i]) && timesOf(item).last() <= timesOf(items[i]).first();
+            });
         if (earlier != items.begin() + static_cast<std::ptrdiff_t>(begin)) {
-            values(*earlier).append(values(items[i]));
+            append(*earlier, items[i]);
             earlier->sender.source.clear();
         } else {
             if (kept != i) {
@@ -300,15 +306,13 @@ void reportData_t::endInput(const recordReader_t& reader) {
     }
     addFix(m_epochs.finish());
     m_track.endLine();
-    joinInputs(
-        m_series, m_firstSeries, [](auto& item) -> auto& { return item.values; },
-        [](const series_t& a, const series_t& b) {
-            return a.quantity == b.quantity && a.reference == b.reference &&
-                   isSameSender(a.sender, b.sender);
-        });
-    joinInputs(
-        m_presences, m_firstPresence, [](auto& item) -> auto& { return item.times; },
-        [](const presence_t& a, const presence_t& b) { return isSameSender(a.sender, b.sender); });
+    joinInputs(m_series, m_firstSeries, [](const series_t& a, const series_t& b) {
+        return a.quantity == b.quantity && a.reference == b.reference &&
+               isSameSender(a.sender, b.sender);
+    });
+    joinInputs(m_presences, m_firstPresence, [](const presence_t& a, const presence_t& b) {
+        return isSameSender(a.sender, b.sender);
+    });
     // The senders of the next input have numbers of their own, and places to be found.
     for (places_t& places : m_seriesPlaces) {
         places.fill(unknown);

@@ -14,6 +14,7 @@
 #include "tools/record/measurements.h"
 #include "tools/record/recordReader.h"
 #include "tools/report/intervals.h"
+#include "tools/report/presenceTimes.h"
 #include "tools/report/trackLines.h"
 
 /// Whose wind it is, by the letter of a sentence that can send both.
@@ -29,8 +30,9 @@ struct series_t {
 
 /// When the records of a sender came.
 struct presence_t {
-    senderName_t sender;
-    intervals_t times;
+    senderName_t sender;              ///< `source` is empty once inputs are joined
+    std::vector<std::size_t> numbers; ///< of the sender in each input, as `summary_t` has them
+    presenceTimes_t times;
 };
 
 /// A satellite in view.
@@ -82,7 +84,6 @@ public:
     // Memory is bounded: what comes beyond these numbers is counted and not kept.
     static constexpr std::size_t mostSeries = 512;
     static constexpr std::size_t mostPresences = 512;
-    static constexpr std::size_t intervalsOfPresence = 200;
     static constexpr std::size_t mostSatellites = 256;
     static constexpr std::size_t placesOfSatellite = 120;
     static constexpr std::size_t mostBeaconPlaces = 2000;
@@ -125,9 +126,8 @@ private:
     void addStream(const record_t& record);
     void addFix(const fix_t* fix);
     std::size_t seriesOf(std::size_t sender, quantity_t quantity, windReference_t reference);
-    template <typename Item, typename Values, typename IsSame>
-    static void joinInputs(std::vector<Item>& items, std::size_t begin, Values values,
-                           IsSame isSame);
+    template <typename Item, typename IsSame>
+    static void joinInputs(std::vector<Item>& items, std::size_t begin, IsSame isSame);
 
     std::size_t m_maxPoints;
     std::uint64_t m_inputCount = 0;

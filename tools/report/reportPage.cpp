@@ -11,6 +11,7 @@
 #include "tools/analysis/summaryText.h"
 #include "tools/output/jsonString.h"
 #include "tools/report/page.h" // made by CMake
+#include "tools/time/instantText.h"
 
 namespace {
 
@@ -230,7 +231,37 @@ json_t trackOf(const reportData_t& data) {
     return {{"length", data.track().length()}, {"lines", std::move(lines)}};
 }
 
-json_t stripsOf(const reportData_t& data) {
+// The figures are those of the table of senders.
+json_t stripOf(const presence_t& presence, const summary_t& summary) {
+    std::uint64_t count = 0;
+    double duration = 0;
+    double steps = 0;
+    double longestGap = 0;
+    for (const std::size_t number : presence.numbers) {
+        const senderSummary_t& sender = summary.sent()[number];
+        count += sender.count;
+        duration += sender.period.duration();
+        steps += sender.rate() * sender.period.duration();
+        longestGap = std::max(longestGap, sender.longestGap);
+    }
+    json_t runs = json_t::array();
+    for (const interval_t& run : presence.times.runs()) {
+        runs.push_back({millisecondsOf(run.first), millisecondsOf(run.last), run.count});
+    }
+    json_t gaps = json_t::array();
+    for (const gap_t& gap : presence.times.gaps()) {
+        gaps.push_back({millisecondsOf(gap.begin), millisecondsOf(gap.end)});
+    }
+    return {{"sender", senderOf(presence.sender)},
+            {"count", count},
+            {"rate", duration > 0 ? fmt::format("{:.3g}", steps / duration) : ""},
+            {"longestGap", longestGap > 0 ? durationText(longestGap) : ""},
+            {"usualStep", millisecondsOf(presence.times.usualStep())},
+            {"runs", std::move(runs)},
+            {"gaps", std::move(gaps)}};
+}
+
+json_t stripsOf(const reportData_t& data, const summary_t& summary) {
     std::vector<const presence_t*> chosen;
     for (const presence_t& presence : data.presences()) {
         chosen.push_back(&presence);
@@ -242,13 +273,7 @@ json_t stripsOf(const reportData_t& data) {
                      {"strips", json_t::array()}};
     chosen.resize(std::min(chosen.size(), mostStrips));
     for (const presence_t* const presence : chosen) {
-        json_t runs = json_t::array();
-        for (const interval_t& run : presence->times.all()) {
-            runs.push_back({millisecondsOf(run.first), millisecondsOf(run.last), run.count});
-        }
-        object["strips"].push_back({{"sender", senderOf(presence->sender)},
-                                    {"count", presence->times.count()},
-                                    {"runs", std::move(runs)}});
+        object["strips"].push_back(stripOf(*presence, summary));
     }
     return object;
 }
@@ -385,7 +410,7 @@ json_t dataOf(const reportText_t& text, const summary_t& summary, const findingG
                   {"panels", panelsOf(data)},
                   {"satellites", satellitesOf(data)},
                   {"beacons", beaconsOf(data)},
-                  {"presence", stripsOf(data)},
+                  {"presence", stripsOf(data, summary)},
                   {"tables", tablesOf(summary)},
                   {"streams", streamsOf(data)}};
     if (summary.period().first) {
