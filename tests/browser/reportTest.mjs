@@ -60,6 +60,11 @@ async function test(name, body) {
     }
 }
 
+const sentence = (body) => {
+    const sum = [...Buffer.from(body, "utf8")].reduce((x, byte) => x ^ byte, 0);
+    return `$${body}*${sum.toString(16).toUpperCase().padStart(2, "0")}`;
+};
+
 const report = makeReport("voyage", [recording]);
 
 // ---- what is drawn is what the recording says
@@ -234,6 +239,17 @@ await test("the mark follows from plot to track, and back", async () => {
     await close(page);
 });
 
+await test("begin and end of the track are its earliest and its latest position", async () => {
+    const log = path.join(folder, "order.log");
+    const fix = (clock, latitude) => sentence(`GPGGA,${clock},${latitude}.0000,N,00000.0000,E,4,12,0.8,12,M,45,M,1.0,0001`);
+    fs.writeFileSync(log, [sentence("GPZDA,100000,14,03,2026,00,00"), fix(120000, 5012), fix(120001, 5013),
+        fix(110000, 5010), fix(110001, 5011), ""].join("\r\n"));
+    const page = await open(makeReport("order", [log]));
+    const ends = await page.evaluate(() => kaloReport.track.ends.map((end) => end.getLatLng().lat));
+    assert.deepEqual(ends.map((latitude) => Math.round(latitude * 60 - 3000)), [10, 13]);
+    await close(page);
+});
+
 await test("everything works by keyboard alone", async () => {
     const page = await open(report);
     const whole = await ranges(page);
@@ -377,10 +393,6 @@ await test("prints on A4", async () => {
 
 // ---- hostile texts
 
-const sentence = (body) => {
-    const sum = [...Buffer.from(body, "utf8")].reduce((x, byte) => x ^ byte, 0);
-    return `$${body}*${sum.toString(16).toUpperCase().padStart(2, "0")}`;
-};
 await test("texts of the input are inert", async () => {
     const marks = ["</script><script>window.harm=1</script>", "<img src=x onerror=window.harm=2>", "\"'><svg onload=window.harm=3>",
         "\u202Eevil\u2066", "<!--<script>", "]]>", "${window.harm=4}", "&lt;b&gt;"];

@@ -513,9 +513,11 @@
                 begin = end;
             }
         }
-        const ends = [L.circleMarker([points[0].latitude, points[0].longitude], {radius: 6, weight: 2, fillOpacity: 1, interactive: false}),
-            L.circleMarker([points[points.length - 1].latitude, points[points.length - 1].longitude], {radius: 6, weight: 2, fillOpacity: 1, interactive: false})];
-        ends.forEach((end) => end.addTo(map));
+        // Of several inputs the first one need not be the earliest.
+        const dated = points.filter((point) => point.time !== null).sort((a, b) => a.time - b.time);
+        const inOrder = dated.length > 0 ? dated : points;
+        const ends = [inOrder[0], inOrder[inOrder.length - 1]].map(({latitude, longitude}) =>
+            L.circleMarker([latitude, longitude], {radius: 6, weight: 2, fillOpacity: 1, interactive: false}).addTo(map));
         const mark = L.circleMarker([0, 0], {radius: 8, weight: 3, fillOpacity: 0.25, interactive: false, className: "mark"});
 
         const used = qualityOrder.filter((quality) => paths.some((path) => String(path.quality) === quality));
@@ -545,7 +547,6 @@
         }
         byId("track-hint").textContent = hints.join(" ");
 
-        const dated = points.filter((point) => point.time !== null).sort((a, b) => a.time - b.time);
         const moments = dated.map((point) => point.time);
         pointers.push(() => {
             const place = pointed === null || dated.length === 0 ? null : dated[nearest(moments, pointed)];
@@ -572,7 +573,7 @@
             }
         };
         map.on("mousemove click", seek);
-        report.track = {map, mark, points, paths};
+        report.track = {map, mark, points, paths, ends};
     }
 
     // ---- satellites
