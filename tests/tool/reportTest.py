@@ -204,6 +204,23 @@ class Page(Test):
         self.assertIn("/script><b", [each["sender"]["prefix"] for each in found["panels"][0]["series"]])
         self.assertIn("<!--<script>", [each["raw"] for each in found["findings"]["groups"]])
 
+    def testLongNamesAreShortenedAndStayDistinct(self):
+        long = "x" * 20000
+        lines = [DATE] + [f"{long}{i} ".encode() + completed(b"$HEHDT,%d,T*hh\n" % i) for i in range(100)] * 2
+        text = page(data=b"".join(lines))
+        self.assertLess(len(text), 1e6)
+        found = dataOf(text)
+        for senders in ([each["sender"]["prefix"] for each in found["panels"][0]["series"]],
+                        [each["sender"]["prefix"] for each in found["presence"]["strips"] if each["sender"]["prefix"]],
+                        [row[1] for row in found["tables"][0]["rows"] if row[1]]):
+            self.assertGreaterEqual(len(senders), 8)
+            self.assertEqual(len(set(senders)), len(senders))
+            self.assertTrue(all(len(name) <= 200 and "…" in name for name in senders), senders)
+
+    def testNamesOutsideAsciiAreShownAsTheyAre(self):
+        found = report(DATE + "Grün ".encode() + completed(b"$HEHDT,1,T*hh\n"))
+        self.assertIn("Grün", [row[1] for row in found["tables"][0]["rows"]])
+
     def testTheCommandCanBeGivenAgain(self):
         write("a 'quoted' name", headings([1]))
         found = dataOf(page("--max-points", "100", "a 'quoted' name"))

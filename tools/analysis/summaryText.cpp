@@ -5,7 +5,6 @@
 #include <fmt/format.h>
 
 #include "tools/record/degrees.h"
-#include "tools/terminal/message.h"
 #include "tools/time/instantText.h"
 
 namespace {
@@ -66,7 +65,7 @@ void addVoyage(const summary_t& summary, const addLine_t& add) {
         track + fmt::format(", {} {}", voyage.jumps(), voyage.jumps() == 1 ? "jump" : "jumps"));
 }
 
-textTable_t sendersOf(const summary_t& summary) {
+textTable_t sendersOf(const summary_t& summary, shownText_t shown) {
     using width_t = textTable_t::width_t;
     textTable_t all({{"source", false, width_t::cut},
                      {"prefix", false, width_t::cut},
@@ -85,8 +84,8 @@ textTable_t sendersOf(const summary_t& summary) {
         const senderSummary_t& sender = summary.sent()[i];
         const period_t& period = sender.period;
         const double rate = sender.rate();
-        all.add({isOneInput ? "" : printable(name.source), printable(name.prefix),
-                 printable(name.talker), printable(name.type), std::to_string(sender.count),
+        all.add({isOneInput ? "" : shown(name.source), shown(name.prefix), shown(name.talker),
+                 shown(name.type), std::to_string(sender.count),
                  rate > 0 ? fmt::format("{:.3g}", rate) : "",
                  percent(sender.voidCount, sender.count), percent(sender.emptyCount, sender.count),
                  sender.longestGap > 0 ? durationText(sender.longestGap) : "",
@@ -96,7 +95,7 @@ textTable_t sendersOf(const summary_t& summary) {
     return all;
 }
 
-textTable_t rangesOf(const summary_t& summary) {
+textTable_t rangesOf(const summary_t& summary, shownText_t shown) {
     textTable_t all({{"value"},
                      {"type"},
                      {"count", true},
@@ -117,24 +116,24 @@ textTable_t rangesOf(const summary_t& summary) {
         }
     }
     for (const auto& [system, range] : summary.signals()) {
-        add("signal strength", printable(system), range, "dB-Hz");
+        add("signal strength", shown(system), range, "dB-Hz");
     }
     return all;
 }
 
-textTable_t wordsOf(const char* head, const summary_t::words_t& counts) {
+textTable_t wordsOf(const char* head, const summary_t::words_t& counts, shownText_t shown) {
     textTable_t all({{head}, {"streams", true}});
     for (const auto& [word, count] : counts) {
-        all.add({word.empty() ? "(none)" : printable(word), std::to_string(count)});
+        all.add({word.empty() ? "(none)" : shown(word), std::to_string(count)});
     }
     return all;
 }
 
-textTable_t nearOf(const summary_t& summary) {
+textTable_t nearOf(const summary_t& summary, shownText_t shown) {
     textTable_t near({{"mountpoint"}, {"km", true}});
     for (const nearStream_t& stream : summary.nearStreams()) {
         constexpr double metresPerKilometre = 1000;
-        near.add({printable(stream.mountpoint),
+        near.add({shown(stream.mountpoint),
                   fmt::format("{:.1f}", stream.distance / metresPerKilometre)});
     }
     return near;
@@ -153,18 +152,18 @@ std::vector<summaryLine_t> summaryLines(const summary_t& summary) {
     return lines;
 }
 
-std::vector<summaryTable_t> summaryTables(const summary_t& summary) {
+std::vector<summaryTable_t> summaryTables(const summary_t& summary, shownText_t shown) {
     std::vector<summaryTable_t> tables;
     const auto add = [&](const char* title, textTable_t table) {
         if (!table.isEmpty()) {
             tables.push_back({title, std::move(table)});
         }
     };
-    add("Senders", sendersOf(summary));
-    add("Ranges of values", rangesOf(summary));
-    add("Formats of the streams", wordsOf("format", summary.formats()));
-    add("Networks of the streams", wordsOf("network", summary.networks()));
-    add("Authentication of the streams", wordsOf("authentication", summary.authTypes()));
-    add("Nearest streams", nearOf(summary));
+    add("Senders", sendersOf(summary, shown));
+    add("Ranges of values", rangesOf(summary, shown));
+    add("Formats of the streams", wordsOf("format", summary.formats(), shown));
+    add("Networks of the streams", wordsOf("network", summary.networks(), shown));
+    add("Authentication of the streams", wordsOf("authentication", summary.authTypes(), shown));
+    add("Nearest streams", nearOf(summary, shown));
     return tables;
 }

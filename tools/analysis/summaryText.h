@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "tools/analysis/summary.h"
@@ -20,5 +21,8 @@ struct summaryTable_t {
     textTable_t table;
 };
 
+/// A text of the input as it is to be shown.
+using shownText_t = std::string (*)(std::string_view);
+
 /// Those that have rows: the senders, the ranges of values, the words of sourcetables.
-std::vector<summaryTable_t> summaryTables(const summary_t& summary);
+std::vector<summaryTable_t> summaryTables(const summary_t& summary, shownText_t shown);

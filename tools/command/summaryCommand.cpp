@@ -165,7 +165,7 @@ std::string textFor(int descriptor, const summary_t& summary) {
         text += styled(style_t::heading, fmt::format("{:10}", line.head), descriptor) + ' ' +
                 line.text + '\n';
     }
-    for (const summaryTable_t& table : summaryTables(summary)) {
+    for (const summaryTable_t& table : summaryTables(summary, printable)) {
         text += '\n' + table.table.text(descriptor);
     }
     return text;

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
+#include <map>
 
 #include <fmt/format.h>
 #include <nlohmann/json.hpp>
@@ -87,6 +88,49 @@ json_t textOf(std::string_view text) {
     return json_t::parse(out.text());
 }
 
+constexpr std::size_t longestName = 200; // letters
+
+// At most `length` letters of UTF-8.
+std::string_view beginOf(std::string_view text, std::size_t length) {
+    constexpr unsigned char continues = 0x80;
+    constexpr unsigned char mask = 0xC0;
+    std::size_t letters = 0;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        const bool isLetter = (static_cast<unsigned char>(text[i]) & mask) != continues;
+        if (isLetter && letters++ == length) {
+            return text.substr(0, i);
+        }
+    }
+    return text;
+}
+
+// Names of inputs and senders. Long ones are shortened, and those that begin alike are numbered.
+class names_t {
+public:
+    json_t operator()(const std::string& name) {
+        if (name.size() <= longestName) {
+            return textOf(name);
+        }
+        const auto known = m_short.find(name);
+        if (known != m_short.end()) {
+            return known->second;
+        }
+        constexpr std::size_t kept = longestName - 10; // and a number
+        const std::string begin(beginOf(name, kept));
+        if (begin.size() == name.size()) {
+            return textOf(name);
+        }
+        const std::uint64_t number = ++m_alike[begin];
+        const json_t text = textOf(begin + (number > 1 ? fmt::format("… {}", number) : "…"));
+        m_short.emplace(name, text);
+        return text;
+    }
+
+private:
+    std::map<std::string, json_t> m_short;
+    std::map<std::string, std::uint64_t> m_alike; // shortened names, by how they begin
+};
+
 // Ten digits: angles are read in radians, and their last digits in degrees are noise.
 double rounded(double value) { return std::strtod(fmt::format("{:.10g}", value).c_str(), nullptr); }
 
@@ -147,14 +191,14 @@ std::vector<point_t> pointsOf(const intervals_t& intervals) {
     return points;
 }
 
-json_t senderOf(const senderName_t& name) {
-    return {{"source", textOf(name.source)},
-            {"prefix", textOf(name.prefix)},
-            {"talker", textOf(name.talker)},
-            {"type", textOf(name.type)}};
+json_t senderOf(const senderName_t& name, names_t& names) {
+    return {{"source", names(name.source)},
+            {"prefix", names(name.prefix)},
+            {"talker", names(name.talker)},
+            {"type", names(name.type)}};
 }
 
-json_t seriesOf(const series_t& series) {
+json_t seriesOf(const series_t& series, names_t& names) {
     times_t times;
     json_t values = json_t::array();
     for (const point_t& point : pointsOf(series.values)) {
@@ -162,7 +206,7 @@ json_t seriesOf(const series_t& series) {
         values.push_back(std::isnan(point.value) ? json_t() : json_t(rounded(point.value)));
     }
     constexpr const char* references[] = {"", "relative", "true"};
-    return {{"sender", senderOf(series.sender)},
+    return {{"sender", senderOf(series.sender, names)},
             {"what", titleOf(series.quantity)},
             {"quantity", rowOf(series.quantity).name},
             {"reference", references[static_cast<std::size_t>(series.reference)]},
@@ -183,7 +227,7 @@ std::size_t drawnOf(const std::vector<const series_t*>& sorted) {
     return drawn;
 }
 
-json_t panelsOf(const reportData_t& data) {
+json_t panelsOf(const reportData_t& data, names_t& names) {
     json_t all = json_t::array();
     for (const panel_t& panel : panels) {
         std::vector<const series_t*> chosen;
@@ -210,7 +254,7 @@ json_t panelsOf(const reportData_t& data) {
                          {"series", json_t::array()}};
         chosen.resize(drawn);
         for (const series_t* const series : chosen) {
-            object["series"].push_back(seriesOf(*series));
+            object["series"].push_back(seriesOf(*series, names));
         }
         all.push_back(std::move(object));
     }
@@ -232,7 +276,7 @@ json_t trackOf(const reportData_t& data) {
 }
 
 // The figures are those of the table of senders.
-json_t stripOf(const presence_t& presence, const summary_t& summary) {
+json_t stripOf(const presence_t& presence, const summary_t& summary, names_t& names) {
     std::uint64_t count = 0;
     double duration = 0;
     double steps = 0;
@@ -252,7 +296,7 @@ json_t stripOf(const presence_t& presence, const summary_t& summary) {
     for (const gap_t& gap : presence.times.gaps()) {
         gaps.push_back({millisecondsOf(gap.begin), millisecondsOf(gap.end)});
     }
-    return {{"sender", senderOf(presence.sender)},
+    return {{"sender", senderOf(presence.sender, names)},
             {"count", count},
             {"rate", duration > 0 ? fmt::format("{:.3g}", steps / duration) : ""},
             {"longestGap", longestGap > 0 ? durationText(longestGap) : ""},
@@ -261,7 +305,7 @@ json_t stripOf(const presence_t& presence, const summary_t& summary) {
             {"gaps", std::move(gaps)}};
 }
 
-json_t stripsOf(const reportData_t& data, const summary_t& summary) {
+json_t stripsOf(const reportData_t& data, const summary_t& summary, names_t& names) {
     std::vector<const presence_t*> chosen;
     for (const presence_t& presence : data.presences()) {
         chosen.push_back(&presence);
@@ -273,7 +317,7 @@ json_t stripsOf(const reportData_t& data, const summary_t& summary) {
                      {"strips", json_t::array()}};
     chosen.resize(std::min(chosen.size(), mostStrips));
     for (const presence_t* const presence : chosen) {
-        object["strips"].push_back(stripOf(*presence, summary));
+        object["strips"].push_back(stripOf(*presence, summary, names));
     }
     return object;
 }
@@ -339,10 +383,10 @@ json_t streamsOf(const reportData_t& data) {
         {"columns", streamColumns}, {"undrawn", data.unkeptStreams()}, {"rows", std::move(rows)}};
 }
 
-json_t findingsOf(const findingGroups_t& findings) {
-    const auto placeOf = [](const recordPlace_t& place) {
+json_t findingsOf(const findingGroups_t& findings, names_t& names) {
+    const auto placeOf = [&](const recordPlace_t& place) {
         return json_t{
-            {"source", textOf(place.source)}, {"line", place.line}, {"offset", place.offset}};
+            {"source", names(place.source)}, {"line", place.line}, {"offset", place.offset}};
     };
     std::uint64_t faults = 0;
     std::uint64_t notes = 0;
@@ -366,9 +410,12 @@ json_t findingsOf(const findingGroups_t& findings) {
             {"groups", std::move(groups)}};
 }
 
-json_t tablesOf(const summary_t& summary) {
+// The page itself shows what cannot be printed.
+std::string asSent(std::string_view text) { return std::string(text); }
+
+json_t tablesOf(const summary_t& summary, names_t& names) {
     json_t all = json_t::array();
-    for (const summaryTable_t& table : summaryTables(summary)) {
+    for (const summaryTable_t& table : summaryTables(summary, asSent)) {
         json_t columns = json_t::array();
         for (const textTable_t::column_t& column : table.table.columns()) {
             columns.push_back({{"head", column.head}, {"isNumber", column.isNumber}});
@@ -376,7 +423,11 @@ json_t tablesOf(const summary_t& summary) {
         json_t rows = json_t::array();
         for (const auto& row : table.table.rows()) {
             if (rows.size() < mostRows) {
-                rows.push_back(row);
+                json_t cells = json_t::array();
+                for (const std::string& cell : row) {
+                    cells.push_back(names(cell));
+                }
+                rows.push_back(std::move(cells));
             }
         }
         const std::size_t undrawn = table.table.rows().size() - rows.size();
@@ -390,9 +441,10 @@ json_t tablesOf(const summary_t& summary) {
 
 json_t dataOf(const reportText_t& text, const summary_t& summary, const findingGroups_t& findings,
               const reportData_t& data) {
+    names_t names;
     json_t inputs = json_t::array();
     for (const inputSize_t& input : data.inputs()) {
-        inputs.push_back({{"name", textOf(input.name)}, {"bytes", input.bytes}});
+        inputs.push_back({{"name", names(input.name)}, {"bytes", input.bytes}});
     }
     json_t lines = json_t::array();
     for (const summaryLine_t& line : summaryLines(summary)) {
@@ -404,14 +456,14 @@ json_t dataOf(const reportText_t& text, const summary_t& summary, const findingG
                   {"inputs", std::move(inputs)},
                   {"undated", summary.counts().undated()},
                   {"lines", std::move(lines)},
-                  {"findings", findingsOf(findings)},
+                  {"findings", findingsOf(findings, names)},
                   {"track", trackOf(data)},
                   {"unkeptSeries", data.unkeptSeries()},
-                  {"panels", panelsOf(data)},
+                  {"panels", panelsOf(data, names)},
                   {"satellites", satellitesOf(data)},
                   {"beacons", beaconsOf(data)},
-                  {"presence", stripsOf(data, summary)},
-                  {"tables", tablesOf(summary)},
+                  {"presence", stripsOf(data, summary, names)},
+                  {"tables", tablesOf(summary, names)},
                   {"streams", streamsOf(data)}};
     if (summary.period().first) {
         all["period"] = {millisecondsOf(*summary.period().first),
