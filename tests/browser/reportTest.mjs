@@ -250,6 +250,33 @@ await test("begin and end of the track are its earliest and its latest position"
     await close(page);
 });
 
+await test("a stray date does not hide the other records", async () => {
+    const log = path.join(folder, "stray.log");
+    const heading = (seconds) => sentence(`HEHDT,${seconds},T`);
+    const date = (year, seconds) => sentence(`GPZDA,1200${String(seconds).padStart(2, "0")},14,03,${year},00,00`);
+    const lines = [];
+    for (let seconds = 0; seconds < 50; ++seconds) {
+        lines.push(date(2026, seconds), heading(seconds));
+    }
+    lines.push(date(2006, 50), heading(50), "");
+    fs.writeFileSync(log, lines.join("\r\n"));
+    const page = await open(makeReport("stray", [log]));
+    const seen = await page.evaluate(() => ({view: kaloReport.view(), hint: document.getElementById("voyage-hint").innerText}));
+    assert.deepEqual(seen.view.map((time) => new Date(time).toISOString().slice(0, 19)), ["2026-03-14T11:59:59", "2026-03-14T12:00:49"]);
+    assert.match(seen.hint, /2 records have dates far outside it/);
+    await page.locator("#zoom-in").click();
+    const [begin, end] = await page.evaluate(() => kaloReport.view());
+    assert.ok(end - begin < 30000, `${end - begin} ms are shown`);
+    await close(page);
+});
+
+await test("a period without records says so", async () => {
+    const page = await open(makeReport("none", ["--since", "2030-01-01T00:00:00Z", recording]));
+    assert.equal(await page.locator("#health").innerText(), "no records in this period");
+    assert.equal(await page.locator("#summary").isVisible(), false);
+    await close(page);
+});
+
 await test("everything works by keyboard alone", async () => {
     const page = await open(report);
     const whole = await ranges(page);

@@ -161,6 +161,19 @@ class Data(Test):
         self.assertEqual(next(each["text"] for each in found["lines"] if each["head"] == "records"),
                          "6 records: 6 decoded")
 
+    def testAPeriodWithoutRecords(self):
+        data = DATE + b"\n\n" + headings([1, 2], date=b"") + completed(b"$GPGSV,2,1,05,05,40,090,44*hh\n")
+        found = report(data, "--since", "2027-01-01T00:00:00Z")
+        self.assertEqual((found["records"], found["isPart"], found["tables"]), (0, True, []))
+        self.assertEqual(found["findings"]["groups"], [])
+        self.assertEqual(next(each["text"] for each in found["lines"] if each["head"] == "records"),
+                         "0 records")
+        self.assertNotEqual(report(data)["findings"]["groups"], [])
+
+    def testTheDateHintIsNotLostInAPeriod(self):
+        found = report(headings([1, 2], date=b""), "--since", "2026-01-01T00:00:00Z")
+        self.assertEqual((found["records"], found["undated"]), (0, 2))
+
     def testWithoutADateThereAreNoPlots(self):
         found = report(headings([1, 2], date=b""))
         self.assertEqual((found["panels"], found["undated"]), ([], 2))

@@ -77,6 +77,7 @@ void checker_t::beginInput(const std::string& name, const recordReader_t& reader
     m_senders = senders_t();
     m_senders.beginInput(name);
     m_states.clear();
+    m_isPassed = false;
     m_incompleteGroups = 0;
     m_end.reset();
     m_lastDate.reset();
@@ -107,6 +108,7 @@ void checker_t::report(findingId_t id, const record_t& record, std::string what,
 }
 
 void checker_t::add(const record_t& record) {
+    m_isPassed = false;
     const std::size_t number = m_senders.of(record);
     m_states.resize(m_senders.count());
     state_t& state = m_states[number];
@@ -145,7 +147,10 @@ void checker_t::checkGroups(finding_t finding) {
     }
 }
 
-void checker_t::pass() { m_incompleteGroups = m_reader->groups().incomplete(); }
+void checker_t::pass() {
+    m_isPassed = true;
+    m_incompleteGroups = m_reader->groups().incomplete();
+}
 
 void checker_t::checkMalformed(const record_t& record) {
     std::string detail;
@@ -303,7 +308,9 @@ void checker_t::endInput() {
     group.id = findingId_t::incompleteGroup;
     group.detail = "at the end of the input";
     group.first = group.last = m_place;
-    checkGroups(std::move(group));
+    if (!m_isPassed) { // else the group is of a record that was left out
+        checkGroups(std::move(group));
+    }
     for (std::size_t i = 0; m_end && i < m_states.size(); ++i) {
         const state_t& state = m_states[i];
         const std::string& type = m_senders[i].type;

@@ -122,7 +122,8 @@ private:
     std::string m_source;
     senders_t m_senders;
     std::vector<state_t> m_states;
-    recordPlace_t m_place; // of the last record
+    recordPlace_t m_place;   // of the last record
+    bool m_isPassed = false; // the record that was read last
     std::uint64_t m_incompleteGroups = 0;
     std::optional<double> m_end;      // the last moment
     std::optional<double> m_lastDate; // the last instant whose day a record stated

@@ -95,7 +95,9 @@ void summary_t::add(const record_t& record) {
 }
 
 void summary_t::endInput(const recordReader_t& reader) {
-    m_counts.add(reader);
+    if (!m_options.isPart) {
+        m_counts.add(reader);
+    }
     m_bytes += reader.bytes();
     addFix(m_epochs.finish());
     m_voyage.interrupt();

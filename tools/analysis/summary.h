@@ -17,6 +17,8 @@
 struct summaryOptions_t {
     std::optional<place_t> near; ///< the place for which the nearest streams are listed
     double maxSpeed = 100;       ///< m/s; a faster step is a jump
+    /// Not all records are given: what a reader counts in its whole input does not belong here.
+    bool isPart = false;
 };
 
 /// A period, in Unix seconds; empty until the first instant.

@@ -8,11 +8,19 @@
 
 namespace {
 
+bool isPart(const reportCommandOptions_t& options) { return options.since || options.until; }
+
+summaryOptions_t summaryOptionsOf(const reportCommandOptions_t& options) {
+    summaryOptions_t summary = options.summary;
+    summary.isPart = isPart(options);
+    return summary;
+}
+
 class reportConsumer_t : public recordConsumer_t {
 public:
     explicit reportConsumer_t(const reportCommandOptions_t& options)
-        : m_options(options), m_summary(options.summary), m_checker(options.check, m_findings),
-          m_data(options.maxPoints) {}
+        : m_options(options), m_summary(summaryOptionsOf(options)),
+          m_checker(options.check, m_findings), m_data(options.maxPoints) {}
 
     void beginInput(const std::string& name, const recordReader_t& reader) override {
         m_summary.beginInput(name);
@@ -42,7 +50,7 @@ public:
 
 private:
     bool isInTime(const record_t& record) const {
-        if (!m_options.since && !m_options.until) {
+        if (!isPart(m_options)) {
             return true;
         }
         const std::optional<double> moment = momentOf(record);
@@ -85,6 +93,6 @@ int reportCommand(const reportCommandOptions_t& options) {
     output_t output(options.output, options.files);
     reportConsumer_t consumer(options);
     const bool areRead = readRecords(options.files, options.read, output, consumer);
-    consumer.write(output.buffer(), {KALO_VERSION, commandOf(options.arguments)});
+    consumer.write(output.buffer(), {KALO_VERSION, commandOf(options.arguments), isPart(options)});
     return finish(output, areRead ? 0 : exitFailure, areRead);
 }

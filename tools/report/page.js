@@ -59,7 +59,7 @@
 
     const steps = [1, 2, 5, 10, 15, 30].map((n) => n * second)
         .concat([1, 2, 5, 10, 15, 30].map((n) => n * minute), [1, 2, 3, 6, 12].map((n) => n * hour),
-            [1, 2, 7, 14, 30, 91, 182, 365, 1826, 3652].map((n) => n * day));
+            [1, 2, 7, 14, 30, 91, 182, 365, 1826, 3652, 9131, 18262, 36524, 91310, 182621, 365242].map((n) => n * day));
 
     function timeTicks(begin, end, most) {
         const step = steps.find((s) => (end - begin) / s <= most) || steps[steps.length - 1];
@@ -133,7 +133,31 @@
     })();
     // What is shown first: a track that is a short part of the time would not be seen in all of it.
     const isTrackShort = ofTrack !== null && (ofTrack[1] - ofTrack[0]) < 0.2 * (whole[1] - whole[0]);
-    if (isTrackShort) {
+    // The time that holds nearly all records, if a few stray dates are so far away that it would be a point.
+    const ofMost = (() => {
+        const runs = data.presence.strips.flatMap((strip) => strip.runs).sort((a, b) => a[0] - b[0]);
+        if (runs.length === 0) {
+            return null;
+        }
+        const far = (whole[1] - whole[0]) / 20;
+        const groups = [];
+        for (const [begin, end, count] of runs) {
+            const last = groups[groups.length - 1];
+            if (last && begin - last.end <= far) {
+                last.end = Math.max(last.end, end);
+                last.count += count;
+            } else {
+                groups.push({begin, end, count});
+            }
+        }
+        const most = groups.reduce((a, b) => b.count > a.count ? b : a);
+        const others = groups.reduce((sum, group) => sum + group.count, 0) - most.count;
+        const isPoint = whole[1] - whole[0] > Math.max(day, 1000 * (most.end - most.begin));
+        return isPoint && others > 0 && 10 * others <= most.count ? {view: [Math.max(whole[0], most.begin - second), Math.min(whole[1], most.end + second)], others} : null;
+    })();
+    if (ofMost !== null) {
+        view = ofMost.view;
+    } else if (isTrackShort) {
         view = [...ofTrack];
     }
     let pointed = null;
@@ -141,8 +165,7 @@
     const pointers = []; // called when another instant is pointed at
 
     function setView(begin, end) {
-        const least = Math.max(second / 5, (whole[1] - whole[0]) / 1e5);
-        const length = Math.min(Math.max(end - begin, least), whole[1] - whole[0]);
+        const length = Math.min(Math.max(end - begin, second / 5), whole[1] - whole[0]);
         const from = Math.min(Math.max((begin + end - length) / 2, whole[0]), whole[1] - length);
         if (Math.abs(from - view[0]) < 0.5 && Math.abs(from + length - view[1]) < 0.5) {
             return;
@@ -279,6 +302,12 @@
 
     const unitText = (unit) => ({deg: "°", "deg/s": "°/s", "deg C": "°C"}[unit] || unit);
 
+    // Short enough for its place at the axis.
+    function axisText(value) {
+        const size = Math.abs(value);
+        return size >= 1e6 || (size > 0 && size < 1e-3) ? value.toExponential(1).replace("e+", "e") : String(Number(value.toFixed(3)));
+    }
+
     const drawn = []; // plots, for those who look at them from outside
     function addPlot(panel, isLast) {
         panel.series.forEach((series) => { series.at = timesOf(series.times); });
@@ -293,7 +322,7 @@
         const head = element("h3", {}, `${panel.title} `, element("span", {class: "unit"}, unit === "" ? "" : `(${unit})`));
         byId("plots").append(element("div", {class: "plot"}, head, key, graph));
         if (panel.undrawn > 0) {
-            key.after(element("p", {class: "hint"}, `${plural(panel.undrawn, "further sender")} with fewer values not drawn.`));
+            key.after(element("p", {class: "hint"}, `${plural(panel.undrawn, "further sender")} not drawn.`));
         }
         const longest = panel.series.reduce((most, series) =>
             series.values.reduce((length, value) => value === null ? length : Math.max(length, value.toFixed(decimals).length), most), 0);
@@ -323,7 +352,10 @@
         // A direction that often passes north would be a fence of lines.
         const isDotted = panel.series.map((series) => panel.isDirection && series.values.filter((value, i) =>
             i > 0 && value !== null && series.values[i - 1] !== null && Math.abs(value - series.values[i - 1]) > 180).length > 10);
-        const styleOf = (i) => isDotted[i] ? {strokeWidth: 0, drawPoints: true, pointSize: 1.2} : {strokePattern: patterns[i]};
+        // A single value has no line.
+        const isSingle = panel.series.map((series) => series.values.filter((value) => value !== null).length === 1);
+        const styleOf = (i) => isDotted[i] ? {strokeWidth: 0, drawPoints: true, pointSize: 1.2}
+            : isSingle[i] ? {drawPoints: true, pointSize: 3} : {strokePattern: patterns[i]};
         const colours = () => ({
             colors: theme().series.slice(0, names.length), gridLineColor: theme().grid, axisLineColor: theme().axis});
         const plot = new Dygraph(graph, rows, {
@@ -337,7 +369,8 @@
             valueRange: panel.growsDownwards ? downwards() : null,
             axes: {
                 x: {ticker: (begin, end, pixels) => timeTicks(begin, end, Math.max(2, pixels / 95)), axisLabelWidth: 90},
-                y: {axisLabelWidth: 52, pixelsPerLabel: 26}},
+                y: {axisLabelWidth: 52, pixelsPerLabel: 26,
+                    axisLabelFormatter: axisText}},
             highlightCallback: (event, time) => pointAt(time),
             zoomCallback: (begin, end) => setView(begin, end),
             drawCallback: (self, isFirst) => {
@@ -506,7 +539,7 @@
                 }
                 const places = line.slice(begin, Math.min(end + 1, line.length)).map((point) => [point.latitude, point.longitude]);
                 const quality = line[begin].quality;
-                const path = line.length === 1 ? L.circleMarker(places[0], {radius: 3, interactive: false})
+                const path = places.length === 1 ? L.circleMarker(places[0], {radius: 3, interactive: false})
                     : L.polyline(places, {weight: 3, interactive: false, smoothFactor: 0.5, dashArray: qualityPatterns[quality] && qualityPatterns[quality].join(" ")});
                 path.addTo(map);
                 paths.push({path, quality});
@@ -941,7 +974,8 @@
         const {faults, notes, groups, undrawn} = data.findings;
         show("findings");
         byId("findings-hint").textContent = `${plural(faults, "fault")}, ${plural(notes, "note")}. ` +
-            (groups.length > 0 ? "Findings of the same kind are one row; faults come first." : "Nothing is wrong, and nothing looks odd.");
+            (groups.length > 0 ? "Findings of the same kind are one row; faults come first."
+                : data.records === 0 ? "There are no records." : "Nothing is wrong, and nothing looks odd.");
         if (groups.length === 0) {
             return;
         }
@@ -961,6 +995,9 @@
     }
 
     function addSummary() {
+        if (data.tables.length === 0) {
+            return;
+        }
         show("summary");
         for (const one of data.tables) {
             byId("summary-tables").append(table(one.title, one.columns.map((column) =>
@@ -1022,7 +1059,10 @@
         document.title = title;
         const {faults, notes} = data.findings;
         const link = (kind, text) => element("a", {href: "#findings", class: `pill ${kind}`}, text);
-        byId("health").append(...(faults + notes === 0 ? [link("good", "✓ no faults, no notes")]
+        if (data.records === 0) {
+            byId("health").append(element("span", {class: "pill note"}, data.isPart ? "no records in this period" : "no records"));
+        }
+        byId("health").append(...(data.records + faults + notes === 0 ? [] : faults + notes === 0 ? [link("good", "✓ no faults, no notes")]
             : [link(faults > 0 ? "fault" : "good", `${faults > 0 ? "●" : "✓"} ${faults === 0 ? "no faults" : plural(faults, "fault")}`),
                 link(notes > 0 ? "note" : "good", `${notes > 0 ? "○" : "✓"} ${notes === 0 ? "no notes" : plural(notes, "note")}`)]));
         const fact = (head, ...content) => byId("facts").append(element("dt", {}, head), element("dd", {}, ...content));
@@ -1032,6 +1072,9 @@
             } else {
                 fact(head, shown(text));
             }
+        }
+        if (data.undated > 0) {
+            fact("hint", `${plural(data.undated, "record has a time", "records have a time")} but no date and cannot be drawn over time: give --date YYYY-MM-DD.`);
         }
         fact("made by", `kalo ${data.version}`);
         fact("command", element("code", {}, element("bdi", {}, shown(data.command))));
@@ -1061,7 +1104,9 @@
     if (data.panels.length > 0) {
         hints.push("Drag over a plot to zoom all; double-click shows the whole time; drag with shift moves.");
     }
-    if (isTrackShort) {
+    if (ofMost !== null) {
+        hints.push(`Shown first is the time that holds nearly all records. ${plural(ofMost.others, "record has a date", "records have dates")} far outside it.`);
+    } else if (isTrackShort) {
         hints.push(`Shown first is the time of the track; the recordings last ${durationText(whole[1] - whole[0])}.`);
     }
     if (lengths.length > 0) {

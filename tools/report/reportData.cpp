@@ -304,6 +304,7 @@ void reportData_t::endInput(const recordReader_t& reader) {
     if (m_inputCount <= mostInputs) {
         m_inputs.back().bytes = reader.bytes();
     }
+    m_undated += reader.dating().undated();
     addFix(m_epochs.finish());
     m_track.endLine();
     joinInputs(m_series, m_firstSeries, [](const series_t& a, const series_t& b) {

@@ -111,6 +111,8 @@ public:
     std::uint64_t otherBeacons() const { return m_otherBeacons; }
     const std::vector<stream_t>& streams() const { return m_streams; }
 
+    /// Records with a time but no date, also those outside the period of the report.
+    std::uint64_t undated() const { return m_undated; }
     std::uint64_t unkeptSeries() const { return m_unkeptSeries; }
     std::uint64_t unkeptStreams() const { return m_unkeptStreams; }
 
@@ -139,6 +141,7 @@ private:
     std::vector<std::size_t> m_presencePlaces;
     std::vector<series_t> m_series;
     std::vector<presence_t> m_presences;
+    std::uint64_t m_undated = 0;
     std::uint64_t m_unkeptSeries = 0;
     trackLines_t m_track;
     std::map<std::pair<std::string, unsigned>, satelliteInView_t> m_satellites;

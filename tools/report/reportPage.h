@@ -12,6 +12,7 @@
 struct reportText_t {
     std::string version;
     std::string command; ///< that made the report
+    bool isPart = false; ///< of the time of the recordings
 };
 
 void writeReportPage(buffer_t& out, const reportText_t& text, const summary_t& summary,
