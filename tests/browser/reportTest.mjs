@@ -270,6 +270,15 @@ await test("a stray date does not hide the other records", async () => {
     await close(page);
 });
 
+await test("positions beyond the end of the map are counted", async () => {
+    const log = path.join(folder, "pole.log");
+    const fix = (clock, latitude) => sentence(`GPGGA,${clock},${latitude}00.0000,N,00000.0000,E,4,12,0.8,12,M,45,M,1.0,0001`);
+    fs.writeFileSync(log, [sentence("GPZDA,115959,14,03,2026,00,00"), fix(120000, 84), fix(120001, 88), fix(120002, 89), ""].join("\r\n"));
+    const page = await open(makeReport("pole", [log]));
+    assert.match(await page.locator("#track-hint").innerText(), /2 drawn positions beyond 85.05° of latitude/);
+    await close(page);
+});
+
 await test("a period without records says so", async () => {
     const page = await open(makeReport("none", ["--since", "2030-01-01T00:00:00Z", recording]));
     assert.equal(await page.locator("#health").innerText(), "no records in this period");

@@ -109,11 +109,14 @@ class Data(Test):
 
     def testWindsAreToldApart(self):
         found = report(DATE + completed(b"$WIMWV,30,R,10,M,A*hh\n$WIMWV,60,T,8,M,A*hh\n"
-                                        b"$WIMWD,90,T,,M,,N,7,M*hh\n$WIMWV,1,R,99,M,V*hh\n"))
+                                        b"$WIMWD,90,T,,M,,N,7,M*hh\n$WIMWV,1,R,99,M,V*hh\n"
+                                        b"$WIVWR,20,L,,N,6,M,,K*hh\n"))
         self.assertEqual(seriesOf(found, "Wind speed"), {
-            "WI MWV relative": [(0, 10)], "WI MWV true": [(0, 8)], "WI MWD": [(0, 7)]})
+            "WI MWV relative": [(0, 10)], "WI MWV true": [(0, 8)], "WI MWD": [(0, 7)],
+            "WI VWR": [(0, 6)]})
         self.assertEqual(seriesOf(found, "Wind direction"), {
-            "WI MWV relative": [(0, 30)], "WI MWV true": [(0, 60)], "WI MWD": [(0, 90)]})
+            "WI MWV relative, from the bow": [(0, 30)], "WI MWV true, from the bow": [(0, 60)],
+            "WI MWD from north": [(0, 90)], "WI VWR from the bow": [(0, 340)]})
 
     def testLeastAndGreatestOfEachIntervalStay(self):
         times = range(0, 20000)

@@ -442,6 +442,8 @@
         return `${whole}°${arc >= 60 ? "" : `${rest.padStart(decimals > 0 ? decimals + 3 : 2, "0")}′`}${letter}`;
     }
 
+    const mapEnd = 85.05; // degrees of latitude; the map has no places beyond
+
     function addGraticule(map) {
         const lines = L.layerGroup().addTo(map);
         function draw() {
@@ -578,6 +580,10 @@
         if (lines.length > 1) {
             hints.push(`${lines.length} lines: the track begins anew with each input and after more than 60 s without a position.`);
         }
+        const beyond = points.filter((point) => Math.abs(point.latitude) > mapEnd).length;
+        if (beyond > 0) {
+            hints.push(`${plural(beyond, "drawn position")} beyond ${mapEnd}° of latitude: the map ends there, and they stand at its edge.`);
+        }
         byId("track-hint").textContent = hints.join(" ");
 
         const moments = dated.map((point) => point.time);
@@ -684,7 +690,7 @@
                 svg.append(mark, shape("text", {x: x + 8, y: y + 4}, shown(nameOf(satellite))));
             }
             byId("sky-plot").replaceChildren(element("h3", {}, "Sky plot"), keyOfSystems(), svg,
-                element("figcaption", {}, "Lines: ways over the sky. Marks: last places. Centre: zenith; rings: elevation."));
+                element("figcaption", {}, "All receivers together. Lines: ways over the sky. Marks: last places. Centre: zenith; rings: elevation."));
         }
 
         const heard = data.satellites.filter((satellite) => satellite.signal);
@@ -1019,6 +1025,7 @@
         const latitude = columns.length + 1;
         const placed = list.lines.filter(({row}) => row[latitude] !== null && row[latitude + 1] !== null &&
             Math.abs(row[latitude]) <= 85 && Math.abs(row[latitude + 1]) <= 360);
+        const beyond = rows.filter((row) => row[latitude] !== null && Math.abs(row[latitude]) > 85).length;
         if (placed.length === 0) {
             byId("stream-map").remove();
             return;
@@ -1045,7 +1052,7 @@
         const paint = () => marks.forEach((mark) => mark.setStyle({color: theme().series[0], fillColor: theme().series[0]}));
         paint();
         redraws.push(paint);
-        byId("stream-hint").textContent = `${plural(placed.length, "stream")} of ${rows.length} with a place. There is no coastline: the page loads nothing.`;
+        byId("stream-hint").textContent = `${plural(placed.length, "stream")} of ${rows.length} on the map${beyond > 0 ? `, ${beyond} beyond 85° of latitude` : ""}. There is no coastline: the page loads nothing.`;
         report.streams = {map, marks};
     }
 

@@ -198,18 +198,47 @@ json_t senderOf(const senderName_t& name, names_t& names) {
             {"type", names(name.type)}};
 }
 
+// From where a sentence counts the direction of the wind.
+struct windOrigin_t {
+    const char* type;
+    const char* text;
+};
+constexpr windOrigin_t windOrigins[] = {{"MWD", "from north"},
+                                        {"MDA", "from north"},
+                                        {"MWV", "from the bow"},
+                                        {"VWR", "from the bow"},
+                                        {"VWT", "from the bow"}};
+
+std::string referenceOf(const series_t& series) {
+    constexpr const char* references[] = {"", "relative", "true"};
+    std::string text = references[static_cast<std::size_t>(series.reference)];
+    for (const windOrigin_t& row : windOrigins) {
+        if (series.quantity == quantity_t::windDirection && series.sender.type == row.type) {
+            text += (text.empty() ? "" : ", ") + std::string(row.text);
+        }
+    }
+    return text;
+}
+
+// Directions of the wind from 0 to 360 degrees, also where they are counted to both sides.
+double shownValue(const series_t& series, double value) {
+    constexpr double turn = 360;
+    const bool isTurned = series.quantity == quantity_t::windDirection && value < 0;
+    return isTurned ? value + turn : value;
+}
+
 json_t seriesOf(const series_t& series, names_t& names) {
     times_t times;
     json_t values = json_t::array();
     for (const point_t& point : pointsOf(series.values)) {
         times.add(point.time);
-        values.push_back(std::isnan(point.value) ? json_t() : json_t(rounded(point.value)));
+        values.push_back(
+            std::isnan(point.value) ? json_t() : json_t(rounded(shownValue(series, point.value))));
     }
-    constexpr const char* references[] = {"", "relative", "true"};
     return {{"sender", senderOf(series.sender, names)},
             {"what", titleOf(series.quantity)},
             {"quantity", rowOf(series.quantity).name},
-            {"reference", references[static_cast<std::size_t>(series.reference)]},
+            {"reference", referenceOf(series)},
             {"count", series.values.count()},
             {"length", series.values.length()},
             {"times", times.take()},
