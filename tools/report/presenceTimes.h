@@ -44,7 +44,8 @@ private:
     static constexpr int leastExponent = -10;
     static constexpr int greatestExponent = 40;
     static constexpr int partsOfPower = 4;
-    static constexpr std::size_t lengthCount = (greatestExponent - leastExponent) * partsOfPower;
+    static constexpr std::size_t lengthCount =
+        std::size_t{greatestExponent - leastExponent} * partsOfPower;
 
     void addStep(double time);
     void keep(const gap_t& gap);

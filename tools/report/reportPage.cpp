@@ -121,7 +121,7 @@ public:
             return textOf(name);
         }
         const std::uint64_t number = ++m_alike[begin];
-        const json_t text = textOf(begin + (number > 1 ? fmt::format("… {}", number) : "…"));
+        json_t text = textOf(begin + (number > 1 ? fmt::format("… {}", number) : "…"));
         m_short.emplace(name, text);
         return text;
     }
