@@ -13,8 +13,9 @@ namespace {
 constexpr double secondsPerDay = 86400;
 constexpr double rolloverSeconds = 1024 * 7 * secondsPerDay;
 constexpr unsigned stillCount = 10; // records in a row with the same time, until this is reported
-constexpr std::size_t mostFeeds = 4096;
-constexpr std::size_t mostPending = 64; // names in a feed; the first one stands for further ones
+constexpr std::size_t mostFeedBytes = std::size_t{4} << 20;
+constexpr std::size_t mostPending = 64;  // names in a feed; the first one stands for further ones
+constexpr std::size_t longestText = 400; // more than a message shows
 
 // A sender counts as silent only after so many records, and after so many mean intervals without
 // one.
@@ -24,7 +25,7 @@ constexpr double silentIntervals = 10;
 // The address of a sentence; the type of any other record.
 std::string nameOf(const record_t& record) {
     const auto* const sentence = std::get_if<const kalo::nmeaFormat_t*>(&record.content);
-    return sentence != nullptr ? (*sentence)->field(0)->toString()
+    return sentence != nullptr ? (*sentence)->field(0)->toString().substr(0, longestText)
                                : std::string(typeNameOf(record));
 }
 
@@ -84,6 +85,7 @@ void checker_t::beginInput(const std::string& name, const recordReader_t& reader
     m_newDate.reset();
     m_lastFix.reset();
     m_feeds.clear();
+    m_feedBytes = 0;
 }
 
 recordPlace_t checker_t::placeOf(const record_t& record) const {
@@ -96,8 +98,7 @@ finding_t checker_t::findingAt(findingId_t id, const record_t& record, std::stri
     finding.id = id;
     finding.what = std::move(what);
     finding.detail = std::move(detail);
-    constexpr std::size_t most = 400; // more than a message shows
-    finding.raw = record.raw.substr(0, most);
+    finding.raw = record.raw.substr(0, longestText);
     finding.first = finding.last = placeOf(record);
     return finding;
 }
@@ -265,6 +266,13 @@ void checker_t::checkFix(const fix_t* fix) {
     m_lastFix = *fix;
 }
 
+// Whether there is room for so many further bytes of what is known of the feeds.
+bool checker_t::takesFeedBytes(std::size_t count) {
+    const bool isTaken = m_feedBytes + count <= mostFeedBytes;
+    m_feedBytes += isTaken ? count : 0;
+    return isTaken;
+}
+
 // Of the sentences before the first one with a checksum, those of one name become one finding when
 // that one comes.
 void checker_t::checkChecksum(const record_t& record) {
@@ -272,10 +280,15 @@ void checker_t::checkChecksum(const record_t& record) {
         return;
     }
     const std::string prefix(record.prefix);
-    if (m_feeds.size() >= mostFeeds && m_feeds.find(prefix) == m_feeds.end()) {
-        return;
+    auto found = m_feeds.find(prefix);
+    if (found == m_feeds.end()) {
+        constexpr std::size_t withFinding = sizeof(feed_t) + sizeof(finding_t) + 3 * longestText;
+        if (!takesFeedBytes(withFinding + prefix.size())) {
+            return;
+        }
+        found = m_feeds.emplace(prefix, feed_t()).first;
     }
-    feed_t& feed = m_feeds[prefix];
+    feed_t& feed = found->second;
     if (record.hasChecksum) {
         for (auto& [name, finding] : feed.pending) {
             m_taker.take(std::move(finding));
@@ -291,7 +304,10 @@ void checker_t::checkChecksum(const record_t& record) {
         return;
     }
     auto place = feed.pending.find(name);
-    if (place == feed.pending.end() && feed.pending.size() >= mostPending) {
+    const bool isNew = place == feed.pending.end();
+    if (isNew && !feed.pending.empty() &&
+        (feed.pending.size() >= mostPending ||
+         !takesFeedBytes(sizeof(finding_t) + 2 * name.size() + finding.raw.size()))) {
         place = feed.pending.begin();
     }
     if (place == feed.pending.end()) {

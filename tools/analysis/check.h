@@ -111,6 +111,7 @@ private:
     void checkValues(const record_t& record);
     void checkFix(const fix_t* fix);
     void checkChecksum(const record_t& record);
+    bool takesFeedBytes(std::size_t count);
     recordPlace_t placeOf(const record_t& record) const;
     finding_t findingAt(findingId_t id, const record_t& record, std::string what,
                         std::string detail) const;
@@ -131,6 +132,7 @@ private:
     epochs_t m_epochs;
     std::optional<fix_t> m_lastFix;
     std::map<std::string, feed_t> m_feeds; // by prefix
+    std::size_t m_feedBytes = 0;           // that they take
     scratch_t m_scratch;
     measurements_t m_measured;
 };

@@ -47,15 +47,16 @@ std::size_t senders_t::find(const record_t& record, std::string_view kind) {
     if (found != m_places.end()) {
         return found->second;
     }
-    senderName_t name{m_source, std::string(record.prefix), std::string(record.talker),
-                      std::string(kind)};
-    if (m_names.size() >= most - 1) {
-        m_key.clear();
-        name = {};
+    if (m_names.size() >= most - 1 || m_nameBytes + m_key.size() > mostNameBytes) {
+        if (m_others >= m_names.size()) {
+            m_others = m_names.size();
+            m_names.emplace_back();
+        }
+        return m_others;
     }
-    const auto [place, isNew] = m_places.emplace(m_key, m_names.size());
-    if (isNew) {
-        m_names.push_back(std::move(name));
-    }
-    return place->second;
+    m_nameBytes += m_key.size();
+    m_places.emplace(m_key, m_names.size());
+    m_names.push_back(
+        {m_source, std::string(record.prefix), std::string(record.talker), std::string(kind)});
+    return m_names.size() - 1;
 }
