@@ -483,7 +483,66 @@ await test("a sourcetable can be sorted and is on a map", async () => {
     await close(page);
 });
 
+await test("a map of streams begins behind the widest space and ends at 85 degrees", async () => {
+    const table = path.join(folder, "pacific.txt");
+    const rows = [["FIJI", -17.5, 178.5], ["SAMOA", -13.75, 188.25], ["TONGA", -21.25, -175], ["POLE", 90, 0]];
+    fs.writeFileSync(table, rows.map(([name, latitude, longitude]) =>
+        `STR;${name};Place;RTCM 3.2;1004(1);2;GPS;NET;FJI;${latitude};${longitude};1;0;gen;none;B;N;400;misc\r\n`).join("") + "ENDSOURCETABLE\r\n");
+    const page = await open(makeReport("pacific", [table]));
+    const {hint, bounds, places} = await page.evaluate(() => ({
+        hint: document.getElementById("stream-hint").innerText,
+        bounds: kaloReport.streams.map.getBounds().toBBoxString().split(",").map(Number),
+        places: kaloReport.streams.marks.map((mark) => [mark.getLatLng().lat, mark.getLatLng().lng])}));
+    assert.match(hint, /^3 streams of 4 on the map, 1 beyond 85° of latitude\./);
+    assert.deepEqual(places, [[-17.5, 178.5], [-13.75, 188.25], [-21.25, 185]]);
+    assert.ok(bounds[2] - bounds[0] < 60, `the map shows ${bounds}`);
+    await close(page);
+});
+
+// ---- acoustic beacons
+
+await test("beacons stand where their records say, in the frame that they say", async () => {
+    const log = path.join(folder, "beacons.log");
+    fs.writeFileSync(log, ["GPZDA,120000,14,03,2026,00,00", "PSIMSSB,120001,B1,A,,C,H,M,30,40,5,1,N,,", "PSIMSSB,120002,B1,A,,C,H,M,-30,-40,5,1,N,,",
+        "PSIMSSB,120003,B2,A,,C,N,M,100,0,5,1,N,,", "PSIMSSB,120004,B3,A,,U,N,M,7000010,500000,5,1,N,,", "PSIMSSB,120005,B3,A,,U,N,M,7000000,500000,5,1,N,,",
+        "PSIMLBP,120006,,R1,A,C,10,20,5,1,1,0,1"].map((body) => `${sentence(body)}\r\n`).join("") + "14 MAR 2026 12:00:07:000 B:12 X:105.2 Y:-33.7\r\n");
+    const page = await open(makeReport("beacons", [log]));
+    const plots = await page.evaluate(() => {
+        const side = (pixels) => Math.abs(pixels) < 5 ? 0 : Math.sign(pixels);
+        return [...document.querySelectorAll("#beacon-plots figure")].map((figure) => {
+        const box = figure.querySelector("rect.ground").getBoundingClientRect();
+        return {title: figure.querySelector("h3").textContent, beacons: [...figure.querySelectorAll(".beacon")].map((mark) => {
+            const at = mark.getBoundingClientRect();
+            return [side(at.x + at.width / 2 - box.x - box.width / 2), side(box.y + box.height / 2 - at.y - at.height / 2),
+                mark.querySelector("title").textContent.split(": ")[1].split(", 2026")[0]];
+        })};
+        });
+    });
+    // To the right or left of the middle, above or below it.
+    assert.deepEqual(plots, [
+        {title: "From the bow (m)", beacons: [[1, 1, "30.00 m starboard, 40.00 m ahead"], [-1, -1, "-30.00 m starboard, -40.00 m ahead"]]},
+        {title: "North up (m)", beacons: [[0, 1, "0.00 m east, 100.00 m north"]]},
+        {title: "Local grid (m)", beacons: [[0, 0, "20.00 m east, 10.00 m north"]]},
+        {title: "UTM (m)", beacons: [[0, 1, "500000.00 m easting, 7000010.00 m northing"], [0, -1, "500000.00 m easting, 7000000.00 m northing"]]},
+        {title: "X and Y as sent", beacons: [[0, 0, "105.20 X, -33.70 Y"]]}]);
+    await close(page);
+});
+
 // ---- much input
+
+await test("prefixes of 20 kB leave the page as wide as the window", async () => {
+    const log = path.join(folder, "wide.log");
+    const lines = [sentence("GPZDA,120000,14,03,2026,00,00")];
+    for (let i = 0; i < 400; ++i) {
+        lines.push(`${"long prefix ".repeat(1700)}${i} ${sentence(`HEHDT,${i % 360},T`)}`);
+    }
+    fs.writeFileSync(log, `${lines.join("\r\n")}\r\n`);
+    const file = makeReport("wide", [log]);
+    assert.ok(fs.statSync(file).size < 2e6, `${fs.statSync(file).size} bytes`);
+    const page = await open(file);
+    assert.ok(await page.evaluate(() => document.documentElement.scrollWidth) <= 1400);
+    await close(page);
+});
 
 await test("a long log is thinned and keeps its extremes", async () => {
     const log = path.join(folder, "long.log");
@@ -491,12 +550,19 @@ await test("a long log is thinned and keeps its extremes", async () => {
     const file = makeReport("long", ["--max-points", "500", log]);
     assert.ok(fs.statSync(file).size < 1.5e6, `${fs.statSync(file).size} bytes`);
     const summary = JSON.parse(run(kalo, ["summary", "--json", log]));
+    // The best of three: the processor may be busy elsewhere.
+    let after = Infinity;
+    for (let i = 0; i < 3 && after >= 2000; ++i) {
+        const page = await open(file);
+        after = Math.min(after, await page.evaluate(() => kaloReport.drawnAfter));
+        await close(page);
+    }
+    assert.ok(after < 2000, `drawn after ${after} ms`);
     const page = await open(file);
-    const {series, after, hint} = await page.evaluate(() => ({
+    const {series, hint} = await page.evaluate(() => ({
         series: kaloReport.data.panels.flatMap((panel) => panel.series).map((one) => ({type: one.sender.type, prefix: one.sender.prefix, quantity: one.quantity, count: one.count, length: one.length,
             points: one.values.length, least: Math.min(...one.values.filter((v) => v !== null)), greatest: Math.max(...one.values.filter((v) => v !== null))})),
-        after: kaloReport.drawnAfter, hint: document.getElementById("voyage-hint").innerText}));
-    assert.ok(after < 3000, `drawn after ${after} ms`);
+        hint: document.getElementById("voyage-hint").innerText}));
     assert.match(hint, /thinned/);
     const thinned = series.filter((one) => one.length > 1 && one.prefix === "");
     assert.ok(thinned.length > 5);

@@ -46,6 +46,12 @@ def gapsOf(strip):
     return [tuple(time / 1000 % 86400 for time in gap) for gap in strip["gaps"]]
 
 
+def placesOf(found):
+    """Names, frames and coordinates of the beacons."""
+    return [[name, frame, round(right, 2), round(up, 2)]
+            for name, frame, _, right, up in found["beacons"]["places"]]
+
+
 def second(number):
     return b"%02d%02d%02d" % (number // 3600, number // 60 % 60, number % 60)
 
@@ -78,6 +84,13 @@ class Data(Test):
         found = seriesOf(report(headings(times)), "Course and heading")["HE HDT"]
         self.assertEqual(found, [(time, time) for time in range(10)] + [(9, None)] +
                          [(time, time) for time in range(200, 210)])
+
+    def testAGapBreaksTheLineOfFewValues(self):
+        found = seriesOf(report(headings([1, 2, 3, 4000, 4001])), "Course and heading")["HE HDT"]
+        self.assertEqual(found, [(1, 1), (2, 2), (3, 3), (3, None), (4000, 40), (4001, 41)])
+        hourly = [3600 * hour for hour in range(5)]
+        found = seriesOf(report(headings(hourly)), "Course and heading")["HE HDT"]
+        self.assertEqual([time for time, _ in found], hourly)
 
     def testGapsOfALongRecordingAreKept(self):
         times = [time for time in range(1, 20000) if not 5000 <= time < 5050 and time != 9000]
@@ -142,6 +155,17 @@ class Data(Test):
         self.assertEqual([point[1:] for point in points if point[1] != 10], [[10.5, 20, 4]])
         self.assertEqual([point[3] for point in points if point[3] != 4], [5])
 
+    def testATrackHasAsManyPointsAsItMay(self):
+        lines = [b"$GPGGA,%s,%09.4f,N,%010.4f,E,4,08,0.9,10,M,46,M,,*hh\n"
+                 % (second(time), 1000 + time / 1000, 2000 + time / 1000) for time in range(5000)]
+        for most in (100, 500, 3000):
+            with self.subTest(most=most):
+                found = report(DATE + joined(lines), "--max-points", str(most))["track"]["lines"]
+                points = [point for line in found for point in line]
+                self.assertTrue(most // 4 <= len(points) <= most, len(points))
+                self.assertEqual(len(found), 1)
+                self.assertEqual((points[0][1], points[-1][1]), (10, round(10 + 4.999 / 60, 7)))
+
     def testDaysAreJoinedAndFeedsAreNot(self):
         times = range(10, 40)
         write("monday", headings(times))
@@ -188,16 +212,35 @@ class Data(Test):
             b"$PSIMSSB,000001,B01,A,,C,H,M,10,20,5,1,N,,*hh\n"
             b"$PSIMSSB,000002,B01,A,,P,H,M,100,90,5,1,N,,*hh\n"
             b"$PSIMSSB,000003,B01,V,,C,H,M,10,20,5,1,N,,*hh\n"
-            b"$PSIMSSB,000004,B01,A,,R,N,M,1000.0,02000.0,5,1,N,,*hh\n"))
+            b"$PSIMSSB,000004,B01,A,,R,N,M,0.1,0.2,5,1,N,,*hh\n"))
         five, seven = found["satellites"]
         self.assertEqual((five["system"], five["prn"], [place[1:] for place in five["way"]][-1]),
                          ("GPS", 5, [92, 42]))
         self.assertEqual(five["signal"], {"count": 2, "least": 40, "mean": 42, "greatest": 44})
         self.assertNotIn("signal", seven)
-        places = [[each[0], each[1], *(round(value, 6) for value in each[3:])]
-                  for each in found["beacons"]["places"]]
-        self.assertEqual(places, [["B01", False, 10, 20], ["B01", False, 100, 0]])
-        self.assertEqual(found["beacons"]["others"], 1)
+        self.assertEqual(placesOf(found), [["B01", "bow", 10, 20], ["B01", "bow", 100, 0]])
+        self.assertEqual(found["beacons"]["others"], 1, "in degrees, but where is the vessel?")
+
+
+    def testEachBeaconStandsInItsFrame(self):
+        # 0.001 of a degree is 111.195 m on a sphere, and half of that to the east at 60 degrees north.
+        vessel = b"$GPGGA,000001,6000.0,N,02000.0,E,4,08,0.9,10,M,46,M,,*hh\n"
+        for line, place in [
+            (b"$PSIMSSB,000002,B01,A,,C,H,M,10,20,5,1,N,,*hh\n", ["B01", "bow", 10, 20]),
+            (b"$PSIMSSB,000002,B01,A,,C,N,M,10,20,5,1,N,,*hh\n", ["B01", "north", 20, 10]),
+            (b"$PSIMSSB,000002,B01,A,,C,E,M,10,20,5,1,N,,*hh\n", ["B01", "north", 10, 20]),
+            (b"$PSIMSSB,000002,B01,A,,U,N,M,7000000,500000,5,1,N,,*hh\n", ["B01", "utm", 500000, 7000000]),
+            (b"$PSIMSSB,000002,B01,A,,R,N,M,60.001,20.001,5,1,N,,*hh\n", ["B01", "north", 55.6, 111.2]),
+            (b"$PSIMSSB,000059,B01,A,,R,N,M,60.001,20.001,5,1,N,,*hh\n", None),  # where is the vessel?
+            (b"$PSIMLBP,000002,,R1,A,C,10,20,5,1,1,0,1*hh\n", ["R1", "localGrid", 20, 10]),
+            (b"$PSIMLBP,000002,,Ve,A,E,500000,7000000,5,1,1,0,1*hh\n", ["Ve", "utm", 500000, 7000000]),
+            (b"$PSIMLBP,000002,,R1,A,R,60.001,20.001,5,1,1,0,1*hh\n", ["R1", "north", 55.6, 111.2]),
+            (b"14 MAR 2026 00:00:02:000 B:12 X:105.2 Y:-33.7\n", ["12", "xy", 105.2, -33.7]),
+        ]:
+            with self.subTest(line=line):
+                found = report(DATE + completed(vessel + line))
+                self.assertEqual(placesOf(found), [place] if place else [])
+                self.assertEqual(found["beacons"]["others"], 0 if place else 1)
 
 
 class Page(Test):

@@ -8,27 +8,13 @@
 
 namespace {
 
-struct point_t {
-    double x;
-    double y;
-};
-
-// Metres east and north of `origin`; a plane is near enough for what one line spans between two
-// points that stay.
-point_t flat(const fix_t& fix, const fix_t& origin) {
-    const place_t place = placeOf(fix);
-    const place_t from = placeOf(origin);
-    return {(place.longitude - from.longitude) * std::cos(from.latitude) * earthRadius,
-            (place.latitude - from.latitude) * earthRadius};
-}
-
 double distanceFromLine(const fix_t& fix, const fix_t& begin, const fix_t& end) {
-    const point_t to = flat(end, begin);
-    const point_t at = flat(fix, begin);
-    const double square = to.x * to.x + to.y * to.y;
+    const offset_t to = offsetBetween(placeOf(begin), placeOf(end));
+    const offset_t at = offsetBetween(placeOf(begin), placeOf(fix));
+    const double square = to.east * to.east + to.north * to.north;
     const double along =
-        square > 0 ? std::clamp((at.x * to.x + at.y * to.y) / square, 0.0, 1.0) : 0.0;
-    return std::hypot(at.x - along * to.x, at.y - along * to.y);
+        square > 0 ? std::clamp((at.east * to.east + at.north * to.north) / square, 0.0, 1.0) : 0.0;
+    return std::hypot(at.east - along * to.east, at.north - along * to.north);
 }
 
 // Marks the points that stay, by Douglas and Peucker: the farthest from the line between two that

@@ -106,6 +106,12 @@ bool step_t::isJump(double maxSpeed) const {
     return duration && distance > maxSpeed * std::max(std::fabs(*duration), 1.0);
 }
 
+offset_t offsetBetween(const place_t& from, const place_t& to) {
+    const double eastward = std::remainder(to.longitude - from.longitude, 2 * halfTurn);
+    return {eastward * std::cos(from.latitude) * earthRadius,
+            (to.latitude - from.latitude) * earthRadius};
+}
+
 step_t stepBetween(const fix_t& from, const fix_t& to) {
     return {distanceBetween(placeOf(from), placeOf(to)), timeBetween(from, to)};
 }

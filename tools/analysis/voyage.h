@@ -59,6 +59,14 @@ inline place_t placeOf(const fix_t& fix) {
 /// The distance between two places in metres, on a sphere.
 double distanceBetween(const place_t& from, const place_t& to);
 
+/// In metres.
+struct offset_t {
+    double east;
+    double north;
+};
+/// From one place to another in a plane: near enough over some kilometres.
+offset_t offsetBetween(const place_t& from, const place_t& to);
+
 /// From one fix to the next.
 struct step_t {
     double distance;

@@ -6,7 +6,8 @@
 namespace {
 
 constexpr double shortestGap = 60; // seconds, as in `kalo check`
-constexpr double meanSteps = 10;
+constexpr double usualSteps = 10;
+constexpr std::uint64_t fewValues = 32; // a gap among few values would make the mean step long
 
 void join(interval_t& to, const interval_t& from) {
     if (from.least < to.least) {
@@ -25,12 +26,20 @@ void join(interval_t& to, const interval_t& from) {
 } // namespace
 
 bool intervals_t::isGap(double step) const {
-    if (m_all.empty() || m_count < 2) {
-        return step > shortestGap;
+    return step > shortestGap && (m_count < 2 || step > usualSteps * usualStep());
+}
+
+double intervals_t::usualStep() const {
+    if (m_count > fewValues || m_length > 1) {
+        return (m_all.back().last - m_all.front().first) / static_cast<double>(m_count - 1);
     }
-    const double mean =
-        (m_all.back().last - m_all.front().first) / static_cast<double>(m_count - 1);
-    return step > std::max(shortestGap, meanSteps * mean);
+    std::vector<double> steps;
+    for (std::size_t i = 1; i < m_all.size(); ++i) {
+        steps.push_back(std::abs(m_all[i].first - m_all[i - 1].last));
+    }
+    const auto median = steps.begin() + static_cast<std::ptrdiff_t>((steps.size() - 1) / 2);
+    std::nth_element(steps.begin(), median, steps.end());
+    return *median;
 }
 
 void intervals_t::add(double time, double value) {

@@ -33,10 +33,11 @@ public:
     /// The greatest number of values in an interval; 1 as long as every value is kept.
     std::uint64_t length() const { return m_length; }
     /// Whether so many seconds without a value are a gap: more than a minute and more than ten
-    /// mean steps.
+    /// usual steps, which are the mean, and of few values the median.
     bool isGap(double step) const;
 
 private:
+    double usualStep() const;
     void push(const interval_t& interval);
     void thin();
 

@@ -743,7 +743,13 @@
     }
 
     function addBeacons() {
-        const frames = [["from the bow", false, ["ahead", "starboard"]], ["north up", true, ["north", "east"]]];
+        const metres = " m";
+        const frames = [
+            {frame: "bow", title: "From the bow (m)", up: "ahead", right: "starboard", unit: metres, isOfVessel: true},
+            {frame: "north", title: "North up (m)", up: "north", right: "east", unit: metres, isOfVessel: true},
+            {frame: "localGrid", title: "Local grid (m)", up: "north", right: "east", unit: metres},
+            {frame: "utm", title: "UTM (m)", up: "northing", right: "easting", unit: metres},
+            {frame: "xy", title: "X and Y as sent", up: "Y", right: "X", unit: ""}];
         const all = data.beacons.places;
         if (all.length === 0) {
             return;
@@ -752,36 +758,59 @@
         const names = [...new Set(all.map((place) => place[0]))];
         const draw = () => {
             const figures = [];
-            for (const [frame, isNorthUp, [up, right]] of frames) {
-                const places = all.filter((place) => place[1] === isNorthUp);
+            for (const {frame, title, up, right, unit, isOfVessel} of frames) {
+                const places = all.filter((place) => place[1] === frame);
                 if (places.length === 0) {
                     continue;
                 }
+                // The vessel stands in the middle; without it, what there is.
+                const middle = [3, 4].map((i) => {
+                    const [least, most] = places.reduce(([a, b], place) => [Math.min(a, place[i]), Math.max(b, place[i])], [Infinity, -Infinity]);
+                    return isOfVessel ? 0 : (least + most) / 2;
+                });
                 const half = 160;
                 const size = 2 * half + 40;
                 const centre = size / 2;
-                const farthest = Math.max(1e-3, ...places.map((place) => Math.max(Math.abs(place[3]), Math.abs(place[4])))) * 1.1;
+                const farthest = Math.max(1, ...places.map((place) => Math.max(Math.abs(place[3] - middle[0]), Math.abs(place[4] - middle[1])))) * 1.1;
                 const step = niceStep(farthest);
                 const scale = half / farthest;
                 const svg = shape("svg", {viewBox: `0 0 ${size} ${size}`, width: size, height: size, role: "img",
-                    "aria-label": `Beacons around the vessel, ${frame}, in metres`});
+                    "aria-label": `Acoustic beacons: ${title}`});
                 svg.append(shape("rect", {x: 20, y: 20, width: 2 * half, height: 2 * half, class: "ground"}));
-                for (let n = 1; n * step <= farthest; ++n) {
-                    svg.append(shape("circle", {cx: centre, cy: centre, r: n * step * scale, class: "grid"}),
-                        shape("text", {x: centre + 3, y: centre - n * step * scale - 3, class: "faint"}, `${Number((n * step).toPrecision(6))} m`));
+                if (isOfVessel) {
+                    for (let n = 1; n * step <= farthest; ++n) {
+                        svg.append(shape("circle", {cx: centre, cy: centre, r: n * step * scale, class: "grid"}),
+                            shape("text", {x: centre + 3, y: centre - n * step * scale - 3, class: "faint"}, `${Number((n * step).toPrecision(6))}${unit}`));
+                    }
+                    svg.append(shape("line", {x1: 20, x2: size - 20, y1: centre, y2: centre, class: "grid"}),
+                        shape("line", {y1: 20, y2: size - 20, x1: centre, x2: centre, class: "grid"}),
+                        frame === "north" ? shape("circle", {cx: centre, cy: centre, r: 4, class: "strong"})
+                            : shape("path", {d: `M${centre} ${centre - 12}l5 8v14h-10v-14z`, class: "weak"}));
+                } else {
+                    const lines = (i) => {
+                        const all = [];
+                        for (let n = Math.ceil((middle[i] - farthest) / step); n * step <= middle[i] + farthest; ++n) {
+                            all.push([(n * step - middle[i]) * scale, String(Number((n * step).toPrecision(12)))]);
+                        }
+                        return all;
+                    };
+                    for (const [far, text] of lines(0)) {
+                        svg.append(shape("line", {y1: 20, y2: size - 20, x1: centre + far, x2: centre + far, class: "grid"}),
+                            shape("text", {x: centre + far, y: size - 8, "text-anchor": "middle", class: "faint"}, text));
+                    }
+                    for (const [far, text] of lines(1)) {
+                        svg.append(shape("line", {x1: 20, x2: size - 20, y1: centre - far, y2: centre - far, class: "grid"}),
+                            shape("text", {x: 23, y: centre - far - 3, class: "faint"}, text));
+                    }
                 }
-                svg.append(shape("line", {x1: 20, x2: size - 20, y1: centre, y2: centre, class: "grid"}),
-                    shape("line", {y1: 20, y2: size - 20, x1: centre, x2: centre, class: "grid"}),
-                    isNorthUp ? shape("circle", {cx: centre, cy: centre, r: 4, class: "strong"})
-                        : shape("path", {d: `M${centre} ${centre - 12}l5 8v14h-10v-14z`, class: "weak"}),
-                    shape("text", {x: centre, y: 14, "text-anchor": "middle"}, up),
+                svg.append(shape("text", {x: centre, y: 14, "text-anchor": "middle"}, up),
                     shape("text", {x: size - 4, y: centre - 4, "text-anchor": "end"}, right));
                 for (const [name, , time, x, y] of places) {
                     const number = names.indexOf(name);
-                    const mark = markShapes[number % markShapes.length](centre + x * scale, centre - y * scale, theme().series[number % 8]);
+                    const mark = markShapes[number % markShapes.length](centre + (x - middle[0]) * scale, centre - (y - middle[1]) * scale, theme().series[number % 8]);
                     mark.setAttribute("class", "beacon");
                     mark.setAttribute("opacity", "0.6");
-                    mark.append(shape("title", {}, `${shown(name)}: ${x.toFixed(2)} m ${right}, ${y.toFixed(2)} m ${up}${time === null ? "" : `, ${instantText(time)}`}`));
+                    mark.append(shape("title", {}, `${shown(name)}: ${x.toFixed(2)}${unit} ${right}, ${y.toFixed(2)}${unit} ${up}${time === null ? "" : `, ${instantText(time)}`}`));
                     svg.append(mark);
                 }
                 const key = element("ul", {class: "key"});
@@ -790,14 +819,14 @@
                     key.append(element("li", {}, shape("svg", {width: 16, height: 16, "aria-hidden": "true"},
                         markShapes[number % markShapes.length](8, 8, theme().series[number % 8])), shown(name) || "without a name"));
                 }
-                figures.push(element("figure", {}, element("h3", {}, `${frame[0].toUpperCase()}${frame.slice(1)} (m)`), key, svg));
+                figures.push(element("figure", {}, element("h3", {}, title), key, svg));
             }
             const hints = [];
             if (data.beacons.everyNth > 1) {
                 hints.push(`One of ${data.beacons.everyNth} places is drawn.`);
             }
             if (data.beacons.others > 0) {
-                hints.push(`${plural(data.beacons.others, "place")} not in metres from the vessel and not drawn.`);
+                hints.push(`${plural(data.beacons.others, "place")} without coordinates, or in degrees while the place of the vessel is not known, not drawn.`);
             }
             if (hints.length > 0) {
                 figures.push(element("p", {class: "hint"}, hints.join(" ")));
@@ -1013,7 +1042,7 @@
 
     function addStreams() {
         const {columns, rows, undrawn} = data.streams;
-        const east = (longitude) => ((longitude + 540) % 360 + 360) % 360 - 180;
+        const turned = (longitude) => ((longitude + 540) % 360 + 360) % 360 - 180;
         if (rows.length === 0) {
             return;
         }
@@ -1030,6 +1059,11 @@
             byId("stream-map").remove();
             return;
         }
+        // The map begins behind the widest space without a stream.
+        const longitudes = placed.map(({row}) => turned(row[latitude + 1])).sort((a, b) => a - b);
+        const spaces = longitudes.map((longitude, i) => i === 0 ? longitude + 360 - longitudes[longitudes.length - 1] : longitude - longitudes[i - 1]);
+        const first = longitudes[spaces.indexOf(Math.max(...spaces))];
+        const east = (longitude) => turned(longitude) + (turned(longitude) < first ? 360 : 0);
         const map = newMap("stream-map", "Map of the streams. Arrow keys move the map, plus and minus zoom.");
         map.fitBounds(L.latLngBounds(placed.map(({row}) => [row[latitude], east(row[latitude + 1])])), {padding: [30, 30], maxZoom: 12});
         addGraticule(map);

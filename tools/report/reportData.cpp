@@ -12,40 +12,6 @@ namespace {
 
 constexpr std::size_t longestText = 200;
 
-// The values of a beacon that place it around the vessel.
-class beaconSink_t {
-public:
-    template <typename Column, typename T>
-    void value(Column /*column*/, const T& value) {
-        constexpr std::string_view name = Column::row.name;
-        if constexpr (name == "beaconId") {
-            beaconId = value;
-        } else if constexpr (name == "starboardOffset") {
-            starboard = value;
-        } else if constexpr (name == "forwardOffset") {
-            forward = value;
-        } else if constexpr (name == "northOffset") {
-            north = value;
-        } else if constexpr (name == "eastOffset") {
-            east = value;
-        } else if constexpr (name == "range") {
-            range = value;
-        } else if constexpr (name == "bearing") {
-            bearing = value;
-        }
-    }
-    template <typename Column>
-    void none(Column /*column*/) {}
-
-    std::string beaconId;
-    std::optional<double> starboard;
-    std::optional<double> forward;
-    std::optional<double> north;
-    std::optional<double> east;
-    std::optional<double> range;
-    std::optional<double> bearing; // radians, from the bow
-};
-
 class streamSink_t {
 public:
     explicit streamSink_t(stream_t& out) : m_out(out) {}
@@ -211,38 +177,28 @@ void reportData_t::addSatellites(const record_t& record, std::optional<double> m
     }
 }
 
+// Where the vessel is at that moment. Without times nobody knows whether its last position is old.
+std::optional<place_t> reportData_t::vesselAt(std::optional<double> moment) const {
+    constexpr double oldest = 10; // seconds
+    const bool isKnown = m_vessel && moment && std::abs(*moment - m_vesselTime) <= oldest;
+    return isKnown ? m_vessel : std::nullopt;
+}
+
 void reportData_t::addBeacon(const record_t& record, std::optional<double> moment) {
-    beaconSink_t sink;
-    bool isBeacon = false;
-    if (record.type == typeOfSentence(kalo::msgTypePsimSsb)) {
-        visitRecord(record, m_scratch, [&](auto kind, const auto& source) {
-            using type_t = decltype(kind);
-            if constexpr (type_t::name == "PSIMSSB") {
-                readValues<type_t>(source, sink);
-                isBeacon = true;
-            }
-        });
+    if (m_measured.hasPosition() && moment) {
+        m_vessel = {m_measured[quantity_t::latitude], m_measured[quantity_t::longitude]};
+        m_vesselTime = *moment;
     }
-    if (!isBeacon || m_measured.isVoid()) {
+    if (m_measured.isVoid()) {
         return;
     }
-    beaconPlace_t place;
-    place.name = sink.beaconId.substr(0, longestText);
+    const beaconReading_t beacon = readBeacon(record, m_scratch, vesselAt(moment));
+    if (!beacon.place) {
+        m_otherBeacons += beacon.isBeacon ? 1 : 0;
+        return;
+    }
+    beaconPlace_t place = *beacon.place;
     place.time = moment;
-    if (sink.starboard && sink.forward) {
-        place.right = *sink.starboard;
-        place.up = *sink.forward;
-    } else if (sink.east && sink.north) {
-        place.isNorthUp = true;
-        place.right = *sink.east;
-        place.up = *sink.north;
-    } else if (sink.range && sink.bearing) {
-        place.right = *sink.range * std::sin(*sink.bearing);
-        place.up = *sink.range * std::cos(*sink.bearing);
-    } else {
-        ++m_otherBeacons;
-        return;
-    }
     if (m_beaconCount++ % m_beaconEveryNth == 0) {
         m_beaconPlaces.push_back(place);
     }
@@ -307,6 +263,7 @@ void reportData_t::endInput(const recordReader_t& reader) {
     m_undated += reader.dating().undated();
     addFix(m_epochs.finish());
     m_track.endLine();
+    m_vessel.reset();
     joinInputs(m_series, m_firstSeries, [](const series_t& a, const series_t& b) {
         return a.quantity == b.quantity && a.reference == b.reference &&
                isSameSender(a.sender, b.sender);

@@ -13,6 +13,7 @@
 #include "tools/analysis/senders.h"
 #include "tools/record/measurements.h"
 #include "tools/record/recordReader.h"
+#include "tools/report/beaconPlace.h"
 #include "tools/report/intervals.h"
 #include "tools/report/presenceTimes.h"
 #include "tools/report/trackLines.h"
@@ -52,15 +53,6 @@ struct satelliteInView_t {
     double weakest = 0; ///< dB-Hz
     double strongest = 0;
     double signalSum = 0;
-};
-
-/// Where an acoustic beacon was, seen from the vessel.
-struct beaconPlace_t {
-    std::string name;
-    bool isNorthUp = false; ///< east and north; otherwise starboard and forward
-    std::optional<double> time;
-    double right = 0; ///< metres
-    double up = 0;
 };
 
 /// A stream of a sourcetable.
@@ -107,7 +99,7 @@ public:
     /// Of every so many places of beacons one is kept.
     std::uint64_t beaconEveryNth() const { return m_beaconEveryNth; }
     const std::vector<beaconPlace_t>& beaconPlaces() const { return m_beaconPlaces; }
-    /// Places of beacons that are not given in metres from the vessel.
+    /// Places of beacons in degrees, sent when the place of the vessel was not known.
     std::uint64_t otherBeacons() const { return m_otherBeacons; }
     const std::vector<stream_t>& streams() const { return m_streams; }
 
@@ -124,6 +116,7 @@ private:
 
     void addMeasurements(double moment, std::size_t sender);
     void addSatellites(const record_t& record, std::optional<double> moment);
+    std::optional<place_t> vesselAt(std::optional<double> moment) const;
     void addBeacon(const record_t& record, std::optional<double> moment);
     void addStream(const record_t& record);
     void addFix(const fix_t* fix);
@@ -144,6 +137,8 @@ private:
     std::uint64_t m_undated = 0;
     std::uint64_t m_unkeptSeries = 0;
     trackLines_t m_track;
+    std::optional<place_t> m_vessel; // its last position in this input
+    double m_vesselTime = 0;
     std::map<std::pair<std::string, unsigned>, satelliteInView_t> m_satellites;
     std::uint64_t m_beaconEveryNth = 1;
     std::uint64_t m_beaconCount = 0;

@@ -380,10 +380,13 @@ json_t satellitesOf(const reportData_t& data) {
     return all;
 }
 
+// In the order of `beaconFrame_t`.
+constexpr const char* beaconFrames[] = {"bow", "north", "localGrid", "utm", "xy"};
+
 json_t beaconsOf(const reportData_t& data) {
     json_t places = json_t::array();
     for (const beaconPlace_t& place : data.beaconPlaces()) {
-        places.push_back({textOf(place.name), place.isNorthUp,
+        places.push_back({textOf(place.name), beaconFrames[static_cast<std::size_t>(place.frame)],
                           place.time ? json_t(millisecondsOf(*place.time)) : json_t(),
                           rounded(place.right), rounded(place.up)});
     }

@@ -28,14 +28,42 @@ constexpr isFarther_t isFarther[] = {
 
 } // namespace
 
+// In their order, each once.
+std::vector<trackPoint_t> trackLines_t::pointsOf(const piece_t& piece) {
+    std::vector<trackPoint_t> points(piece.points.begin(), piece.points.end());
+    std::sort(points.begin(), points.end(),
+              [](const trackPoint_t& a, const trackPoint_t& b) { return a.number < b.number; });
+    points.erase(std::unique(points.begin(), points.end(),
+                             [](const trackPoint_t& a, const trackPoint_t& b) {
+                                 return a.number == b.number;
+                             }),
+                 points.end());
+    return points;
+}
+
+std::size_t trackLines_t::pointCount(const piece_t& piece) {
+    std::size_t count = 0;
+    for (std::size_t i = 0; i < pointsOfPiece; ++i) {
+        bool isNew = true;
+        for (std::size_t j = 0; j < i; ++j) {
+            isNew = isNew && piece.points[j].number != piece.points[i].number;
+        }
+        count += isNew ? 1 : 0;
+    }
+    return count;
+}
+
+// Of two pieces that are counted.
 void trackLines_t::join(piece_t& to, const piece_t& from) {
     static_assert(std::size(isFarther) == pointsOfPiece);
+    m_pointCount -= pointCount(to) + pointCount(from);
     for (std::size_t i = 0; i < pointsOfPiece; ++i) {
         if (isFarther[i](from.points[i], to.points[i])) {
             to.points[i] = from.points[i];
         }
     }
     to.count += from.count;
+    m_pointCount += pointCount(to);
 }
 
 void trackLines_t::add(const fix_t& fix) {
@@ -54,50 +82,50 @@ void trackLines_t::add(const fix_t& fix) {
     piece.count = 1;
     piece.beginsLine = !m_last || (step && *step > options.maxGap);
     m_last = fix;
+    ++m_pointCount;
     if (!piece.beginsLine && m_pieces.back().count < m_length) {
         join(m_pieces.back(), piece);
-        return;
+    } else {
+        m_pieces.push_back(piece);
     }
-    m_pieces.push_back(piece);
-    if (m_pieces.size() > m_most) {
+    if (m_pointCount > m_most) {
         thin();
     }
 }
 
-// Joins neighbours in pairs: first those of the same line, and all if that is not enough.
 void trackLines_t::thin() {
-    m_length *= 2;
-    for (const bool keepsLines : {true, false}) {
-        std::size_t kept = 0;
-        bool isPaired = true;
-        for (const piece_t& piece : m_pieces) {
-            const bool joins = !isPaired && !(keepsLines && piece.beginsLine);
-            if (joins) {
-                join(m_pieces[kept - 1], piece);
-            } else {
-                m_pieces[kept++] = piece;
-            }
-            isPaired = joins;
-        }
-        m_pieces.resize(kept);
-        if (kept <= m_most - m_most / 4) {
-            return;
+    while (m_pointCount > m_most - m_most / 4 && m_pieces.size() > 1) {
+        m_length *= 2;
+        const std::size_t before = m_pieces.size();
+        joinPairs(true);
+        if (m_pieces.size() > before - before / 4) { // too many short lines
+            joinPairs(false);
         }
     }
+}
+
+// Joins neighbours in pairs; `keepsLines`: only those of the same line.
+void trackLines_t::joinPairs(bool keepsLines) {
+    std::size_t kept = 0;
+    bool isPaired = true;
+    for (const piece_t& piece : m_pieces) {
+        const bool joins = !isPaired && !(keepsLines && piece.beginsLine);
+        if (joins) {
+            join(m_pieces[kept - 1], piece);
+        } else {
+            m_pieces[kept++] = piece;
+        }
+        isPaired = joins;
+    }
+    m_pieces.resize(kept);
 }
 
 std::vector<trackPoint_t> trackLines_t::points() const {
     std::vector<trackPoint_t> points;
     for (const piece_t& piece : m_pieces) {
-        auto ofPiece = piece.points;
-        std::sort(ofPiece.begin(), ofPiece.end(),
-                  [](const trackPoint_t& a, const trackPoint_t& b) { return a.number < b.number; });
         const std::size_t begin = points.size();
-        for (const trackPoint_t& point : ofPiece) {
-            if (points.size() == begin || points.back().number != point.number) {
-                points.push_back(point);
-            }
-        }
+        const std::vector<trackPoint_t> ofPiece = pointsOf(piece);
+        points.insert(points.end(), ofPiece.begin(), ofPiece.end());
         points[begin].beginsLine = piece.beginsLine;
     }
     return points;

@@ -21,7 +21,7 @@ struct trackPoint_t {
 class trackLines_t {
 public:
     /// At most so many points are given.
-    explicit trackLines_t(std::size_t most) : m_most(most / pointsOfPiece) {}
+    explicit trackLines_t(std::size_t most) : m_most(most) {}
 
     void add(const fix_t& fix);
     /// What follows begins another line.
@@ -42,10 +42,14 @@ private:
         bool beginsLine = false;
     };
 
-    static void join(piece_t& to, const piece_t& from);
+    static std::vector<trackPoint_t> pointsOf(const piece_t& piece);
+    static std::size_t pointCount(const piece_t& piece);
+    void join(piece_t& to, const piece_t& from);
     void thin();
+    void joinPairs(bool keepsLines);
 
-    std::size_t m_most; // pieces
+    std::size_t m_most;
+    std::size_t m_pointCount = 0; // of all pieces
     std::uint64_t m_length = 1;
     std::uint64_t m_count = 0;
     std::vector<piece_t> m_pieces;
