@@ -61,6 +61,12 @@ std::string versionText() {
                      ZSTD_versionString(), LZ4_versionString(), NLOHMANN_JSON_VERSION_MAJOR,
                      NLOHMANN_JSON_VERSION_MINOR, NLOHMANN_JSON_VERSION_PATCH, TOML_LIB_MAJOR,
                      TOML_LIB_MINOR, TOML_LIB_PATCH));
+#ifdef KALO_REPORT_USES
+    line("report", "draws with " KALO_REPORT_USES);
+#else
+    line("report",
+         "left out; it needs the packages libjs-dygraphs and libjs-leaflet when kalo is built");
+#endif
     line("unpacks", "gzip, zstd, xz, bzip2, lz4; archives: tar, zip");
     return text;
 }
