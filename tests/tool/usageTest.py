@@ -102,7 +102,7 @@ class Words(Test):
         version = re.search(r"project\(kalo VERSION (\S+)", (ROOT / "CMakeLists.txt").read_text())[1]
         self.assertEqual(lines[0], f"kalo {version}")
         self.assertEqual([line.split()[0] for line in lines[1:]],
-                         ["built", "library", "uses", "unpacks"])
+                         ["built", "library", "uses", "report", "unpacks"])
         self.assertRegex(lines[1], r"^built +with (GNU|Clang) \d+\.\d+\.\d+, build type \w+$")
         if "libkalo" in lines[2]:  # shared
             self.assertTrue(lines[2].endswith(f"/libkalo.so.{version}"), lines[2])
