@@ -4,7 +4,8 @@ import pathlib
 import re
 import sys
 
-ROOMS = ["terminal", "time", "input", "record", "analysis", "output", "report", "command", "main.cpp"]
+ROOMS = ["terminal", "time", "input", "record", "analysis", "output", "report", "column", "command",
+         "main.cpp"]
 ROOT = pathlib.Path(sys.argv[1])
 
 

@@ -9,7 +9,6 @@
 #include <unistd.h>
 
 #include "tools/input/input.h"
-#include "tools/record/registry.h"
 #include "tools/terminal/message.h"
 
 namespace {
@@ -114,7 +113,7 @@ private:
 
 tableFiles_t::tableFiles_t(const tableFolder_t& folder, const tableOptions_t& options,
                            dictionaryHolder_t& dictionary)
-    : m_folder(folder), m_options(options), m_dictionary(dictionary), m_ofTypes(recordTypeCount) {}
+    : m_folder(folder), m_options(options), m_dictionary(dictionary) {}
 
 tableFiles_t::~tableFiles_t() = default;
 
@@ -129,7 +128,7 @@ bool tableFiles_t::makeFolder() const {
 }
 
 void tableFiles_t::write(const record_t& record, scratch_t& scratch) {
-    file_t& file = fileOf(record);
+    file_t& file = m_files.of(record, [this](std::string_view name) { return fileNamed(name); });
     file.write(record, m_source, scratch);
     if (file.isLarge()) {
         m_hasFailed = !file.flush(m_folder.inputs) || m_hasFailed;
@@ -137,36 +136,14 @@ void tableFiles_t::write(const record_t& record, scratch_t& scratch) {
 }
 
 void tableFiles_t::flush() {
-    for (const auto& [name, file] : m_files) {
+    for (const auto& [name, file] : m_files.objects()) {
         m_hasFailed = !file->flush(m_folder.inputs) || m_hasFailed;
     }
 }
 
-tableFiles_t::file_t& tableFiles_t::fileOf(const record_t& record) {
-    if (record.entry == nullptr && record.type == noType) {
-        return fileNamed(record.fault == fault_t::none ? untypedTable : malformedTable);
-    }
-    if (record.entry != nullptr && record.entry->index >= m_ofEntries.size()) {
-        m_ofEntries.resize(record.entry->index + 1);
-    }
-    file_t*& place =
-        record.entry != nullptr ? m_ofEntries[record.entry->index] : m_ofTypes[record.type];
-    if (place == nullptr) {
-        place = &fileNamed(typeNameOf(record));
-    }
-    return *place;
-}
-
-tableFiles_t::file_t& tableFiles_t::fileNamed(std::string_view name) {
-    const auto found = m_files.find(name);
-    if (found != m_files.end()) {
-        return *found->second;
-    }
+std::unique_ptr<tableFiles_t::file_t> tableFiles_t::fileNamed(std::string_view name) const {
     const char* const ending = m_options.format == tableFormat_t::csv ? ".csv" : ".tsv";
     std::string path =
         (std::filesystem::path(m_folder.path) / (std::string(name) + ending)).string();
-    return *m_files
-                .emplace(name, std::make_unique<file_t>(std::move(path),
-                                                        tableNamed(name, m_dictionary), m_options))
-                .first->second;
+    return std::make_unique<file_t>(std::move(path), tableNamed(name, m_dictionary), m_options);
 }

@@ -1,12 +1,12 @@
 // A folder with a file for each type of record.
 #pragma once
 
-#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
 #include "tools/output/tableWriter.h"
+#include "tools/record/byTable.h"
 #include "tools/record/dictionaryFile.h"
 
 struct tableFolder_t {
@@ -37,15 +37,12 @@ public:
 private:
     class file_t;
 
-    file_t& fileOf(const record_t& record);
-    file_t& fileNamed(std::string_view name);
+    std::unique_ptr<file_t> fileNamed(std::string_view name) const;
 
     const tableFolder_t& m_folder;
     const tableOptions_t& m_options;
     dictionaryHolder_t& m_dictionary;
-    std::map<std::string, std::unique_ptr<file_t>, std::less<>> m_files;
-    std::vector<file_t*> m_ofTypes;   // by the index of the type
-    std::vector<file_t*> m_ofEntries; // by the index in the dictionary
+    byTable_t<file_t> m_files;
     std::string m_source;
     bool m_hasFailed = false;
 };

@@ -1,0 +1,148 @@
+#include "tools/column/array.h"
+
+#include <algorithm>
+#include <bitset>
+
+#include "tools/output/utf8.h"
+
+namespace {
+
+constexpr std::size_t leastRows = 64;
+// What one row adds is far less than the other half of the 31 bits.
+constexpr std::size_t largeSize = std::size_t{1} << 30;
+constexpr std::size_t longestEscape = 4;
+
+std::size_t bitBytes(std::size_t rows) { return (rows + 7) / 8; }
+
+bool isPlain(char c) { return static_cast<unsigned char>(c) < 0x80 && c != '\\'; }
+
+// Valid UTF-8 stays, a backslash is doubled, any other byte becomes \xHH.
+char* writeEscaped(char* at, std::string_view bytes) {
+    constexpr const char* digits = "0123456789ABCDEF";
+    for (std::size_t i = 0; i < bytes.size();) {
+        const std::size_t length = isPlain(bytes[i]) ? 1 : utf8Length(bytes.substr(i));
+        if (length > 0) {
+            at = std::copy_n(bytes.data() + i, length, at);
+            i += length;
+            continue;
+        }
+        const auto c = static_cast<unsigned char>(bytes[i++]);
+        *at++ = '\\';
+        *at++ = c == '\\' ? '\\' : 'x';
+        if (c != '\\') {
+            *at++ = digits[c >> 4];
+            *at++ = digits[c & 0xF];
+        }
+    }
+    return at;
+}
+
+} // namespace
+
+array_t::array_t(const columnType_t& type) : m_form(type.form) {
+    m_members.reserve(type.members.size());
+    for (const columnType_t& member : type.members) {
+        m_members.emplace_back(member);
+    }
+    if (hasOffsets()) {
+        m_offsets.resize(sizeof(std::int32_t)); // a column without rows has one offset, too
+    }
+}
+
+std::size_t array_t::valueBytes(std::size_t rows) const {
+    switch (m_form) {
+    case form_t::boolean: return bitBytes(rows);
+    case form_t::integer:
+    case form_t::number:
+    case form_t::instant: return rows * sizeof(std::int64_t);
+    case form_t::date: return rows * sizeof(std::int32_t);
+    case form_t::text:
+    case form_t::bytes: return m_used;
+    case form_t::list:
+    case form_t::object: break;
+    }
+    return 0;
+}
+
+void array_t::grow(std::size_t rows) {
+    m_capacity = std::max({rows, 2 * m_capacity, leastRows});
+    m_validity.resize(bitBytes(m_capacity));
+    if (hasOffsets()) {
+        m_offsets.resize((m_capacity + 1) * sizeof(std::int32_t));
+    } else if (m_form == form_t::object) {
+        for (array_t& member : m_members) {
+            member.reserve(m_capacity);
+        }
+    } else {
+        m_values.resize(valueBytes(m_capacity));
+    }
+}
+
+char* array_t::room(std::size_t size) {
+    if (m_values.size() - m_used < size) {
+        m_values.resize(2 * (m_used + size));
+    }
+    return m_values.data() + m_used;
+}
+
+void array_t::setText(std::size_t row, std::string_view bytes) {
+    setPresent(row);
+    if (std::all_of(bytes.begin(), bytes.end(), isPlain)) {
+        std::copy(bytes.begin(), bytes.end(), room(bytes.size()));
+        m_used += bytes.size();
+        return;
+    }
+    char* const at = room(longestEscape * bytes.size());
+    m_used += static_cast<std::size_t>(writeEscaped(at, bytes) - at);
+}
+
+void array_t::setBytes(std::size_t row, std::string_view bytes) {
+    setPresent(row);
+    std::copy(bytes.begin(), bytes.end(), room(bytes.size()));
+    m_used += bytes.size();
+}
+
+std::size_t array_t::addItem() {
+    if (m_used > 0) {
+        m_members[0].endRow(m_used - 1);
+    }
+    m_members[0].reserve(m_used + 1);
+    return m_used++;
+}
+
+void array_t::endRow(std::size_t row) {
+    if (hasOffsets()) {
+        m_offsets.as<std::int32_t>()[row + 1] = static_cast<std::int32_t>(m_used);
+    } else if (m_form == form_t::object) {
+        for (array_t& member : m_members) {
+            member.endRow(row);
+        }
+    }
+}
+
+void array_t::finish(std::size_t rows) {
+    m_rows = rows;
+    m_capacity = rows;
+    if (m_form == form_t::list && m_used > 0) {
+        m_members[0].endRow(m_used - 1);
+    }
+    for (array_t& member : m_members) {
+        member.finish(m_form == form_t::list ? m_used : rows);
+    }
+    std::size_t present = 0;
+    for (std::size_t byte = 0; byte < bitBytes(rows); ++byte) {
+        present += std::bitset<8>(m_validity.as<unsigned char>()[byte]).count();
+    }
+    m_nullCount = rows - present;
+    m_validity.resize(bitBytes(rows));
+    if (hasOffsets()) {
+        m_offsets.resize((rows + 1) * sizeof(std::int32_t));
+    }
+    m_values.resize(valueBytes(rows));
+}
+
+bool array_t::isLarge() const {
+    return m_used >= largeSize ||
+           std::any_of(m_members.begin(), m_members.end(),
+                       [](const array_t& member) { return member.isLarge(); });
+}
