@@ -45,7 +45,7 @@ array_t::array_t(const columnType_t& type) : m_form(type.form) {
         m_members.emplace_back(member);
     }
     if (hasOffsets()) {
-        m_offsets.resize(sizeof(std::int32_t)); // a column without rows has one offset, too
+        m_offsets.grow(sizeof(std::int32_t), 0); // a column without rows has one offset, too
     }
 }
 
@@ -65,22 +65,24 @@ std::size_t array_t::valueBytes(std::size_t rows) const {
 }
 
 void array_t::grow(std::size_t rows) {
+    const std::size_t old = m_hasValues ? m_capacity : 0;
     m_capacity = std::max({rows, 2 * m_capacity, leastRows});
-    m_validity.resize(bitBytes(m_capacity));
+    m_validity.grow(bitBytes(m_capacity), bitBytes(old));
     if (hasOffsets()) {
-        m_offsets.resize((m_capacity + 1) * sizeof(std::int32_t));
+        m_offsets.grow((m_capacity + 1) * sizeof(std::int32_t),
+                       m_hasValues ? (old + 1) * sizeof(std::int32_t) : 0);
     } else if (m_form == form_t::object) {
         for (array_t& member : m_members) {
             member.reserve(m_capacity);
         }
     } else {
-        m_values.resize(valueBytes(m_capacity));
+        m_values.grow(valueBytes(m_capacity), valueBytes(old));
     }
 }
 
 char* array_t::room(std::size_t size) {
     if (m_values.size() - m_used < size) {
-        m_values.resize(2 * (m_used + size));
+        m_values.grow(2 * (m_used + size), m_used);
     }
     return m_values.data() + m_used;
 }
@@ -110,13 +112,13 @@ std::size_t array_t::addItem() {
     return m_used++;
 }
 
-void array_t::endRow(std::size_t row) {
+void array_t::endVariableRow(std::size_t row) {
     if (hasOffsets()) {
         m_offsets.as<std::int32_t>()[row + 1] = static_cast<std::int32_t>(m_used);
-    } else if (m_form == form_t::object) {
-        for (array_t& member : m_members) {
-            member.endRow(row);
-        }
+        return;
+    }
+    for (array_t& member : m_members) {
+        member.endRow(row);
     }
 }
 
@@ -130,15 +132,27 @@ void array_t::finish(std::size_t rows) {
         member.finish(m_form == form_t::list ? m_used : rows);
     }
     std::size_t present = 0;
-    for (std::size_t byte = 0; byte < bitBytes(rows); ++byte) {
+    for (std::size_t byte = 0; m_hasValues && byte < bitBytes(rows); ++byte) {
         present += std::bitset<8>(m_validity.as<unsigned char>()[byte]).count();
     }
     m_nullCount = rows - present;
-    m_validity.resize(bitBytes(rows));
-    if (hasOffsets()) {
-        m_offsets.resize((rows + 1) * sizeof(std::int32_t));
+    m_validity.shrink(bitBytes(rows));
+    m_offsets.shrink((rows + 1) * sizeof(std::int32_t));
+    m_values.shrink(valueBytes(rows));
+}
+
+std::size_t array_t::bytes(std::size_t rows) const {
+    if (!m_hasValues) {
+        return 0;
     }
-    m_values.resize(valueBytes(rows));
+    std::size_t size = bitBytes(rows) + valueBytes(rows);
+    if (hasOffsets()) {
+        size += rows * sizeof(std::int32_t);
+    }
+    for (const array_t& member : m_members) {
+        size += member.bytes(m_form == form_t::list ? m_used : rows);
+    }
+    return size;
 }
 
 bool array_t::isLarge() const {

@@ -40,7 +40,7 @@ public:
     bool hasOffsets() const {
         return m_form == form_t::text || m_form == form_t::bytes || m_form == form_t::list;
     }
-    bool hasValues() const { return m_form != form_t::list && m_form != form_t::object; }
+    bool hasMemory() const { return m_form != form_t::list && m_form != form_t::object; }
 
     void reserve(std::size_t rows) {
         if (rows > m_capacity) {
@@ -62,7 +62,10 @@ public:
     void setText(std::size_t row, std::string_view bytes);
     void setBytes(std::size_t row, std::string_view bytes);
     /// Of a list or an object, whose items or members are set by themselves.
-    void setPresent(std::size_t row) { setBit(m_validity, row); }
+    void setPresent(std::size_t row) {
+        m_hasValues = true;
+        setBit(m_validity, row);
+    }
 
     array_t& member(std::size_t index) { return m_members[index]; }
     /// Appends an item to the list of the current row. Returns its row in the column of the items,
@@ -70,10 +73,17 @@ public:
     std::size_t addItem();
     array_t& items() { return m_members[0]; }
 
-    void endRow(std::size_t row);
+    void endRow(std::size_t row) {
+        if (m_hasValues && !isOfFixedSize()) {
+            endVariableRow(row);
+        }
+    }
+    bool isOfFixedSize() const { return !hasOffsets() && m_form != form_t::object; }
 
     /// No row follows: gives back memory that is not used.
     void finish(std::size_t rows);
+    /// How much memory the first `rows` rows take.
+    std::size_t bytes(std::size_t rows) const;
     /// Whether its memory comes near to what the offsets of 32 bits can count.
     bool isLarge() const;
 
@@ -108,9 +118,11 @@ private:
     }
     std::size_t valueBytes(std::size_t rows) const;
     void grow(std::size_t rows);
+    void endVariableRow(std::size_t row);
     char* room(std::size_t size);
 
     form_t m_form;
+    bool m_hasValues = false;   // in any row
     std::size_t m_capacity = 0; // rows
     std::size_t m_used = 0;     // bytes of text, items of a list
     std::size_t m_rows = 0;

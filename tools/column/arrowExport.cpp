@@ -126,7 +126,7 @@ void exportColumn(const std::shared_ptr<const batch_t>& batch, const array_t& co
     std::int64_t bufferCount = 1;
     for (const memory_t* memory : {&column.offsets(), &column.values()}) {
         const bool isOfForm =
-            memory == &column.offsets() ? column.hasOffsets() : column.hasValues();
+            memory == &column.offsets() ? column.hasOffsets() : column.hasMemory();
         if (isOfForm) {
             owner->buffers[static_cast<std::size_t>(bufferCount++)] = memory->data();
         }

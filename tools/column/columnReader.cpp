@@ -42,12 +42,12 @@ columnReader_t::columnReader_t(columnReaderOptions_t options) : m_options(std::m
 std::unique_ptr<columnReader_t::table_t> columnReader_t::makeTable(std::string_view name) {
     const std::vector<std::string>& wanted = m_options.tables;
     const std::string_view columns = columnsName(name);
-    const bool isWanted =
-        wanted.empty() || std::find(wanted.begin(), wanted.end(), columns) != wanted.end();
-    return std::unique_ptr<table_t>(
-        new table_t{isWanted,
-                    std::string(columns),
-                    {tableNamed(name, *m_options.read.dictionary), m_options.columns}});
+    std::unique_ptr<table_t> table(new table_t{
+        wanted.empty() || std::find(wanted.begin(), wanted.end(), columns) != wanted.end(),
+        std::string(columns),
+        {tableNamed(name, *m_options.read.dictionary), m_options.columns}});
+    table->isWanted = table->isWanted && !table->columns.types()->empty();
+    return table;
 }
 
 void columnReader_t::begin(std::string_view source) {
@@ -88,6 +88,14 @@ std::vector<namedBatches_t> columnReader_t::take() {
         }
     }
     return taken;
+}
+
+std::size_t columnReader_t::bytes() const {
+    std::size_t size = 0;
+    for (const auto& [key, table] : m_tables.objects()) {
+        size += table->columns.bytes();
+    }
+    return size;
 }
 
 std::string columnReader_t::nameOf(std::string_view name, dictionaryHolder_t& dictionary) {

@@ -45,6 +45,9 @@ public:
     /// `options.tables` names is there even if it has no rows.
     std::vector<namedBatches_t> take();
 
+    /// How much memory those rows take.
+    std::size_t bytes() const;
+
     /// The name that a table has as columns, for its name or that of a type in letters of any case;
     /// empty if there is no such table.
     static std::string nameOf(std::string_view name, dictionaryHolder_t& dictionary);

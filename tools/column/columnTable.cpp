@@ -208,6 +208,15 @@ columnTypes_t columnTypes(const recordTable_t& records, const columnOptions_t& o
     return types;
 }
 
+std::shared_ptr<const batch_t> emptyBatch(std::shared_ptr<const columnTypes_t> types) {
+    batch_t batch = {std::move(types), {}, 0};
+    for (const columnType_t& type : *batch.types) {
+        batch.columns.emplace_back(type);
+        batch.columns.back().finish(0);
+    }
+    return std::make_shared<const batch_t>(std::move(batch));
+}
+
 // Puts the values of a record into the current row.
 class columnTable_t::sink_t {
 public:
@@ -346,6 +355,12 @@ void columnTable_t::begin() {
     };
     std::transform(m_keyPlaces.begin(), m_keyPlaces.end(), m_keys.begin(), columnAt);
     std::transform(m_valuePlaces.begin(), m_valuePlaces.end(), m_values.begin(), columnAt);
+    m_variable.clear();
+    for (array_t& column : m_columns) {
+        if (!column.isOfFixedSize()) {
+            m_variable.push_back(&column);
+        }
+    }
     m_rows = 0;
     m_room = 0;
 }
@@ -390,8 +405,8 @@ void columnTable_t::add(const record_t& record, std::string_view source, scratch
 }
 
 void columnTable_t::endRow() {
-    for (array_t& column : m_columns) {
-        column.endRow(m_rows);
+    for (array_t* const column : m_variable) {
+        column->endRow(m_rows);
     }
     ++m_rows;
     if (m_rows % rowsBetweenChecks == 0 &&
@@ -402,7 +417,18 @@ void columnTable_t::endRow() {
     }
 }
 
+std::size_t columnTable_t::openBytes() const {
+    std::size_t size = 0;
+    for (const array_t& column : m_columns) {
+        size += column.bytes(m_rows);
+    }
+    return size;
+}
+
+std::size_t columnTable_t::bytes() const { return m_batchBytes + openBytes(); }
+
 void columnTable_t::close() {
+    m_batchBytes += openBytes();
     for (array_t& column : m_columns) {
         column.finish(m_rows);
     }
@@ -415,6 +441,7 @@ std::vector<std::shared_ptr<const batch_t>> columnTable_t::take() {
     if (m_rows > 0) {
         close();
     }
+    m_batchBytes = 0;
     return std::exchange(m_batches, {});
 }
 

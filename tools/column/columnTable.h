@@ -32,6 +32,9 @@ struct batch_t {
     std::size_t rows = 0;
 };
 
+/// A batch without rows.
+std::shared_ptr<const batch_t> emptyBatch(std::shared_ptr<const columnTypes_t> types);
+
 class columnTable_t {
 public:
     columnTable_t(const recordTable_t& records, const columnOptions_t& options);
@@ -44,11 +47,15 @@ public:
     /// Hands over the rows since the last call, in pieces of bounded size; none if there are none.
     std::vector<std::shared_ptr<const batch_t>> take();
 
+    /// How much memory the rows take that `take` will hand over.
+    std::size_t bytes() const;
+
     const std::shared_ptr<const columnTypes_t>& types() const { return m_types; }
 
 private:
     class sink_t;
 
+    std::size_t openBytes() const;
     void begin();
     void endRow();
     void close();
@@ -69,7 +76,9 @@ private:
     std::vector<array_t> m_columns;         // of the batch that grows
     std::vector<array_t*> m_keys;           // by key; null where not wanted
     std::vector<array_t*> m_values;         // by position of the value; null where not wanted
+    std::vector<array_t*> m_variable;       // those whose rows have no fixed size
     std::size_t m_rows = 0;
     std::size_t m_room = 0; // rows
     std::vector<std::shared_ptr<const batch_t>> m_batches;
+    std::size_t m_batchBytes = 0;
 };
