@@ -1,0 +1,359 @@
+"""The package as its users call it. Needs no other package; what NumPy and pandas get is tested where
+they are installed."""
+import bz2
+import datetime
+import gzip
+import importlib.util
+import io
+import lzma
+import os
+import pathlib
+import subprocess
+import sys
+import tarfile
+import tempfile
+import threading
+import unittest
+import zipfile
+
+import expected
+import kalo
+
+GGA = b"$GPGGA,120000,5000.000,N,00100.000,W,1,08,0.9,5.5,M,46.9,M,,\r\n"
+HDT = b"$GPHDT,90,T\r\n"
+UTC = datetime.timezone.utc
+
+
+def has(package):
+    return importlib.util.find_spec(package) is not None
+
+
+def rowsOf(tables):
+    return {name: table.to_pylist() for name, table in tables.items()}
+
+
+class Test(unittest.TestCase):
+    """A test in an empty folder."""
+    maxDiff = None
+
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.addCleanup(os.chdir, os.getcwd())
+        os.chdir(folder.name)
+
+    def write(self, name, data):
+        pathlib.Path(name).write_bytes(data)
+        return name
+
+
+class ReadTest(Test):
+    def testOptions(self):
+        """Each row: the line, the options, the type, the column, and what must be in it."""
+        day = datetime.datetime(2026, 3, 14, 12, tzinfo=UTC)
+        own = self.write("own.toml", b'[PECHO]\nmeaning = "depth"\nsource = "none"\nvalues = [\n'
+                                     b'{name = "soundSpeed", kind = "number", field = 1}]\n')
+        stamped = b"03/04/2026 10:00:00 " + HDT
+        april, march = (datetime.datetime(2026, month, number, 10, tzinfo=UTC)
+                        for month, number in ((4, 3), (3, 4)))
+        zda = b"$GPZDA,120000,14,03,2006,00,00\r\n"
+        for line, options, kind, column, wanted in (
+                (GGA, {}, "GGA", "time", None),
+                (GGA, {"date": "2026-03-14"}, "GGA", "time", day),
+                (GGA, {"date": day.date()}, "GGA", "time", day),
+                (GGA, {}, "GGA", "latitude", 50.0),
+                (GGA, {"radians": True}, "GGA", "latitude", 0.8726646259971648),
+                (GGA, {}, "GGA", "raw", None),
+                (GGA, {"raw": True}, "GGA", "raw", GGA[:-2]),
+                (GGA, {"require_checksum": True}, "malformed", "error", "no checksum"),
+                (GGA[:-2], {"strict": True}, "malformed", "error", "no line end"),
+                (GGA, {"kind": "tss1"}, "malformed", "error", "nothing decodes"),
+                (zda, {"not_before": "2020-01-01"}, "ZDA", "timeRule", "rollover"),
+                (stamped, {"date_order": "dmy"}, "HDT", "received", april),
+                (stamped, {"date_order": "mdy"}, "HDT", "received", march),
+                (b"$PECHO,1500\r\n", {"sentences": own}, "PECHO", "soundSpeed", 1500.0),
+                (b"$PECHO,1500\r\n", {"sentences": [own]}, "PECHO", "soundSpeed", 1500.0)):
+            with self.subTest(line=line, options=options, column=column):
+                row, = kalo.read(self.write("a.log", line), **options)[kind].to_pylist()
+                self.assertEqual(row[column], wanted)
+
+    def testTodayDatesLiveInput(self):
+        decoder = kalo.Decoder(date="today")
+        now = datetime.datetime.now(UTC)
+        decoder.feed(b"$GPGLL,5000.0,N,00100.0,W,%s,A\r\n" % now.strftime("%H%M%S").encode())
+        row, = decoder.take()["GLL"].to_pylist()
+        self.assertLess(abs(row["time"] - now), datetime.timedelta(minutes=5))
+
+    def testWrongUse(self):
+        log = self.write("a.log", GGA)
+        bad = self.write("bad.toml", b"[X\n")
+        for arguments, options, message in (
+                (("a.log",), {"types": ["GGX"]}, "no such type: GGX"),
+                (("a.log",), {"columns": ["latitud"]}, "no such column: latitud"),
+                (("a.log",), {"types": "HDT", "columns": "latitude"}, "no such column: latitude"),
+                (("a.log",), {"date": "2026-02-30"}, "no such date: 2026-02-30 "
+                                                     r"\(expected YYYY-MM-DD\)"),
+                (("a.log",), {"date_order": "ymd"}, r"no such order: ymd \(expected dmy, mdy\)"),
+                (("a.log",), {"kind": "xml"}, "no such kind: xml"),
+                (("a.log",), {"sentences": bad}, "bad.toml")):
+            with self.subTest(options=options), self.assertRaisesRegex(ValueError, message):
+                kalo.read(*arguments, **options)
+        with self.assertRaisesRegex(ValueError, "batch_bytes"):
+            kalo.scan(log, batch_bytes=0)
+        with self.assertRaisesRegex(ValueError, "no such column: nothing"):
+            kalo.read(log)["GGA"].to_numpy(["nothing"])
+        with self.assertRaises(TypeError):
+            kalo.read(log, nothing=1)
+        with self.assertRaises(TypeError):
+            kalo.Decoder().feed("text")
+
+    def testFilesThatCannotBeRead(self):
+        truncated = gzip.compress(GGA * 1000)[:-20]
+        inner = io.BytesIO()
+        with zipfile.ZipFile(inner, "w") as archive:
+            archive.writestr("a.log", GGA)
+        with zipfile.ZipFile("outer.zip", "w") as archive:
+            archive.writestr("inner.zip", inner.getvalue())
+        with self.assertRaisesRegex(OSError, "outer.zip:inner.zip: an archive cannot be read here"):
+            kalo.read("outer.zip")
+        layers = GGA
+        for _ in range(5):
+            layers = gzip.compress(layers)
+        with self.assertRaisesRegex(OSError, "layers.gz: packed too many times"):
+            kalo.read(self.write("layers.gz", layers))
+        for name, data in (("missing.log", None), ("cut.gz", truncated),
+                           ("broken.zip", b"PK\x03\x04" + bytes(100)),
+                           ("other.zst", b"\x28\xb5\x2f\xfd" + bytes(20))):
+            if data is not None:
+                self.write(name, data)
+            with self.subTest(name), self.assertRaises(OSError):
+                kalo.read(name)
+
+    def testChosenTypesAndColumns(self):
+        log = self.write("a.log", GGA + HDT + b"junk\r\n")
+        self.assertEqual(sorted(kalo.read(log)), ["GGA", "HDT", "malformed"])
+        chosen = kalo.read(log, types=["hdt", "GLL", "malformed"], columns=["heading", "line"])
+        self.assertEqual(rowsOf(chosen), {"GLL": [], "HDT": [{"heading": 90.0, "line": 2}],
+                                          "malformed": [{"line": 3}]})
+        self.assertEqual(rowsOf(kalo.read(log, columns="heading")), {"HDT": [{"heading": 90.0}]})
+
+    def testSchema(self):
+        table = kalo.schema("gga", columns=["latitude", "time"])
+        self.assertEqual(len(table), 0)
+        self.assertEqual(table.columns, [
+            kalo.Column("latitude", "number", "deg", "north positive"),
+            kalo.Column("time", "instant", "", "UTC instant")])
+        self.assertEqual(kalo.schema("RMC", radians=True).columns[-5].unit, "rad")
+
+    def testOrderOfColumns(self):
+        """Around the values a fixed order, and the values in the order of kalo fields."""
+        front = ["source", "line", "offset", "received", "receivedZone", "time", "timeRule",
+                 "prefix", "suffix", "tag", "talker", "checksum"]
+        for kind in "GGA", "RMC", "TSS1", "ATS", "SATELLITES", "STR", "VHW", "TXT":
+            listed = subprocess.run([expected.TOOL, "fields", kind], check=True, text=True,
+                                    capture_output=True).stdout.splitlines()
+            values = [line.split()[1] for line in listed[1:]]
+            names = [column.name for column in kalo.schema(kind).columns]
+            held = [name for name in front if name in names]
+            back = [name for name in ("error", "stated", "computed", "raw") if name in names]
+            with self.subTest(kind):
+                self.assertGreater(len(values), 0)
+                self.assertEqual(names, held + values + back)
+
+    def testProgress(self):
+        paths = [self.write(f"{i}.log", GGA * (i + 1)) for i in range(3)]
+        calls = []
+        kalo.read(paths, progress=lambda done, total: calls.append((done, total)))
+        self.assertEqual(calls[-1], (6 * len(GGA), 6 * len(GGA)))
+        self.assertEqual(calls, sorted(calls))
+
+        def stop(done, total):
+            raise KeyboardInterrupt
+        with self.assertRaises(KeyboardInterrupt):
+            kalo.read(paths, progress=stop)
+
+
+class InputTest(Test):
+    def testCompressedFiles(self):
+        plain = self.write("a.log", GGA + HDT * 2)
+        wanted = {name: [{**row, "source": None} for row in rows]
+                  for name, rows in rowsOf(kalo.read(plain)).items()}
+        for pack in gzip.compress, bz2.compress, lzma.compress, \
+                lambda data: gzip.compress(data[:30]) + gzip.compress(data[30:]), \
+                lambda data: bz2.compress(gzip.compress(data)):
+            name = self.write("packed", pack(GGA + HDT * 2))
+            rows = rowsOf(kalo.read(name))
+            for table in rows.values():
+                for row in table:
+                    self.assertEqual(row["source"], "packed")
+                    row["source"] = None
+            self.assertEqual(rows, wanted)
+
+    def testArchives(self):
+        with tarfile.open("logs.tar", "w") as archive:
+            for name, data in (("day1.log", GGA), ("more/day2.log.gz", gzip.compress(HDT))):
+                info = tarfile.TarInfo(name)
+                info.size = len(data)
+                archive.addfile(info, io.BytesIO(data))
+        with zipfile.ZipFile("logs.zip", "w", zipfile.ZIP_DEFLATED) as archive:
+            archive.writestr("day1.log", GGA)
+            archive.writestr("more/day2.log.gz", gzip.compress(HDT))
+        self.write("logs.tgz", gzip.compress(pathlib.Path("logs.tar").read_bytes()))
+        for archive in "logs.tar", "logs.zip", "logs.tgz":
+            log = kalo.read(archive)
+            sources = {name: [row["source"] for row in table.to_pylist()]
+                       for name, table in log.items()}
+            with self.subTest(archive):
+                self.assertEqual(sources, {"GGA": [f"{archive}:day1.log"],
+                                           "HDT": [f"{archive}:more/day2.log.gz"]})
+
+    def testEachInputBeginsAnew(self):
+        """A day that one input tells is not that of the next; lines are counted from 1."""
+        first = self.write("a.log", b"$GPZDA,120000,14,03,2026,00,00\r\n" + GGA)
+        rows = kalo.read([first, self.write("b.log", GGA)])["GGA"].to_pylist()
+        self.assertEqual([(row["source"], row["line"], row["time"] is None) for row in rows],
+                         [("a.log", 2, False), ("b.log", 1, True)])
+
+    def testNameThatIsNotUtf8(self):
+        name = self.write(os.fsdecode(b"a\xff.log"), HDT)
+        self.assertEqual(kalo.read(name)["HDT"].to_pylist()[0]["source"], "a\\xFF.log")
+
+
+class LiveTest(Test):
+    def testRowsComeAsTheirLinesDo(self):
+        decoder = kalo.Decoder("COM1")
+        decoder.feed(HDT[:5])
+        self.assertEqual(decoder.take(), {})
+        decoder.feed(bytearray(HDT[5:]))
+        decoder.feed(memoryview(HDT[:-2]))
+        row, = decoder.take()["HDT"].to_pylist()
+        self.assertEqual((row["source"], row["line"]), ("COM1", 1))
+        decoder.finish()
+        row, = decoder.take()["HDT"].to_pylist()
+        self.assertEqual(row["line"], 2)
+        with self.assertRaisesRegex(ValueError, "no input was begun"):
+            decoder.feed(HDT)
+        decoder.begin("COM2")
+        decoder.feed(HDT)
+        self.assertEqual(decoder.take()["HDT"].to_pylist()[0]["source"], "COM2")
+
+    def testTablesOutliveTheirDecoder(self):
+        decoder = kalo.Decoder()
+        decoder.feed(HDT * 1000)
+        table = decoder.take()["HDT"]
+        del decoder
+        self.assertEqual(sum(row["heading"] for row in table.to_pylist()), 90000)
+
+
+class ScanTest(Test):
+    def testPartsAreTheWhole(self):
+        data = expected.SHIPPED.read_bytes()
+        path = self.write("a.log", data * 40)
+        whole = rowsOf(kalo.read(path))
+        parts, joined = 0, {}
+        for part in kalo.scan(path, batch_bytes=1):  # a part for each block
+            parts += 1
+            for name, rows in rowsOf(part).items():
+                joined.setdefault(name, []).extend(rows)
+        self.assertGreater(parts, 2)
+        self.assertEqual(joined, whole)
+
+    def testMemoryIsBounded(self):
+        """An archive of 1 GB is read in less than 100 MB."""
+        data = expected.SHIPPED.read_bytes()
+        data *= (50 << 20) // len(data)
+        copies = (1 << 30) // len(data) + 1
+        paths = [self.write("a.log", data)] * copies
+        program = ("import re, sys, kalo\n"
+                   "rows = sum(len(table) for part in kalo.scan(sys.argv[1:])"
+                   " for table in part.values())\n"
+                   "status = open('/proc/self/status').read()\n"
+                   "print(rows, re.search(r'VmHWM:\\s+(\\d+)', status)[1])")
+        out = subprocess.run([sys.executable, "-c", program, *paths], check=True, text=True,
+                             capture_output=True).stdout
+        rows, kilobytes = map(int, out.split())
+        self.assertEqual(rows, copies * sum(map(len, kalo.read("a.log").values())))
+        self.assertLess(kilobytes, 100 << 10)
+
+
+class ThreadTest(Test):
+    def testDecodersInThreads(self):
+        data = expected.SHIPPED.read_bytes() * 20
+        path = self.write("a.log", data)
+        wanted = {name: len(table) for name, table in kalo.read(path).items()}
+        found = []
+
+        def run():
+            found.append({name: len(table) for name, table in kalo.read(path).items()})
+        threads = [threading.Thread(target=run) for _ in range(4)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        self.assertEqual(found, [wanted] * 4)
+
+    def testOneDecoderInTwoThreadsIsRefused(self):
+        """A second thread gets a ValueError or its turn, but never half a line of the other."""
+        decoder = kalo.Decoder(types="HDT")
+        data = HDT * 200000
+        refused = []
+
+        def run():
+            for _ in range(5):
+                try:
+                    decoder.feed(data)
+                except ValueError as error:
+                    refused.append(str(error))
+        threads = [threading.Thread(target=run) for _ in range(2)]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        self.assertLessEqual(set(refused), {"the decoder is in use by another thread"})
+        self.assertEqual(len(decoder.take()["HDT"]), (10 - len(refused)) * 200000)
+
+
+@unittest.skipUnless(has("numpy"), "NumPy is not installed")
+class NumpyTest(Test):
+    def testTypesAndNulls(self):
+        import numpy
+        log = kalo.read(self.write("a.log", GGA + b"$GPGGA,,,,,,,,,,,,,,\r\n"), date="2026-03-14")
+        arrays = log["GGA"].to_numpy()
+        self.assertEqual(list(arrays), [column.name for column in log["GGA"].columns])
+        self.assertEqual(str(arrays["time"].tolist()),
+                         "[datetime.datetime(2026, 3, 14, 12, 0), None]")
+        self.assertEqual(arrays["time"].dtype, numpy.dtype("datetime64[us]"))
+        self.assertEqual(arrays["latitude"][0], 50)
+        self.assertTrue(numpy.isnan(arrays["latitude"][1]))
+        self.assertEqual(arrays["quality"].tolist(), [1, None])
+        self.assertEqual(arrays["checksum"].tolist(), [False, False])
+        self.assertEqual(arrays["timeRule"].tolist(), ["option", None])
+
+    def testArraysOutliveTheirTable(self):
+        array = kalo.read(self.write("a.log", HDT * 1000))["HDT"].to_numpy(["heading"])["heading"]
+        self.assertEqual(array.sum(), 90000)
+        with self.assertRaises(ValueError):  # others may look at the same memory
+            array[0] = 0
+
+    def testEmptyTable(self):
+        arrays = kalo.schema("GSV").to_numpy()
+        self.assertEqual({len(array) for array in arrays.values()}, {0})
+
+
+@unittest.skipUnless(has("pandas"), "pandas is not installed")
+class PandasTest(Test):
+    def testTypesAndNulls(self):
+        import pandas
+        log = kalo.read(self.write("a.log", GGA + b"$GPGGA,,,,,,,,,,,,,,\r\n"), date="2026-03-14")
+        frame = log["GGA"].to_pandas()
+        self.assertEqual(str(frame["time"].dtype), "datetime64[us, UTC]")
+        self.assertEqual(frame["time"][0], pandas.Timestamp("2026-03-14T12:00:00Z"))
+        self.assertTrue(pandas.isna(frame["time"][1]))
+        self.assertEqual(str(frame["quality"].dtype), "Int64")
+        self.assertEqual(frame["quality"].sum(), 1)
+        self.assertEqual(list(log["GGA"].to_pandas(["latitude"]).columns), ["latitude"])
+        self.assertEqual(len(kalo.schema("GSV").to_pandas()), 0)
+
+
+if __name__ == "__main__":
+    unittest.main()
