@@ -1,4 +1,4 @@
-#include "python/objects.h"
+#include "python/values.h"
 
 namespace {
 
@@ -60,8 +60,7 @@ private:
     // Texts in neighbouring rows are often the same, and are then one object.
     PyObject* makeText(std::string_view text) {
         if (!m_text || text != m_lastText) {
-            m_text = object_t(
-                PyUnicode_FromStringAndSize(text.data(), static_cast<Py_ssize_t>(text.size())));
+            m_text = object_t(textOf(text));
             m_lastText = text;
         }
         Py_XINCREF(m_text.get());
