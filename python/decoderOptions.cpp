@@ -52,7 +52,14 @@ std::vector<std::string> tablesOfObject(PyObject* names, dictionaryHolder_t& dic
     return tables;
 }
 
-// A column that no table has is a slip.
+// No name at all would mean every type or column, where the caller computed that there is none.
+void checkCount(const std::vector<std::string>& names, const char* argument) {
+    if (names.empty()) {
+        throw usageError_t(std::string(argument) + " is empty; leave it out to get all of them");
+    }
+}
+
+// A column that no table has is a slip, and a name stands for one column only.
 void checkColumns(const columnReaderOptions_t& options) {
     dictionaryHolder_t& dictionary = *options.read.dictionary;
     columnOptions_t all = options.columns;
@@ -65,9 +72,13 @@ void checkColumns(const columnReaderOptions_t& options) {
             known.push_back(type.name);
         }
     }
-    for (const std::string& name : options.columns.columns) {
+    const std::vector<std::string>& wanted = options.columns.columns;
+    for (const std::string& name : wanted) {
         if (std::find(known.begin(), known.end(), name) == known.end()) {
             throw usageError_t("no such column: " + name);
+        }
+        if (std::count(wanted.begin(), wanted.end(), name) > 1) {
+            throw usageError_t("column named twice: " + name);
         }
     }
 }
@@ -129,9 +140,11 @@ columnReaderOptions_t decoderOptions(PyObject* arguments, PyObject* keywords) {
     }
     if (isGiven(types)) {
         options.tables = tablesOfObject(types, *options.read.dictionary);
+        checkCount(options.tables, "types");
     }
     if (isGiven(columns)) {
         options.columns.columns = textsOfObject(columns);
+        checkCount(options.columns.columns, "columns");
         checkColumns(options);
     }
     return options;

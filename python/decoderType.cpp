@@ -15,6 +15,7 @@ struct reading_t {
     std::unique_ptr<columnReader_t> reader;
     std::unique_ptr<std::mutex> inUse = std::make_unique<std::mutex>();
     bool isBegun = false;
+    bool hasFailed = false; // memory ran out in the middle of a row
 };
 using decoderObject_t = instance_t<reading_t>;
 
@@ -34,6 +35,9 @@ void unlocked(reading_t& reading, Run run) {
     if (!lock.owns_lock()) {
         throw usageError_t("the decoder is in use by another thread");
     }
+    if (reading.hasFailed) {
+        throw usageError_t("the decoder ran out of memory before; make a new one");
+    }
     std::exception_ptr failure;
     PyThreadState* const state = PyEval_SaveThread();
     try {
@@ -43,6 +47,7 @@ void unlocked(reading_t& reading, Run run) {
     }
     PyEval_RestoreThread(state);
     if (failure) {
+        reading.hasFailed = true;
         std::rethrow_exception(failure);
     }
 }
@@ -120,16 +125,23 @@ PyObject* decoderSize(PyObject* self, PyObject* /*unused*/) {
 // The columns of each table that the decoder can give, as batches without rows.
 PyObject* decoderTables(PyObject* self, PyObject* /*unused*/) {
     return guarded([&] {
-        const columnReaderOptions_t& options = decoderObject_t::of(self).options;
-        dictionaryHolder_t& dictionary = *options.read.dictionary;
-        object_t tables = owned(PyDict_New());
-        for (const std::string& name :
-             options.tables.empty() ? columnReader_t::names(dictionary) : options.tables) {
-            auto types = std::make_shared<const columnTypes_t>(
-                columnTypes(columnReader_t::tableOf(name, dictionary), options.columns));
-            if (!types->empty()) {
-                setItem(tables, name, batchObject(emptyBatch(std::move(types))));
+        reading_t& reading = decoderObject_t::of(self);
+        std::vector<std::pair<std::string, std::shared_ptr<const batch_t>>> batches;
+        unlocked(reading, [&] { // the first look into the dictionary changes it
+            const columnReaderOptions_t& options = reading.options;
+            dictionaryHolder_t& dictionary = *options.read.dictionary;
+            for (const std::string& name :
+                 options.tables.empty() ? columnReader_t::names(dictionary) : options.tables) {
+                auto types = std::make_shared<const columnTypes_t>(
+                    columnTypes(columnReader_t::tableOf(name, dictionary), options.columns));
+                if (!types->empty()) {
+                    batches.emplace_back(name, emptyBatch(std::move(types)));
+                }
             }
+        });
+        object_t tables = owned(PyDict_New());
+        for (const auto& [name, batch] : batches) {
+            setItem(tables, name, batchObject(batch));
         }
         return tables.release();
     });
