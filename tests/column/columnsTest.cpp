@@ -104,6 +104,9 @@ const row_t rows[] = {
     {"$GPRMC,235960,A,5000.000,N,00100.000,W,10,90,311216,,,A*hh", "RMC", "time",
      "1483228800000000"},
     {"$GPRMC,235960,A,5000.000,N,00100.000,W,10,90,311216,,,A*hh", "RMC", "date", "17166"},
+    // The first year and the last second of what a sentence can send.
+    {"$GPZDA,120000,14,03,0000,00,00*hh", "ZDA", "date", "-719455"},
+    {"$GPZDA,235960,31,12,9999,00,00*hh", "ZDA", "time", "253402300800000000"},
     // The 30th of February was sent, and is no day.
     {"$GPRMC,120000,A,5000.000,N,00100.000,W,10,90,300226,,,A*hh", "RMC", "date", "null"},
     {"$GPRMC,120000,A,5000.000,N,00100.000,W,10,90,300226,,,A*hh", "RMC", "time", "null"},
@@ -116,6 +119,10 @@ const row_t rows[] = {
     {"2026-03-14T12:00:00 $GPHDT,90,T*hh", "HDT", "receivedZone", "false"},
     {"1969-12-31T23:59:59.25Z $GPHDT,90,T*hh", "HDT", "received", "-750000"},
     {"12:00:00 $GPHDT,90,T*hh", "HDT", "received", "null"},
+    {"12:00:00 $GPHDT,90,T*hh", "HDT", "receivedZone", "null"},
+    {"03/04/2026 12:00:00 $GPHDT,90,T*hh", "HDT", "received", "null"}, // April or March
+    {"2016-12-31T23:59:60.5Z $GPHDT,90,T*hh", "HDT", "received", "1483228800500000"},
+    {"2026-03-14T23:59:59.9999995Z $GPHDT,90,T*hh", "HDT", "received", "1773532800000000"},
     // Text as in JSON: a byte that is not UTF-8 and a backslash are escaped.
     {"a\\b\xFF\xC3\xA4 $GPHDT,90,T*hh", "HDT", "prefix", "\"a\\\\b\\xFF\xC3\xA4\""},
     {"\\s:x,c:1334337320,n:7\\$GPHDT,90,T*hh", "HDT", "tag",
