@@ -8,9 +8,8 @@ from typing import Any, Dict, Iterable, Iterator, List, Optional, Sequence, Unio
 
 from . import _kalo
 from ._inputs import Path, Progress, blocks
-from ._table import Table
+from ._table import Names, Table
 
-_Names = Union[str, Sequence[str]]
 _Date = Union[str, datetime.date]
 _Paths = Union[Path, Iterable[Path]]
 
@@ -29,7 +28,7 @@ class Decoder:
         Only records of these types, such as "GGA"; also "malformed" and "unknown". Tables of these
         types are there even if they have no rows.
     columns
-        Only these columns, in this order.
+        Only these columns, in this order. Tables that have none of them are left out.
     radians
         Angles in radians, rates of turn in radians per second.
     raw
@@ -57,8 +56,8 @@ class Decoder:
         self,
         source: str = "-",
         *,
-        types: Optional[_Names] = None,
-        columns: Optional[_Names] = None,
+        types: Optional[Names] = None,
+        columns: Optional[Names] = None,
         radians: bool = False,
         raw: bool = False,
         date: Optional[_Date] = None,
@@ -82,7 +81,7 @@ class Decoder:
 
         Other threads run meanwhile. A last line without its line end waits for the next bytes.
         """
-        self._decoder.feed(chunk if isinstance(chunk, bytes) else bytes(chunk))
+        self._decoder.feed(chunk if isinstance(chunk, bytes) else bytes(memoryview(chunk)))
 
     def begin(self, source: str) -> None:
         """The bytes that follow are those of another input."""
@@ -106,9 +105,11 @@ def read(paths: _Paths, *, progress: Optional[Progress] = None, **options: Any) 
     """Decodes files in one pass: a dict of tables by type of record.
 
     ``paths`` is a path or several. Files compressed by gzip, bzip2 or xz, and tar and zip archives
-    of files are unpacked; zstd and lz4 are if Python or a package can do it. ``progress(done,
-    total)`` is called with the number of bytes read so far and that of all files. The other
-    arguments are those of ``Decoder``. For more than memory holds use ``scan``.
+    of files are unpacked; lz4 with the package lz4, zstd with Python 3.14 or the package
+    backports.zstd. A member of an archive is an input with a name such as "logs.tar:monday.log".
+    ``progress(done, total)`` is called with the number of bytes read so far and that of all files;
+    what it raises ends the reading. The other arguments are those of ``Decoder``. For more than
+    memory holds use ``scan``.
     """
     decoder = Decoder(**options)
     for _ in _feed(decoder, paths, progress):
@@ -121,7 +122,8 @@ def scan(paths: _Paths, *, batch_bytes: int = 8 << 20, progress: Optional[Progre
     """Decodes files part by part, in bounded memory.
 
     Yields a dict of tables by type of record, as ``read`` does, whenever the columns take about
-    ``batch_bytes`` bytes, and at the end. The other arguments are those of ``read``.
+    ``batch_bytes`` bytes, and at the end. Where a file cannot be read further, yields what was read
+    so far and then raises OSError. The other arguments are those of ``read``.
     """
     if batch_bytes < 1:
         raise ValueError(f"batch_bytes must be above 0, not {batch_bytes}")
@@ -140,30 +142,37 @@ def schema(type: str, **options: Any) -> Table:
 
 def _scan(decoder: Decoder, paths: _Paths, batch_bytes: int,
           progress: Optional[Progress]) -> Iterator[Dict[str, Table]]:
-    for _ in _feed(decoder, paths, progress):
-        if decoder._decoder.size() >= batch_bytes:
-            yield decoder.take()
+    failure = None
+    try:
+        for _ in _feed(decoder, paths, progress):
+            if decoder._decoder.size() >= batch_bytes:
+                yield decoder.take()
+    except OSError as error:
+        failure = error
+        decoder.finish()
     if rest := decoder.take():
         yield rest
+    if failure:
+        raise failure
 
 
 def _feed(decoder: Decoder, paths: _Paths, progress: Optional[Progress]) -> Iterator[None]:
     """Feeds all blocks, and yields after each."""
-    files: List[Path] = [paths] if isinstance(paths, (str, os.PathLike)) else list(paths)
-    current = None
+    several = [paths] if isinstance(paths, (str, bytes, os.PathLike)) else paths
+    files = [os.fsdecode(path) for path in several]
+    isBegun = False
     for name, block in blocks(files, progress):
-        if name != current:
+        if not isBegun:
             decoder.begin(name)
-            current = name
+        isBegun = block is not None
         if block is None:
             decoder.finish()
-            current = None
         else:
             decoder.feed(block)
             yield
 
 
-def _names(names: Optional[_Names]) -> Optional[List[str]]:
+def _names(names: Optional[Names]) -> Optional[List[str]]:
     if names is None:
         return None
     return [names] if isinstance(names, str) else list(names)

@@ -7,9 +7,9 @@ import importlib
 import io
 import lzma
 import os
+import re
 import tarfile
 import zipfile
-import zlib
 from typing import IO, Any, Callable, Iterator, List, Optional, Tuple, Union
 
 Path = Union[str, "os.PathLike[str]"]
@@ -18,39 +18,70 @@ Progress = Callable[[int, int], None]
 _BLOCK = 1 << 18
 _MOST_LAYERS = 4
 _START = 512  # bytes that tell what a file holds
-_TAR_MARK = slice(257, 262)
 
 
-def _other(*modules: str) -> Callable[[Any], Any]:
-    """Opens with the first of these modules that is there."""
+class _Unreadable(OSError):
+    """A file that cannot be read, or not further."""
+
+
+def _other(package: str, *modules: str) -> Callable[[Any], Any]:
+    """Opens with the first of these modules that is there; the package has one of them."""
     def opened(file: Any) -> Any:
         for name in modules:
             try:
-                return importlib.import_module(name).open(file, "rb")
+                module = importlib.import_module(name)
             except ImportError:
-                pass
-        raise OSError("compressed by a method that needs one of the packages "
-                      + ", ".join(module.split(".")[0] for module in modules))
+                continue
+            return module.open(file, "rb")
+        raise ImportError(f"compressed by a method that needs the package {package}")
     return opened
 
 
 _COMPRESSED: List[Tuple[bytes, Callable[[Any], Any]]] = [
-    (b"\x1f\x8b", gzip.open),
-    (b"BZh", bz2.open),
-    (b"\xfd7zXZ\x00", lzma.open),
-    (b"\x28\xb5\x2f\xfd", _other("compression.zstd", "zstandard")),
-    (b"\x04\x22\x4d\x18", _other("lz4.frame"))]
-
-_DAMAGED = (EOFError, gzip.BadGzipFile, lzma.LZMAError, tarfile.TarError, zipfile.BadZipFile,
-            zlib.error)
+    (rb"\x1f\x8b\x08", gzip.open),
+    (rb"BZh[1-9](1AY&SY|\x17rE8P\x90)", bz2.open),
+    (rb"\xfd7zXZ\x00", lzma.open),
+    (rb"\x28\xb5\x2f\xfd", _other("backports.zstd", "compression.zstd", "backports.zstd")),
+    (rb"\x04\x22\x4d\x18", _other("lz4", "lz4.frame"))]
 
 
-class _Counting(io.RawIOBase):
-    """A file that tells how far it was read."""
+class _TarMember(tarfile.TarInfo):
+    """tarfile takes a damaged header for the end of the archive, which here ends with zeros only."""
 
-    def __init__(self, file: IO[bytes], tell: Callable[[int], None]) -> None:
+    @classmethod
+    def frombuf(cls, buf: Any, encoding: Any, errors: Any) -> Any:
+        try:
+            return super().frombuf(buf, encoding, errors)
+        except tarfile.HeaderError as error:
+            if len(buf) == tarfile.BLOCKSIZE and not any(buf):
+                raise
+            raise tarfile.ReadError(f"the archive is damaged or cut off: {error}") from error
+
+
+def _tar(file: Any) -> Iterator[Tuple[str, Any]]:
+    with tarfile.open(fileobj=file, mode="r|", tarinfo=_TarMember) as archive:
+        for member in archive:
+            if member.isfile():
+                yield member.name, archive.extractfile(member)
+
+
+def _zip(file: Any) -> Iterator[Tuple[str, Any]]:
+    with zipfile.ZipFile(file if file.seekable() else io.BytesIO(file.read())) as archive:
+        for member in archive.infolist():
+            if not member.is_dir():
+                with archive.open(member) as inner:
+                    yield member.filename, inner
+
+
+_ARCHIVES = [(rb"PK(\x03\x04|\x05\x06)", _zip), (rb"[^\r\n]{100}[\x00-\xff]{157}ustar", _tar)]
+
+
+class _Filled(io.RawIOBase):
+    """A file whose reads are only short at its end. It counts the bytes that are read."""
+
+    def __init__(self, file: IO[bytes]) -> None:
         self._file = file
-        self._tell = tell
+        self.count = 0
 
     def readable(self) -> bool:
         return True
@@ -65,72 +96,64 @@ class _Counting(io.RawIOBase):
         return self._file.tell()
 
     def readinto(self, buffer: Any) -> int:
-        block = self._file.read(len(buffer))
-        buffer[:len(block)] = block
-        self._tell(len(block))
-        return len(block)
+        done = 0
+        while done < len(buffer) and (block := self._file.read(len(buffer) - done)):
+            buffer[done:done + len(block)] = block
+            done += len(block)
+        self.count += done
+        return done
 
 
-def blocks(paths: List[Path],
+def blocks(paths: List[str],
            progress: Optional[Progress] = None) -> Iterator[Tuple[str, Optional[bytes]]]:
-    """The name of each input with its blocks, one after another; None at its end.
+    """The bytes of each input with its name, and None at its end.
 
     The members of an archive are inputs of their own, with names such as "logs.tar:monday.log".
     """
-    total = sum(os.stat(path).st_size for path in paths)
-    done = 0
-
-    def count(size: int) -> None:
-        nonlocal done
-        done += size
-        if progress is not None:
-            progress(done, total)
-
-    for path in paths:
-        name = os.fspath(path)
+    sizes = [os.stat(path).st_size for path in paths]
+    total = sum(sizes)
+    before = 0
+    for path, size in zip(paths, sizes):
         with open(path, "rb", buffering=0) as file:
-            try:
-                yield from _content(name, io.BufferedReader(_Counting(file, count), _BLOCK), True)
-            except _DAMAGED as error:
-                raise OSError(f"{name}: {error}") from error
+            filled = _Filled(file)
+            for block in _readable(path, filled):
+                yield block
+                if progress is not None and block[1] is not None:
+                    progress(before + min(filled.count, size), total)  # a zip's end is read twice
+        before += size
+        if progress is not None:
+            progress(before, total)
 
 
-def _content(name: str, file: Any, mayBeArchive: bool,
-             layers: int = 0) -> Iterator[Tuple[str, Optional[bytes]]]:
-    start = file.peek(_START)[:_START]
-    opened = next((opened for mark, opened in _COMPRESSED if start.startswith(mark)), None)
-    members = _zip if start.startswith(b"PK\x03\x04") else \
-        _tar if start[_TAR_MARK] == b"ustar" and (mayBeArchive or layers > 0) else None
+def _readable(path: str, file: _Filled) -> Iterator[Tuple[str, Optional[bytes]]]:
+    """The blocks of a file. The modules that unpack it have many exceptions; here it is one."""
+    try:
+        yield from _content(path, file)
+    except (_Unreadable, MemoryError):
+        raise
+    except Exception as error:
+        if isinstance(error, OSError) and error.errno is not None:
+            raise OSError(error.errno, error.strerror, path) from error
+        raise _Unreadable(f"{path}: {error}") from error
+
+
+def _content(name: str, file: Any, layers: int = 0,
+             isMember: bool = False) -> Iterator[Tuple[str, Optional[bytes]]]:
+    file = io.BufferedReader(file if isinstance(file, _Filled) else _Filled(file), _BLOCK)
+    start = file.peek(_START)
+    opened = next((opened for mark, opened in _COMPRESSED if re.match(mark, start)), None)
+    members = next((members for mark, members in _ARCHIVES if re.match(mark, start)), None)
+    if members and isMember:
+        raise _Unreadable(f"{name}: an archive cannot be read here; unpack it into files first")
     if layers == _MOST_LAYERS and (opened or members):
-        raise OSError(f"{name}: packed too many times; unpack it first")
-    if members and not mayBeArchive:
-        raise OSError(f"{name}: an archive cannot be read here; unpack it into files first")
+        raise _Unreadable(f"{name}: packed too many times; unpack it first")
     if opened:
         with opened(file) as inner:
-            yield from _content(name, _peekable(inner), True, layers + 1)
+            yield from _content(name, inner, layers + 1)
     elif members:
         for member, inner in members(file):
-            yield from _content(f"{name}:{member}", _peekable(inner), False, layers + 1)
+            yield from _content(f"{name}:{member}", inner, layers + 1, True)
     else:
         while block := file.read(_BLOCK):
             yield name, block
         yield name, None
-
-
-def _peekable(file: Any) -> Any:
-    return file if hasattr(file, "peek") else io.BufferedReader(file, _BLOCK)
-
-
-def _tar(file: Any) -> Iterator[Tuple[str, Any]]:
-    with tarfile.open(fileobj=file, mode="r|") as archive:
-        for member in archive:
-            if member.isfile():
-                yield member.name, archive.extractfile(member)
-
-
-def _zip(file: Any) -> Iterator[Tuple[str, Any]]:
-    with zipfile.ZipFile(file if file.seekable() else io.BytesIO(file.read())) as archive:
-        for member in archive.infolist():
-            if not member.is_dir():
-                with archive.open(member) as inner:
-                    yield member.filename, inner

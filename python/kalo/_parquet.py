@@ -61,7 +61,8 @@ def _writeByPyarrow(table: Any, folder: str, name: str) -> None:
         table.append_column("day", day), folder, format="parquet",
         partitioning=pyarrow.dataset.partitioning(
             pyarrow.schema([("day", pyarrow.string())]), flavor="hive"),
-        basename_template=name + "-{i}.parquet", existing_data_behavior="overwrite_or_ignore")
+        basename_template=name + "-{i}.parquet", existing_data_behavior="overwrite_or_ignore",
+        max_partitions=len(table))  # of a log with damaged dates each row may have its own day
 
 
 def _writeByDuckdb(table: Table, folder: str, name: str) -> None:
@@ -72,9 +73,15 @@ def _writeByDuckdb(table: Table, folder: str, name: str) -> None:
     connection = duckdb.connect()
     try:
         connection.register("part", table)
-        quoted = folder.replace("'", "''")
         connection.execute(
-            f"COPY (SELECT *, {day} AS day FROM part) TO '{quoted}' (FORMAT parquet, "
-            f"PARTITION_BY (day), FILENAME_PATTERN '{name}-{{i}}', OVERWRITE_OR_IGNORE)")
+            f"COPY (SELECT *, {day} AS day FROM part) TO {_quoted(folder)} (FORMAT parquet, "
+            f"PARTITION_BY (day), FILENAME_PATTERN {_quoted(name + '-{i}')}, OVERWRITE_OR_IGNORE)")
+    except duckdb.IOException as error:
+        raise OSError(f"{folder}: {error}") from error
     finally:
         connection.close()
+
+
+def _quoted(text: str) -> str:
+    """A text as SQL has it."""
+    return "'" + text.replace("'", "''") + "'"

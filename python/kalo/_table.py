@@ -2,7 +2,7 @@
 from __future__ import annotations
 
 import datetime
-from typing import TYPE_CHECKING, Any, Dict, Iterator, List, NamedTuple, Optional, Sequence
+from typing import TYPE_CHECKING, Any, Dict, Iterator, List, NamedTuple, Optional, Sequence, Union
 
 from . import _kalo
 
@@ -12,6 +12,8 @@ if TYPE_CHECKING:
 
 _EPOCH = datetime.datetime(1970, 1, 1, tzinfo=datetime.timezone.utc)
 _FIRST_DAY = datetime.date(1970, 1, 1)
+
+Names = Union[str, Sequence[str]]
 
 # Forms whose values NumPy reads from memory.
 _FIXED = ("boolean", "integer", "number", "instant", "date")
@@ -58,7 +60,7 @@ class Table:
     def __arrow_c_stream__(self, requested_schema: Optional[object] = None) -> object:
         return _kalo.stream(self._batches)
 
-    def to_numpy(self, columns: Optional[Sequence[str]] = None) -> Dict[str, "_numpy.ndarray[Any, Any]"]:
+    def to_numpy(self, columns: Optional[Names] = None) -> Dict[str, "_numpy.ndarray[Any, Any]"]:
         """The columns as arrays, by name; only those that are named, if any are.
 
         Numbers are float64 with NaN for null; times datetime64[us] (UTC) and dates datetime64[D]
@@ -68,11 +70,11 @@ class Table:
         """
         return {self._columns[i].name: self._array(i) for i in self._places(columns)}
 
-    def to_pandas(self, columns: Optional[Sequence[str]] = None) -> "_pandas.DataFrame":
+    def to_pandas(self, columns: Optional[Names] = None) -> "_pandas.DataFrame":
         """The columns as a pandas data frame; only those that are named, if any are.
 
         Times have the zone UTC. Integers and booleans have the types of pandas that know null.
-        Needs no pyarrow.
+        Needs pandas 2 or later, and no pyarrow.
         """
         import pandas
 
@@ -92,7 +94,11 @@ class Table:
         return pandas.DataFrame(data, index=range(len(self)))
 
     def to_pylist(self) -> List[Dict[str, Any]]:
-        """The rows as dictionaries. Times are datetime objects in UTC."""
+        """The rows as dictionaries. Times are datetime objects in UTC, dates date objects.
+
+        None also stands for a time or date that these cannot hold: of the year 0, or in the leap
+        second behind the year 9999. The arrays of ``to_numpy`` have it.
+        """
         names = [column.name for column in self._columns]
         return [dict(zip(names, row)) for row in self._rows()]
 
@@ -101,10 +107,11 @@ class Table:
             yield from zip(*(_objects(batch, i, column.form)
                              for i, column in enumerate(self._columns)))
 
-    def _places(self, columns: Optional[Sequence[str]]) -> List[int]:
+    def _places(self, columns: Optional[Names]) -> List[int]:
         names = [column.name for column in self._columns]
         if columns is None:
             return list(range(len(names)))
+        columns = [columns] if isinstance(columns, str) else columns
         for name in columns:
             if name not in names:
                 raise ValueError(f"no such column: {name}")
@@ -163,9 +170,17 @@ def _values(batch: _kalo.Batch, place: int, form: str) -> Any:
 def _objects(batch: _kalo.Batch, place: int, form: str) -> List[Any]:
     values = batch.objects(place)
     if form == "instant":
-        return [value if value is None else _EPOCH + datetime.timedelta(microseconds=value)
-                for value in values]
+        return [_after(_EPOCH, "microseconds", value) for value in values]
     if form == "date":
-        return [value if value is None else _FIRST_DAY + datetime.timedelta(days=value)
-                for value in values]
+        return [_after(_FIRST_DAY, "days", value) for value in values]
     return values
+
+
+def _after(begin: Any, unit: str, count: Optional[int]) -> Any:
+    """So many units later; None if there is no such time."""
+    if count is None:
+        return None
+    try:
+        return begin + datetime.timedelta(**{unit: count})
+    except OverflowError:
+        return None

@@ -3,6 +3,7 @@ they are installed."""
 import bz2
 import datetime
 import gzip
+import importlib
 import importlib.util
 import io
 import lzma
@@ -14,6 +15,7 @@ import tarfile
 import tempfile
 import threading
 import unittest
+import unittest.mock
 import zipfile
 
 import expected
@@ -26,6 +28,25 @@ UTC = datetime.timezone.utc
 
 def has(package):
     return importlib.util.find_spec(package) is not None
+
+
+def tarOf(members):
+    """An archive of these bytes by name."""
+    packed = io.BytesIO()
+    with tarfile.open(fileobj=packed, mode="w") as archive:
+        for name, data in members.items():
+            info = tarfile.TarInfo(name)
+            info.size = len(data)
+            archive.addfile(info, io.BytesIO(data))
+    return packed.getvalue()
+
+
+def zipOf(members):
+    packed = io.BytesIO()
+    with zipfile.ZipFile(packed, "w", zipfile.ZIP_DEFLATED) as archive:
+        for name, data in members.items():
+            archive.writestr(name, data)
+    return packed.getvalue()
 
 
 def rowsOf(tables):
@@ -95,6 +116,9 @@ class ReadTest(Test):
                                                      r"\(expected YYYY-MM-DD\)"),
                 (("a.log",), {"date_order": "ymd"}, r"no such order: ymd \(expected dmy, mdy\)"),
                 (("a.log",), {"kind": "xml"}, "no such kind: xml"),
+                (("a.log",), {"types": []}, "types is empty"),
+                (("a.log",), {"columns": []}, "columns is empty"),
+                (("a.log",), {"columns": ["line", "line"]}, "column named twice: line"),
                 (("a.log",), {"sentences": bad}, "bad.toml")):
             with self.subTest(options=options), self.assertRaisesRegex(ValueError, message):
                 kalo.read(*arguments, **options)
@@ -104,8 +128,12 @@ class ReadTest(Test):
             kalo.read(log)["GGA"].to_numpy(["nothing"])
         with self.assertRaises(TypeError):
             kalo.read(log, nothing=1)
-        with self.assertRaises(TypeError):
-            kalo.Decoder().feed("text")
+        for path in 5, None, [5]:
+            with self.subTest(path), self.assertRaises(TypeError):
+                kalo.read(path)
+        for chunk in "text", 5, None:
+            with self.subTest(chunk), self.assertRaises(TypeError):
+                kalo.Decoder().feed(chunk)
 
     def testFilesThatCannotBeRead(self):
         truncated = gzip.compress(GGA * 1000)[:-20]
@@ -121,13 +149,44 @@ class ReadTest(Test):
             layers = gzip.compress(layers)
         with self.assertRaisesRegex(OSError, "layers.gz: packed too many times"):
             kalo.read(self.write("layers.gz", layers))
+        header = tarOf({"a.log": GGA, "b.log": HDT})
         for name, data in (("missing.log", None), ("cut.gz", truncated),
+                           ("cut.tar", header[:1024]),
+                           ("damaged.tar", header[:1024] + b"x" * 512 + header[1536:]),
                            ("broken.zip", b"PK\x03\x04" + bytes(100)),
-                           ("other.zst", b"\x28\xb5\x2f\xfd" + bytes(20))):
+                           ("behind.gz", gzip.compress(GGA) + b"other bytes"),
+                           ("broken.bz2", bz2.compress(GGA)[:20] + bytes(20)),
+                           ("broken.xz", lzma.compress(GGA)[:20] + bytes(20))):
             if data is not None:
                 self.write(name, data)
-            with self.subTest(name), self.assertRaises(OSError):
+            with self.subTest(name), self.assertRaisesRegex(OSError, name):
                 kalo.read(name)
+        with self.assertRaises(IsADirectoryError):
+            kalo.read(".")
+
+    def testRowsInFrontOfDamage(self):
+        """What scan could read comes before its exception."""
+        name = self.write("cut.gz", gzip.compress(b"".join(
+            b"$GPHDT,%d,T\r\n" % (i % 360) for i in range(500000)))[:-100])
+        rows = 0
+        with self.assertRaises(OSError):
+            for part in kalo.scan([self.write("a.log", GGA), name]):
+                rows += sum(map(len, part.values()))
+        self.assertGreater(rows, 400000)
+
+    def testTextThatLooksPacked(self):
+        """The first bytes of a compressed file, and then a log."""
+        for start in b"\x1f\x8b", b"BZh", b"PK":
+            log = kalo.read(self.write("a.log", start + b"\r\n" + HDT))
+            with self.subTest(start):
+                self.assertEqual(sorted(log), ["HDT", "malformed"])
+
+    def testTimesBeyondPython(self):
+        """The columns have them; datetime has no year 0, and none behind 9999."""
+        log = kalo.read(self.write("a.log", b"$GPZDA,120000,14,03,0000,00,00\r\n"
+                                            b"$GPZDA,235960,31,12,9999,00,00\r\n"))
+        self.assertEqual([(row["time"], row["date"]) for row in log["ZDA"].to_pylist()],
+                         [(None, None), (None, datetime.date(9999, 12, 31))])
 
     def testChosenTypesAndColumns(self):
         log = self.write("a.log", GGA + HDT + b"junk\r\n")
@@ -167,45 +226,103 @@ class ReadTest(Test):
         self.assertEqual(calls[-1], (6 * len(GGA), 6 * len(GGA)))
         self.assertEqual(calls, sorted(calls))
 
-        def stop(done, total):
-            raise KeyboardInterrupt
-        with self.assertRaises(KeyboardInterrupt):
-            kalo.read(paths, progress=stop)
+        packed = self.write("logs.zip", zipOf({"a.log": GGA * 20000, "b.log": HDT}))
+        calls = []
+        kalo.read(packed, progress=lambda done, total: calls.append((done, total)))
+        self.assertEqual(calls[-1], (os.path.getsize(packed),) * 2)
+        self.assertEqual(calls, sorted(calls))
+
+    def testProgressThatRaises(self):
+        """Its exception comes out as it is, also from the depths of compressed files."""
+        for name, data in (("a.log", GGA), ("a.gz", gzip.compress(GGA)),
+                           ("a.zip", zipOf({"a.log": GGA}))):
+            for kind in KeyboardInterrupt, RuntimeError, EOFError:
+                error = kind("stop")
+
+                def stop(done, total):
+                    raise error
+                with self.subTest(name=name, kind=kind), self.assertRaises(kind) as caught:
+                    kalo.read(self.write(name, data), progress=stop)
+                self.assertIs(caught.exception, error)
+
+
+def packers():
+    """A function for each method of compression that is there."""
+    methods = [gzip.compress, bz2.compress, lzma.compress]
+    for name in "backports.zstd", "lz4.frame":
+        if has(name.partition(".")[0]):
+            methods.append(importlib.import_module(name).compress)
+    return methods
 
 
 class InputTest(Test):
+    """Compressed files and archives: read and scan give the records that the tool prints."""
+
+    def check(self, name, data):
+        self.write(name, data)
+        records = {kind: len(lines) for kind, lines in expected.records(name).items()}
+        sources = {kind: [record["source"] for record in lines]
+                   for kind, lines in expected.records(name).items()}
+        log = rowsOf(kalo.read(name))
+        self.assertGreater(len(log), 0)
+        self.assertEqual({kind: len(rows) for kind, rows in log.items()}, records)
+        self.assertEqual({kind: [row["source"] for row in rows] for kind, rows in log.items()},
+                         sources)
+        joined = {}
+        for part in kalo.scan(name, batch_bytes=1):
+            for kind, rows in rowsOf(part).items():
+                joined.setdefault(kind, []).extend(rows)
+        self.assertEqual(joined, log)
+        for kind, lines in expected.records(name).items():
+            faults = list(filter(None, expected.differences(
+                name, kind, kalo.schema(kind).columns, log[kind], lines)))
+            self.assertEqual(faults, [])
+
     def testCompressedFiles(self):
-        plain = self.write("a.log", GGA + HDT * 2)
-        wanted = {name: [{**row, "source": None} for row in rows]
-                  for name, rows in rowsOf(kalo.read(plain)).items()}
-        for pack in gzip.compress, bz2.compress, lzma.compress, \
-                lambda data: gzip.compress(data[:30]) + gzip.compress(data[30:]), \
-                lambda data: bz2.compress(gzip.compress(data)):
-            name = self.write("packed", pack(GGA + HDT * 2))
-            rows = rowsOf(kalo.read(name))
-            for table in rows.values():
-                for row in table:
-                    self.assertEqual(row["source"], "packed")
-                    row["source"] = None
-            self.assertEqual(rows, wanted)
+        data = expected.SHIPPED.read_bytes()
+        for pack in packers():
+            name = "log." + pack.__module__.partition(".")[0].strip("_")
+            for content in (pack(data), pack(data[:999]) + pack(data[999:]),  # in two pieces
+                            bz2.compress(pack(data))):
+                with self.subTest(name):
+                    self.check(name, content)
+            with self.subTest(name), self.assertRaisesRegex(OSError, name):
+                kalo.read(self.write(name, pack(data)[:-9]))
+
+    def testEmptyFile(self):
+        for data in (b"", b"\r\n", zipOf({}), tarOf({"a.log": b""}),
+                     *(pack(b"") for pack in packers())):
+            self.assertEqual(kalo.read(self.write("a", data)), {})
+            self.assertEqual(list(kalo.scan("a")), [])
 
     def testArchives(self):
-        with tarfile.open("logs.tar", "w") as archive:
-            for name, data in (("day1.log", GGA), ("more/day2.log.gz", gzip.compress(HDT))):
-                info = tarfile.TarInfo(name)
-                info.size = len(data)
-                archive.addfile(info, io.BytesIO(data))
-        with zipfile.ZipFile("logs.zip", "w", zipfile.ZIP_DEFLATED) as archive:
-            archive.writestr("day1.log", GGA)
-            archive.writestr("more/day2.log.gz", gzip.compress(HDT))
-        self.write("logs.tgz", gzip.compress(pathlib.Path("logs.tar").read_bytes()))
-        for archive in "logs.tar", "logs.zip", "logs.tgz":
-            log = kalo.read(archive)
-            sources = {name: [row["source"] for row in table.to_pylist()]
-                       for name, table in log.items()}
-            with self.subTest(archive):
-                self.assertEqual(sources, {"GGA": [f"{archive}:day1.log"],
-                                           "HDT": [f"{archive}:more/day2.log.gz"]})
+        data = expected.SHIPPED.read_bytes()
+        members = {"day1.log": data, "more/day2.log.gz": gzip.compress(data), "day3.log": HDT}
+        for pack in packers():
+            self.check("packed.tar", pack(tarOf(members)))
+        self.check("logs.tar", tarOf(members))
+        self.check("logs.zip", zipOf(members))
+
+    def testMissingPackage(self):
+        with unittest.mock.patch.dict(sys.modules, {"lz4": None, "lz4.frame": None}), \
+                self.assertRaisesRegex(OSError, "a.lz4: .* needs the package lz4"):
+            kalo.read(self.write("a.lz4", b"\x04\x22\x4d\x18" + bytes(20)))
+
+    def testPipe(self):
+        """A pipe gives few bytes at a time, and cannot be read twice."""
+        for data in GGA + HDT, gzip.compress(GGA + HDT), zipOf({"a.log": GGA + HDT}):
+            os.mkfifo("pipe")
+
+            def write():
+                with open("pipe", "wb", buffering=0) as pipe:
+                    for i in range(0, len(data), 7):
+                        pipe.write(data[i:i + 7])
+            thread = threading.Thread(target=write)
+            thread.start()
+            log = kalo.read("pipe")
+            thread.join()
+            os.remove("pipe")
+            self.assertEqual(sorted(log), ["GGA", "HDT"])
 
     def testEachInputBeginsAnew(self):
         """A day that one input tells is not that of the next; lines are counted from 1."""
@@ -216,7 +333,8 @@ class InputTest(Test):
 
     def testNameThatIsNotUtf8(self):
         name = self.write(os.fsdecode(b"a\xff.log"), HDT)
-        self.assertEqual(kalo.read(name)["HDT"].to_pylist()[0]["source"], "a\\xFF.log")
+        for path in name, os.fsencode(name), pathlib.Path(name), [name]:
+            self.assertEqual(kalo.read(path)["HDT"].to_pylist()[0]["source"], "a\\xFF.log")
 
 
 class LiveTest(Test):
@@ -313,6 +431,67 @@ class ThreadTest(Test):
         self.assertEqual(len(decoder.take()["HDT"]), (10 - len(refused)) * 200000)
 
 
+    def testCallsOfOtherThreadsWhileOneFeeds(self):
+        """Each method gives its result or is refused."""
+        decoder = kalo.Decoder(types="HDT")
+        calls = [decoder.take, decoder.tables, lambda: decoder.feed(HDT),
+                 lambda: decoder._decoder.size(), lambda: decoder.begin("b"), decoder.finish]
+        faults = []
+
+        def run(call):
+            for _ in range(300):
+                try:
+                    call()
+                except ValueError as error:
+                    if "in use by another thread" not in str(error) and \
+                            "no input was begun" not in str(error):
+                        faults.append(error)
+        threads = [threading.Thread(target=run, args=[call]) for call in calls]
+        for thread in threads:
+            thread.start()
+        for thread in threads:
+            thread.join()
+        self.assertEqual(faults, [])
+        decoder.begin("c")
+        decoder.take()
+        decoder.feed(HDT)
+        row, = decoder.take()["HDT"].to_pylist()
+        self.assertEqual((row["source"], row["line"]), ("c", 1))
+
+
+class MemoryTest(Test):
+    def testOutOfMemory(self):
+        """It raises MemoryError; after that the decoder refuses all, and a new one works."""
+        program = """
+import resource, kalo
+line = b"$GPHDT,90,T\\r\\n"
+data = line * 100000
+decoder = kalo.Decoder()
+decoder.feed(line)
+kept = decoder.take()["HDT"]
+used = int(open("/proc/self/statm").read().split()[0]) * resource.getpagesize()
+resource.setrlimit(resource.RLIMIT_AS, (used + (64 << 20), -1))
+try:
+    while True:
+        decoder.feed(data)
+except MemoryError:
+    pass
+for call in lambda: decoder.feed(line), decoder.take, decoder.tables, decoder.finish:
+    try:
+        call()
+    except ValueError as error:
+        print(error)
+del decoder
+again = kalo.Decoder()
+again.feed(line)
+print(again.take()["HDT"].to_pylist() == kept.to_pylist())
+"""
+        out = subprocess.run([sys.executable, "-c", program], check=True, text=True,
+                             capture_output=True).stdout.splitlines()
+        self.assertEqual(out, ["the decoder ran out of memory before; make a new one"] * 4 +
+                         ["True"])
+
+
 @unittest.skipUnless(has("numpy"), "NumPy is not installed")
 class NumpyTest(Test):
     def testTypesAndNulls(self):
@@ -328,6 +507,7 @@ class NumpyTest(Test):
         self.assertEqual(arrays["quality"].tolist(), [1, None])
         self.assertEqual(arrays["checksum"].tolist(), [False, False])
         self.assertEqual(arrays["timeRule"].tolist(), ["option", None])
+        self.assertEqual(list(log["GGA"].to_numpy("latitude")), ["latitude"])
 
     def testArraysOutliveTheirTable(self):
         array = kalo.read(self.write("a.log", HDT * 1000))["HDT"].to_numpy(["heading"])["heading"]
@@ -353,6 +533,40 @@ class PandasTest(Test):
         self.assertEqual(frame["quality"].sum(), 1)
         self.assertEqual(list(log["GGA"].to_pandas(["latitude"]).columns), ["latitude"])
         self.assertEqual(len(kalo.schema("GSV").to_pandas()), 0)
+
+
+@unittest.skipUnless(has("pyarrow") and has("duckdb"), "pyarrow and DuckDB are not installed")
+class ParquetTest(Test):
+    def setUp(self):
+        super().setUp()
+        for module in "duckdb", "pyarrow.dataset":  # they cannot be loaded twice
+            importlib.import_module(module)
+
+    def testNamesAndDays(self):
+        """Names are taken as they are, and a part may have any number of days."""
+        import duckdb
+        first = datetime.date(2020, 1, 1)
+        for count, hidden in (1100, {}), (3, {"pyarrow": None}):  # pyarrow has a limit of 1024
+            days = [first + datetime.timedelta(i) for i in range(count)]
+            log = kalo.read(self.write("a.log", b"".join(
+                b"$GPZDA,120000,%s,00,00\r\n" % day.strftime("%d,%m,%Y").encode() for day in days)))
+            with unittest.mock.patch.dict(sys.modules, hidden):
+                kalo.to_parquet(log, f"it's {count}", name="ship's")
+            files = list(pathlib.Path(f"it's {count}").rglob("*.parquet"))
+            self.assertEqual(len(files), count)
+            self.assertTrue(all(file.name.startswith("ship's") for file in files))
+            self.assertEqual(duckdb.sql(
+                "SELECT count(*), count(DISTINCT day), max(time)::DATE FROM "
+                f"read_parquet('it''s {count}/*/*/*.parquet')").fetchall(),
+                [(count, count, days[-1])])
+
+    def testFolderThatCannotBeWritten(self):
+        log = kalo.read(self.write("a.log", HDT))
+        for hidden in {}, {"pyarrow": None}:
+            pathlib.Path("out/type=HDT").mkdir(parents=True, exist_ok=True)
+            pathlib.Path("out/type=HDT/day=__HIVE_DEFAULT_PARTITION__").write_bytes(b"")
+            with unittest.mock.patch.dict(sys.modules, hidden), self.assertRaises(OSError):
+                kalo.to_parquet(log, "out")
 
 
 if __name__ == "__main__":
