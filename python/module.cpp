@@ -22,6 +22,8 @@ PyModuleDef definition = {PyModuleDef_HEAD_INIT,
 
 } // namespace
 
+// CPython looks for this name.
+// NOLINTNEXTLINE(bugprone-reserved-identifier,cert-dcl*,readability-identifier-naming)
 PyMODINIT_FUNC PyInit__kalo() {
     object_t module(PyModule_Create(&definition));
     if (!module || !addMemoryType(module.get()) || !addBatchType(module.get()) ||
