@@ -1,4 +1,5 @@
-// Measures the library on the lines of a recording, and a reference pass over the same lines.
+// Measures the library and the columns on the lines of a recording, and a reference pass over the
+// same lines.
 // usage: kalo-bench RECORDING [Google Benchmark's options]
 //        kalo-bench RECORDING --run PASS COUNT   only runs a pass, for tools that watch the program
 #include <algorithm>
@@ -12,6 +13,7 @@
 #include <benchmark/benchmark.h>
 #include <fmt/format.h>
 
+#include "bench/columns.h"
 #include "bench/passes.h"
 
 namespace {
@@ -108,6 +110,7 @@ int main(int argc, char** argv) {
     const sentences_t numbers = numberTexts(sentences.lines);
 
     std::vector<named_t> passes{{"log/reference", referencePass, lines},
+                                {"log/columns", columnsPass, lines},
                                 {"all/reference", referencePass, sentences.lines},
                                 {"numbers/from text, per number", numbersFromText, numbers}};
     for (const pass_t& pass : mixedPasses()) {

@@ -8,11 +8,11 @@ import tempfile
 import runs
 
 HELP = """\
-Measures the library and the tool on generated logs. Prints a table, and writes the same figures to
+Measures the library, the tool and columns on generated logs. Prints a table, and writes the same figures to
 build/bench/bench.json.
 
 ns is CPU time in nanoseconds: for a sentence in the rows of the library, for a line of the log in
-those of the tool. R is the same as a multiple of a reference pass over the same lines, which finds
+those of the tool and in those of columns, which are what the package for Python reads. R is the same as a multiple of a reference pass over the same lines, which finds
 commas and line ends and the exclusive-or of all bytes. All rows are measured in turn, several
 times, and the lowest time of each is shown. Compare figures of different runs by R only, and use an
 idle machine.
@@ -64,6 +64,10 @@ def measure(build, logs, options):
             group, name = name.split("/", 1)
             kind = log if group == "all" else group
             yield {"part": "library", "of": kind, "row": name, "ns": ns, "allocations": allocations}
+    for log in "mix", "voyage":
+        for ns, allocations in libraryRows(build, logs[log][0], "^log/columns",
+                                           options.seconds).values():
+            yield {"part": "columns", "of": log, "row": log, "ns": ns, "allocations": allocations}
     for log, row, seconds in toolRows(build, logs):
         yield {"part": "tool", "of": log, "row": row, "ns": seconds * 1e9 / logs[log][1]}
 
@@ -118,9 +122,10 @@ def main():
             best(measure(builds[i], logs, options), found[i])
 
     for (part, of, name), row in found[0].items():
-        reference = found[0].get((part, of, "reference")) or found[0]["library", "mix", "reference"]
+        whole = "tool" if part == "columns" else part  # these measure whole logs
+        reference = found[0].get((whole, of, "reference")) or found[0]["library", "mix", "reference"]
         row["R"] = row["ns"] / reference["ns"]
-        if part == "tool":
+        if part in ("tool", "columns"):
             path, lines = logs[of]
             row["MB/s"] = path.stat().st_size / lines / row["ns"] * 1e3
         if options.compare and (part, of, name) in found[1]:

@@ -12,10 +12,15 @@ HELP = """\
 Measures kalo decode and other general-purpose decoders on the same log: CPU time, with as similar
 an output as each can give, to /dev/null, in turn, the lowest of several runs. Then tries which
 types of sentence each of them reads: whether it writes anything for a log of that type alone, and
-whether what it writes for the whole log is another without that type. Use an idle machine."""
+whether what it writes for the whole log is another without that type. Use an idle machine.
+
+--columns measures the ways from the log into tables of Python instead (bench/columnWays.py), by the
+package for Python and around it. They run in an environment below build/peers, without the time
+that Python and its packages take to start."""
 
 FOLDER = runs.ROOT / "build/peers"
 NPM_PACKAGE = "nmea-simple@3.3.0"
+PYTHON_PACKAGES = "numpy pandas polars pyarrow duckdb pynmea2 scikit-build-core".split()
 
 PYTHON = """
 import json, sys, pynmea2
@@ -69,6 +74,38 @@ def install():
         subprocess.run(["npm", "install", "--silent", "--prefix", FOLDER, NPM_PACKAGE], check=True)
 
 
+def installPython():
+    """An interpreter with the package for Python and those that it is compared with."""
+    folder = FOLDER / "python"
+    interpreter = folder / "bin/python"
+    if not interpreter.exists():
+        subprocess.run(["python3", "-m", "venv", folder], check=True)
+    pip = [interpreter, "-m", "pip", "install", "--quiet"]
+    subprocess.run([*pip, *PYTHON_PACKAGES], check=True)
+    subprocess.run([*pip, "--no-build-isolation", "--no-deps", "--force-reinstall", runs.ROOT],
+                   check=True)
+    return interpreter
+
+
+def measureColumns(path, sentences, rounds):
+    program = [installPython(), "-B", runs.ROOT / "bench/columnWays.py"]
+    environment = {**os.environ, "KALO_TOOL": str(runs.BUILD / "tools/kalo")}
+
+    def run(*arguments):
+        return subprocess.run([*program, *arguments], check=True, text=True, env=environment,
+                              capture_output=True).stdout
+
+    best = {}
+    for _ in range(rounds):
+        for name in run().splitlines():
+            seconds, values = run(name, path).split()
+            best[name] = min((float(seconds), int(values)), best.get(name, (float("inf"),)))
+    first = next(iter(best.values()))[0]
+    print(f"{'ns':>9} {'ratio':>7} {'rows':>9}")
+    for name, (seconds, rows) in best.items():
+        print(f"{seconds * 1e9 / sentences:9.0f} {seconds / first:7.2f} {rows:9}  {name}")
+
+
 def output(command, log):
     return subprocess.run(command, input=log, check=True, capture_output=True).stdout
 
@@ -100,12 +137,16 @@ def main():
                                      formatter_class=argparse.RawDescriptionHelpFormatter)
     parser.add_argument("--rounds", type=int, default=5, help="how often all is measured (5)")
     parser.add_argument("--megabytes", type=float, default=16.6, help="size of the log (16.6)")
+    parser.add_argument("--columns", action="store_true", help="measure ways into tables of Python")
     options = parser.parse_args()
-    install()
     path, sentences = runs.makeLogs(int(options.megabytes * 1e6), ["mix"])["mix"]
     best = {}
     print(f"Load average: {os.getloadavg()[0]:.2f}")
     print(f"{sentences} sentences, {path.stat().st_size} bytes")
+    if options.columns:
+        measureColumns(path, sentences, options.rounds)
+        return 0
+    install()
     for _ in range(options.rounds):
         for name, command in PEERS.items():
             with path.open() as log:
