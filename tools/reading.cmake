@@ -15,6 +15,8 @@ set(KALO_READING
     record/dictionaryRows.cpp
     record/plausible.cpp
     record/recordClue.cpp
+    record/range.cpp
+    record/readerState.cpp
     record/recordReader.cpp
     record/recordTable.cpp
     record/registry.cpp

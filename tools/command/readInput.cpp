@@ -156,6 +156,21 @@ private:
 
 } // namespace
 
+std::string packedKind(std::string_view start) {
+    switch (contentOf(start, true)) {
+    case content_t::undecided:
+    case content_t::text: return {};
+    case content_t::zip:
+    case content_t::tar: return "an archive";
+    case content_t::gzip:
+    case content_t::zstd:
+    case content_t::xz:
+    case content_t::bzip2:
+    case content_t::lz4: break;
+    }
+    return "compressed input";
+}
+
 bool readBlocks(const std::string& name, output_t& output, const byteUser_t& user,
                 progress_t* progress) {
     output.flush(); // opening may take long

@@ -9,6 +9,12 @@
 #include "tools/input/progress.h"
 #include "tools/output/output.h"
 
+/// So many bytes at the start of an input tell whether it is packed.
+constexpr std::size_t startSize = 512;
+/// What an input that starts like this is, for messages, if it is packed; empty if it is plain
+/// text.
+std::string packedKind(std::string_view start);
+
 /// What is done with the bytes of an input, or of each member of an archive.
 struct byteUser_t {
     std::function<void(const std::string& name)> begin;

@@ -1,16 +1,19 @@
 // Reads the records of several inputs, one after another.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "tools/output/output.h"
+#include "tools/record/range.h"
 #include "tools/record/recordReader.h"
 
 /// How the inputs of a run are read.
 struct inputOptions_t : readOptions_t {
-    bool follows = false;       ///< the last one, as it grows; it must be a regular file
-    bool hidesProgress = false; ///< also on a terminal
+    bool follows = false;             ///< the last one, as it grows; it must be a regular file
+    bool hidesProgress = false;       ///< also on a terminal
+    std::optional<byteRange_t> range; ///< of the only input, which must be a regular file
 };
 
 /// What is done with the records of a run.

@@ -86,6 +86,9 @@ json_t wordsOf(recordKey_t key) {
 
 json_t schemaOf(const recordColumn_t& column, const valueOptions_t& values) {
     json_t schema = schemaOfShape(column, values);
+    if (column.key == recordKey_t::line) {
+        schema["type"] = {"integer", "null"};
+    }
     json_t words = wordsOf(column.key);
     if (!words.is_null()) {
         schema["enum"] = std::move(words);

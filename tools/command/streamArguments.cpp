@@ -34,3 +34,16 @@ void checkFollowed(const std::string& name) {
                            " is not a regular file; pipes and devices are read until they end");
     }
 }
+
+void checkRanged(const std::vector<std::string>& names) {
+    struct stat file = {};
+    if (names.size() > 1) {
+        throw usageError_t("--range needs one FILE, not several");
+    }
+    if (names[0] == "-") {
+        throw usageError_t("--range: standard input has no ranges; name a file");
+    }
+    if (readStatus(names[0], file) && !S_ISREG(file.st_mode)) {
+        throw usageError_t("--range: " + printable(names[0]) + " is not a regular file");
+    }
+}

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "tools/command/arguments.h"
 #include "tools/output/output.h"
@@ -13,3 +14,5 @@ option_t followOption(bool& follows);
 
 /// Throws `usageError_t` if this input cannot be followed.
 void checkFollowed(const std::string& name);
+/// Throws `usageError_t` unless ranges can be read of the inputs: one regular file.
+void checkRanged(const std::vector<std::string>& names);

@@ -1,7 +1,9 @@
 #include "tools/command/valueArguments.h"
 
 #include <algorithm>
+#include <charconv>
 #include <cmath>
+#include <limits>
 #include <optional>
 
 #include "kalo/util/stringUtil.h"
@@ -13,12 +15,40 @@
 
 namespace {
 
+// So that it is an offset of a file.
+constexpr std::uint64_t mostBytes = std::numeric_limits<std::int64_t>::max();
+
 double positiveOfArgument(const std::string& text) {
     double number = 0;
     if (!kalo::decode(text, number) || !(number > 0) || !std::isfinite(number)) {
         throw usageError_t("not a number above 0: " + printable(text));
     }
     return number;
+}
+
+// Digits.
+std::optional<std::uint64_t> numberOf(std::string_view text) {
+    std::uint64_t number = 0;
+    const char* const end = text.data() + text.size();
+    const auto [at, error] = std::from_chars(text.data(), end, number);
+    return error == std::errc() && at == end ? std::optional(number) : std::nullopt;
+}
+
+// A number of bytes: digits, and a unit behind them.
+std::optional<std::uint64_t> bytesOf(std::string_view text) {
+    struct unit_t {
+        std::string_view name;
+        unsigned shift;
+    };
+    constexpr unit_t units[] = {{"KiB", 10}, {"MiB", 20}, {"GiB", 30}, {"", 0}};
+    const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+    const std::optional<std::uint64_t> number = numberOf(text.substr(0, digits));
+    for (const unit_t& unit : units) {
+        if (number && text.substr(digits) == unit.name && *number <= mostBytes >> unit.shift) {
+            return *number << unit.shift;
+        }
+    }
+    return {};
 }
 
 } // namespace
@@ -69,6 +99,23 @@ place_t placeOfArgument(const std::string& text) {
                            " (expected degrees: LATITUDE,LONGITUDE)");
     }
     return {latitude * radiansPerDegree, longitude * radiansPerDegree};
+}
+
+byteRange_t rangeOfArgument(const std::string& text) {
+    const std::string_view all = text;
+    const std::size_t hyphen = std::min(text.find('-'), text.size());
+    const bool isOpen = hyphen + 1 == text.size();
+    const std::optional<std::uint64_t> begin = bytesOf(all.substr(0, hyphen));
+    const std::optional<std::uint64_t> end =
+        hyphen + 1 < text.size() ? bytesOf(all.substr(hyphen + 1)) : std::nullopt;
+    if (!begin || !(end || isOpen)) {
+        throw usageError_t("not a range of bytes: " + printable(text) +
+                           " (expected BEGIN-END or BEGIN-, such as 64MiB-128MiB)");
+    }
+    if (end && *end < *begin) {
+        throw usageError_t("the range ends before it begins: " + printable(text));
+    }
+    return {*begin, isOpen ? byteRange_t().end : *end};
 }
 
 void takeEvery(const std::string& text, thinningOptions_t& out) {

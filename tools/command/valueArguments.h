@@ -9,6 +9,7 @@
 #include "tools/analysis/thinning.h"
 #include "tools/analysis/voyage.h"
 #include "tools/command/arguments.h"
+#include "tools/record/range.h"
 
 /// YYYY-MM-DD.
 kalo::date_t dateOfArgument(const std::string& text);
@@ -22,6 +23,9 @@ kalo::gps2utc_t leapOfArgument(const std::string& text);
 
 /// "LATITUDE,LONGITUDE" in degrees.
 place_t placeOfArgument(const std::string& text);
+
+/// "BEGIN-END" in bytes, or "BEGIN-" up to the end; both numbers may have a unit: KiB, MiB or GiB.
+byteRange_t rangeOfArgument(const std::string& text);
 
 /// "10s" or "50m".
 void takeEvery(const std::string& text, thinningOptions_t& out);

@@ -59,7 +59,7 @@ std::vector<option_t> readingOptions(inputOptions_t& read) {
                      [&split](kind_t kind) { split.only = kind; }),
         sentencesOption(*read.dictionary),
         {"--date", "YYYY-MM-DD|today",
-         "The day on which each input begins, for records with a time but no date; "
+         "The day on which each input or range begins, for records with a time but no date; "
          "today for live input",
          [&read](const std::string& text) {
              if (text == "today") {
@@ -154,6 +154,10 @@ command_t decodeVerb() {
                path_t::folder},
               outputOption(options->output),
               followOption(options->read.follows),
+              {"--range", "BEGIN-END",
+               "Decode only the lines that begin in these bytes of the FILE, as they are in the "
+               "whole; BEGIN- goes to its end",
+               [options](const std::string& text) { options->read.range = rangeOfArgument(text); }},
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
@@ -191,6 +195,12 @@ command_t decodeVerb() {
                     throw usageError_t("--receive-time: " + printable(file) +
                                        " is a file, not live input");
                 }
+            }
+            if (options->read.range) {
+                if (options->read.follows) {
+                    throw usageError_t("--follow and --range cannot be combined");
+                }
+                checkRanged(operands);
             }
             if (options->read.follows) {
                 checkFollowed(operands.back());

@@ -1,6 +1,8 @@
 // Where the bytes of an input come from.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -13,6 +15,20 @@ public:
     virtual std::string_view read() = 0;
 
     /// Why there are no more bytes, as a message; empty if the end was reached.
+    virtual std::string fault() const = 0;
+};
+
+/// Bytes that can be read at any place.
+class placedBytes_t {
+public:
+    virtual ~placedBytes_t() = default;
+
+    virtual std::uint64_t size() const = 0;
+    /// Reads up to `size` bytes from `offset` on, and returns how many. There are fewer only at the
+    /// end of the input and after a failure.
+    virtual std::size_t readAt(std::uint64_t offset, char* out, std::size_t size) = 0;
+
+    /// Why not all bytes could be read, as a message; empty if nothing went wrong.
     virtual std::string fault() const = 0;
 };
 

@@ -25,9 +25,60 @@ bool holdsOther(const char* text) {
     return ((isAbove | ~isNotBelow) & 0x80 * ones) != 0;
 }
 
+// Whether a line begins at `at`, which is above 0.
+bool isLineStart(std::string_view text, std::size_t at) {
+    return text[at - 1] == '\n' ||
+           (text[at - 1] == '\r' && at < text.size() && text[at] != '\r' && text[at] != '\n');
+}
+
 } // namespace
 
+std::size_t findLineStart(std::string_view text, std::size_t from) {
+    while (from <= text.size() && !isLineStart(text, from)) {
+        from = std::min(text.find_first_of("\r\n", from), text.size()) + 1;
+    }
+    return from <= text.size() ? from : npos;
+}
+
+// Nearly all CRs of most logs are followed by LF. The loop over short blocks, with counters of one
+// byte, is one that compilers make vector instructions of.
+std::uint64_t countLineEnds(std::string_view text) {
+    constexpr std::size_t blockSize = 128;
+    std::uint64_t lineFeeds = 0;
+    bool areAllFollowed = text.empty() || text.back() != '\r';
+    for (std::size_t begin = 0; begin < text.size(); begin += blockSize) {
+        const char* const block = text.data() + begin;
+        const std::size_t size = std::min(blockSize, text.size() - begin);
+        const std::size_t pairs = std::min(size, text.size() - begin - 1);
+        std::uint8_t feeds = 0;
+        std::uint8_t others = 0;
+        for (std::size_t i = 0; i < size; ++i) {
+            feeds = static_cast<std::uint8_t>(feeds + (block[i] == '\n'));
+        }
+        for (std::size_t i = 0; i < pairs; ++i) {
+            others |= static_cast<std::uint8_t>((block[i] == '\r') & (block[i + 1] != '\n'));
+        }
+        lineFeeds += feeds;
+        areAllFollowed = areAllFollowed && others == 0;
+    }
+    if (areAllFollowed) {
+        return lineFeeds;
+    }
+    std::uint64_t count = 0;
+    std::uint64_t run = 0; // of CRs
+    for (const char c : text) {
+        count += c == '\n' ? 1 : c == '\r' ? 0 : run;
+        run = c == '\r' ? run + 1 : 0;
+    }
+    return count + run;
+}
+
 lineSplitter_t::lineSplitter_t(bool keepEnds) : m_keepEnds(keepEnds) {}
+
+void lineSplitter_t::startAt(std::uint64_t offset, std::uint64_t lineEnds) {
+    m_base = offset;
+    m_lineEnds = lineEnds;
+}
 
 void lineSplitter_t::append(std::string_view data) {
     m_buffer.erase(0, m_begin);

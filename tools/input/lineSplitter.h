@@ -16,6 +16,13 @@ struct line_t {
     bool continued = false;   ///< not the first part of such a line
 };
 
+/// Where in `text`, at `from` or after it, the first line begins: after a LF, or after a CR that
+/// neither CR nor LF follows. The empty lines within a run of CRs therefore belong to the line in
+/// front of them. `from` must be above 0. `npos` if no line is known to begin.
+std::size_t findLineStart(std::string_view text, std::size_t from);
+/// The number of line ends in `text`, where both its beginning and its end begin a line.
+std::uint64_t countLineEnds(std::string_view text);
+
 /// Splits at LF, at CR, and at any run of CR followed by LF; each counts as one line end. Lines
 /// that hold only blanks and tabs are skipped and counted. Memory is bounded and work is linear for
 /// any input.
@@ -26,6 +33,10 @@ public:
     /// With `keepEnds`, each line comes with its line end, and therefore only when the line end is
     /// complete, which the byte after a CR decides. Without it, a CR ends its line at once.
     explicit lineSplitter_t(bool keepEnds);
+
+    /// The bytes begin at this offset of the input, where a line begins, after so many line ends.
+    /// Call it before the first `append`.
+    void startAt(std::uint64_t offset, std::uint64_t lineEnds);
 
     void append(std::string_view data);
     /// No more input: what is left is the last line.
@@ -39,8 +50,9 @@ public:
     bool nextPlain(line_t& line);
 
     std::uint64_t blankLines() const { return m_blankLines; }
-    /// The number of bytes of the input so far.
+    /// The offset in the input of what `append` gets next.
     std::uint64_t bytes() const { return m_base + m_buffer.size(); }
+    std::uint64_t lineEnds() const { return m_lineEnds; }
 
 private:
     std::size_t findEnd();

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <tuple>
 
 #include "tools/input/checksum.h"
 #include "tools/input/kinds.h"
@@ -519,6 +520,14 @@ const char* faultText(fault_t fault) {
     case fault_t::nothingDecodes: return "nothing decodes";
     }
     return "";
+}
+
+bool operator==(const splitState_t& a, const splitState_t& b) {
+    const auto membersOf = [](const splitState_t& state) { // all, so that none is forgotten
+        const auto& [inTableHeader, order] = state;
+        return std::tie(inTableHeader, order);
+    };
+    return membersOf(a) == membersOf(b);
 }
 
 void splitLine(const line_t& line, const splitOptions_t& options, splitState_t& state,

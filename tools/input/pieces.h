@@ -52,6 +52,8 @@ struct splitState_t {
     dateOrder_t order = dateOrder_t::unknown; ///< of dates such as 03/04/2026
 };
 
+bool operator==(const splitState_t& a, const splitState_t& b);
+
 /// One piece. Its texts are parts of the line, or of the texts that `splitLine_t` owns.
 struct piece_t {
     std::string_view raw;    ///< all its bytes, without the line end

@@ -237,7 +237,8 @@ void jsonWriter_t::write(const record_t& record, scratch_t& scratch) {
 void jsonWriter_t::writeBegin(const record_t& record) {
     char* at = m_out.room(m_source.size() + 2 * longestPlain);
     std::memcpy(at, m_source.data(), m_source.size());
-    at = writePlain(writeLiteral(at + m_source.size(), ",\"line\":"), record.line);
+    at = writeLiteral(at + m_source.size(), ",\"line\":");
+    at = record.line > 0 ? writePlain(at, record.line) : writeLiteral(at, "null");
     if (!record.raw.empty()) {
         at = writePlain(writeLiteral(at, ",\"offset\":"), record.offset);
     }

@@ -261,7 +261,9 @@ void tableWriter_t::setBegin(const record_t& record, std::string_view source) {
     const auto setNumber = [&](recordKey_t key, std::uint64_t number) {
         setKey(key, [&] { m_text.setEnd(writePlain(m_text.room(longestPlain), number)); });
     };
-    setNumber(recordKey_t::line, record.line);
+    if (record.line > 0) {
+        setNumber(recordKey_t::line, record.line);
+    }
     setNumber(recordKey_t::offset, record.offset);
     setKeyText(recordKey_t::received, record.received);
     if (!record.tags.empty()) {

@@ -31,7 +31,7 @@ using content_t = std::variant<nothing_t, const kalo::nmeaFormat_t*, const kalo:
 
 /// A record is valid until the next one is taken from its reader.
 struct record_t {
-    std::uint64_t line = 0;
+    std::uint64_t line = 0;    ///< its number, from 1; 0 if it is not known
     std::uint64_t offset = 0;  ///< of `raw` in the input
     std::string_view raw;      ///< all its bytes, without the line end; none of SATELLITES
     std::string_view received; ///< when it was received, by a stamp in its line

@@ -35,8 +35,21 @@ recordReader_t::recordReader_t(const readOptions_t& options)
 }
 
 void recordReader_t::continueFrom(const recordReader_t& other) {
-    m_dating.continueFrom(other.m_dating);
+    m_dating.startFrom(other.m_dating.state());
     m_state.order = other.m_state.order;
+}
+
+void recordReader_t::startFrom(const readerState_t& state) {
+    m_lines.startAt(state.offset, state.lineEnds.value_or(0));
+    m_knowsLines = state.lineEnds.has_value();
+    m_state = state.split;
+    m_dating.startFrom(state.dating);
+    m_groups.startFrom(state.groups);
+}
+
+readerState_t recordReader_t::state() const {
+    return {m_lines.bytes(), m_knowsLines ? std::optional(m_lines.lineEnds()) : std::nullopt,
+            m_state, m_dating.state(), m_groups.openGroups()};
 }
 
 void recordReader_t::feed(std::string_view bytes) { m_lines.append(bytes); }
@@ -50,6 +63,8 @@ void recordReader_t::finish() {
     m_lines.finish();
     m_isFinished = true;
 }
+
+void recordReader_t::pause() { m_lines.finish(); }
 
 bool recordReader_t::next(record_t& record) {
     if (nextGroup(record) || nextPlain(record)) {
@@ -152,7 +167,13 @@ void recordReader_t::cutLine() {
     if (m_split.hasStamp) {
         m_stamp = m_split.stamp;
         appendReceived(m_received, *m_stamp);
+        noteOpen(*m_stamp);
     }
+}
+
+void recordReader_t::noteOpen(const stamp_t& stamp) {
+    m_hasOpenStamp = m_hasOpenStamp || (m_state.order == dateOrder_t::unknown && stamp.asDayFirst &&
+                                        stamp.asMonthFirst);
 }
 
 // The stamp of the line has precedence, then the sentence's own tag block, then the stamp after it.
@@ -169,6 +190,7 @@ void recordReader_t::setStamp(const piece_t& piece, record_t& record) {
         m_ownStamp = tag;
     } else if (piece.hasStampBehind) {
         m_ownStamp = inOrder(piece.stampBehind, m_state.order);
+        noteOpen(*m_ownStamp);
     }
     if (m_ownStamp) {
         setReceived(*m_ownStamp, m_ownReceived, record);
@@ -219,8 +241,8 @@ void recordReader_t::learnOrder(record_t& record) {
 }
 
 // Sets each member, which is cheaper than a new record: most are set again at once.
-void recordReader_t::reset(record_t& record, const line_t& line, std::string_view raw) {
-    record.line = line.number;
+void recordReader_t::reset(record_t& record, const line_t& line, std::string_view raw) const {
+    record.line = m_knowsLines ? line.number : 0;
     record.offset = line.offset + static_cast<std::size_t>(raw.data() - line.text.data());
     record.raw = raw;
     record.talker = {};

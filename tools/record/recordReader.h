@@ -11,6 +11,7 @@
 #include "tools/input/lineSplitter.h"
 #include "tools/input/pieces.h"
 #include "tools/record/dictionaryFile.h"
+#include "tools/record/readerState.h"
 #include "tools/record/record.h"
 
 struct readOptions_t {
@@ -35,6 +36,12 @@ public:
     /// order of dates are known from there.
     void continueFrom(const recordReader_t& other);
 
+    /// Reads an input from the line on at which the reader with this state has ended. Call it
+    /// before the first `feed`. The counts begin at 0.
+    void startFrom(const readerState_t& state);
+    /// The state behind the last line, once `next` has returned false after `pause`.
+    readerState_t state() const;
+
     /// More bytes of the input. Records taken before are no longer valid.
     void feed(std::string_view bytes);
     /// Sets the time of reception of the records that follow, in Unix seconds. A stamp in a line
@@ -42,11 +49,17 @@ public:
     void setReadTime(double unixTime);
     /// There are no more bytes.
     void finish();
+    /// There are no more bytes for this reader, and the next line of the input begins here: another
+    /// reader goes on with `state`. Groups of satellites stay open.
+    void pause();
     /// The next record; false when more bytes are needed, or at the end.
     bool next(record_t& record);
 
     std::uint64_t blankLines() const { return m_lines.blankLines(); }
     std::uint64_t bytes() const { return m_lines.bytes(); }
+    /// Whether a stamp has come whose date has two readings while the order of day and month was
+    /// not known.
+    bool hasOpenStamp() const { return m_hasOpenStamp; }
     const dating_t& dating() const { return m_dating; }
     const satelliteGroups_t& groups() const { return m_groups; }
 
@@ -55,6 +68,7 @@ private:
     bool nextPlain(record_t& record);
     bool nextPiece(piece_t& piece);
     void cutLine();
+    void noteOpen(const stamp_t& stamp);
     void decode(const piece_t& piece, record_t& record);
     void decodeSentence(const piece_t& piece, record_t& record);
     bool frame(const std::string& sentence);
@@ -69,7 +83,7 @@ private:
 
     static void setReceived(const stamp_t& stamp, std::string& text, record_t& record);
     static void setClueStamp(const stamp_t& stamp, record_t& record);
-    static void reset(record_t& record, const line_t& line, std::string_view raw);
+    void reset(record_t& record, const line_t& line, std::string_view raw) const;
 
     readOptions_t m_options;
     lineSplitter_t m_lines;
@@ -93,6 +107,8 @@ private:
     std::vector<satellite_t> m_satellites; // of one sentence
     satelliteGroups_t m_groups;
     bool m_isFinished = false;
+    bool m_knowsLines = true; // how many were in front of those that are read
+    bool m_hasOpenStamp = false;
     bool m_hasGroup = false; // the last record has completed a group, which is the next record
     dating_t m_dating;
 };

@@ -32,7 +32,8 @@ struct keyRow_t {
 
 constexpr keyRow_t keyRows[] = {
     {"source", recordKey_t::source, shape_t::text, all, all, "input"},
-    {"line", recordKey_t::line, shape_t::integer, all, all, "number of the line, from 1"},
+    {"line", recordKey_t::line, shape_t::integer, all, all,
+     "number of the line, from 1; null if it is not known"},
     {"offset", recordKey_t::offset, shape_t::integer, withBytes, withBytes,
      "position of the record's first byte in its input"},
     {"received", recordKey_t::received, shape_t::text, all, 0,

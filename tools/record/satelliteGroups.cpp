@@ -1,6 +1,8 @@
 #include "tools/record/satelliteGroups.h"
 
 #include <algorithm>
+#include <iterator>
+#include <tuple>
 
 #include "tools/record/degrees.h"
 
@@ -50,7 +52,59 @@ void add(satelliteGroup_t& group, const satelliteList_t& satellites) {
     }
 }
 
+// These functions name all members, so that none is forgotten.
+auto membersOf(const openGroup_t& open) {
+    const auto& [key, count, last, isRemains, group] = open;
+    return std::tie(key, count, last, isRemains, group);
+}
+
+auto membersOf(const satelliteGroup_t& group) {
+    const auto& [hasSignalId, signalId, inView, satellites] = group;
+    return std::tie(hasSignalId, signalId, inView, satellites);
+}
+
+// Without what does not count.
+auto valuesOf(const satellite_t& satellite) {
+    const auto& [hasPrn, hasElevation, hasAzimuth, hasSnr, prn, elevation, azimuth, snr] =
+        satellite;
+    return std::tuple(hasPrn, hasElevation, hasAzimuth, hasSnr, hasPrn ? prn : 0,
+                      hasElevation ? elevation : 0, hasAzimuth ? azimuth : 0, hasSnr ? snr : 0);
+}
+
 } // namespace
+
+bool operator==(const satellite_t& a, const satellite_t& b) { return valuesOf(a) == valuesOf(b); }
+
+bool operator==(const satelliteGroup_t& a, const satelliteGroup_t& b) {
+    return membersOf(a) == membersOf(b);
+}
+
+bool operator==(const openGroup_t& a, const openGroup_t& b) { return membersOf(a) == membersOf(b); }
+
+std::vector<openGroup_t> satelliteGroups_t::openGroups() const {
+    std::vector<slot_t> slots;
+    std::copy_if(m_slots.begin(), m_slots.end(), std::back_inserter(slots),
+                 [](const slot_t& slot) { return slot.heard > 0; });
+    std::sort(slots.begin(), slots.end(),
+              [](const slot_t& a, const slot_t& b) { return a.heard < b.heard; });
+    for (slot_t& slot : slots) { // drops what is left of other groups and is not read any more
+        slot.group.hasSignalId = false;
+        slot.group.signalId = 0;
+        if (slot.isRemains) {
+            slot.count = 0;
+            slot.group = {};
+        }
+    }
+    return {slots.begin(), slots.end()};
+}
+
+void satelliteGroups_t::startFrom(const std::vector<openGroup_t>& groups) {
+    m_slots.clear();
+    m_sentences = 0;
+    for (const openGroup_t& group : groups) {
+        m_slots.push_back({group, ++m_sentences});
+    }
+}
 
 bool satelliteGroups_t::offer(const sender_t& sender, const kalo::gsvMsg_t& view,
                               const satelliteList_t& satellites) {

@@ -17,6 +17,19 @@ struct satelliteGroup_t {
     std::vector<satellite_t> satellites; ///< those with angles, by their identifiers
 };
 
+/// A group whose last sentence has not come yet.
+struct openGroup_t {
+    std::string key; ///< sender, address and signal
+    unsigned count = 0;
+    unsigned last = 0;      ///< number of its last sentence
+    bool isRemains = false; ///< its first sentence is missing or cannot be used
+    satelliteGroup_t group;
+};
+
+bool operator==(const satellite_t& a, const satellite_t& b);
+bool operator==(const satelliteGroup_t& a, const satelliteGroup_t& b);
+bool operator==(const openGroup_t& a, const openGroup_t& b);
+
 /// The sender of a sentence, as far as the line tells.
 struct sender_t {
     std::string_view prefix;
@@ -35,6 +48,10 @@ public:
     bool offer(const sender_t& sender, const kalo::gsvMsg_t& view,
                const satelliteList_t& satellites);
     const satelliteGroup_t& group() const { return m_finished; }
+    /// The groups that are open, the one that was silent longest first.
+    std::vector<openGroup_t> openGroups() const;
+    /// Goes on with these groups, in that order. The counts are kept.
+    void startFrom(const std::vector<openGroup_t>& groups);
     /// Called at the end: groups that are still open are incomplete.
     void finish();
 
@@ -46,13 +63,8 @@ public:
     std::uint64_t incomplete() const { return m_incomplete; }
 
 private:
-    struct slot_t {
-        std::string key;         // sender, address and signal
+    struct slot_t : openGroup_t {
         std::uint64_t heard = 0; // when its last sentence came; 0: the slot is free
-        unsigned count = 0;
-        unsigned last = 0;      // number of its last sentence
-        bool isRemains = false; // its first sentence is missing or cannot be used
-        satelliteGroup_t group;
     };
 
     slot_t* find(std::string_view key);

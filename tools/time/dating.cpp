@@ -1,6 +1,7 @@
 #include "tools/time/dating.h"
 
 #include <cmath>
+#include <tuple>
 
 #include "tools/time/calendarDate.h"
 
@@ -24,25 +25,27 @@ double timestampOn(double dayBegin, const kalo::timeOfDay_t& time) {
     return dayBegin + time.hour * 3600.0 + time.minute * 60.0 + whole + (time.second - whole);
 }
 
+// Names all members, so that none is forgotten.
+auto membersOf(const datingState_t& state) {
+    const auto& [isDated, reference, isFromOption, referenceStamp] = state;
+    return std::tie(isDated, reference, isFromOption, referenceStamp);
+}
+
 } // namespace
+
+bool operator==(const datingState_t& a, const datingState_t& b) {
+    return membersOf(a) == membersOf(b);
+}
 
 dating_t::dating_t(const datingOptions_t& options) : m_options(options) {
     if (options.date) {
         turnTo(*options.date);
-        m_reference = m_dayBegin + noon;
+        m_state.reference = m_dayBegin + noon;
     } else if (options.begin) {
-        m_reference = options.begin;
+        m_state.reference = options.begin;
     }
-    m_isDated = m_reference.has_value();
-    m_isFromOption = m_isDated;
-}
-
-void dating_t::continueFrom(const dating_t& other) {
-    dating_t next = other;
-    next.m_undated = m_undated;
-    next.m_farFromStamp = m_farFromStamp;
-    next.m_rolledOver = m_rolledOver;
-    *this = next;
+    m_state.isDated = m_state.reference.has_value();
+    m_state.isFromOption = m_state.isDated;
 }
 
 std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
@@ -61,11 +64,11 @@ std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
     if (!hasTime) {
         return {};
     }
-    if (!m_reference) {
+    if (!m_state.reference) {
         ++m_undated;
         return {};
     }
-    const double timestamp = nearest(clue.time.time, *m_reference);
+    const double timestamp = nearest(clue.time.time, *m_state.reference);
     if (!isInCalendar(m_day)) {
         return {};
     }
@@ -74,8 +77,8 @@ std::optional<instant_t> dating_t::date(const timeClue_t& clue) {
 }
 
 std::optional<instant_t> dating_t::dateByOwn(const timeClue_t& clue, bool hasTime) {
-    m_isDated = true;
-    const std::optional<double> before = m_reference;
+    m_state.isDated = true;
+    const std::optional<double> before = m_state.reference;
     turnTo(clue.date);
     const double sentBegin = m_dayBegin;
     turnToRollover(clue, hasTime ? timestampOn(0, clue.time.time) : noon);
@@ -125,29 +128,29 @@ dayRule_t dating_t::follow(const timeClue_t& clue, bool hasTime) {
                std::fabs(nearest(clue.time.time, reference) - reference) <= secondsPerHour;
     };
     const bool mayDate = clue.hasStamp && clue.stamp >= gpsEpoch;
-    if (!m_isDated && mayDate && (!clue.isBareStamp || isWithinAnHour(clue.stamp))) {
+    if (!m_state.isDated && mayDate && (!clue.isBareStamp || isWithinAnHour(clue.stamp))) {
         setReference(clue.stamp, clue);
         return dayRule_t::stamp;
     }
-    if (m_reference && m_referenceStamp && clue.hasStamp) {
+    if (m_state.reference && m_state.referenceStamp && clue.hasStamp) {
         // The clock of the stamps may be wrong. But if it was set in between, or if a stamp is a
         // counter, the reference does not follow it.
-        const double moved = *m_reference + (clue.stamp - *m_referenceStamp);
+        const double moved = *m_state.reference + (clue.stamp - *m_state.referenceStamp);
         if (isWithinAnHour(moved)) {
-            m_reference = moved;
+            m_state.reference = moved;
         }
-    } else if (!m_reference && clue.hasDate && isInCalendar(clue.date)) {
+    } else if (!m_state.reference && clue.hasDate && isInCalendar(clue.date)) {
         turnTo(clue.date);
         setReference(m_dayBegin + noon, clue);
         return dayRule_t::isVoid;
     }
-    return m_isFromOption ? dayRule_t::option : dayRule_t::near;
+    return m_state.isFromOption ? dayRule_t::option : dayRule_t::near;
 }
 
 void dating_t::setReference(double place, const timeClue_t& clue) {
-    m_reference = place;
-    m_isFromOption = false;
-    m_referenceStamp = clue.hasStamp ? std::optional(clue.stamp) : std::nullopt;
+    m_state.reference = place;
+    m_state.isFromOption = false;
+    m_state.referenceStamp = clue.hasStamp ? std::optional(clue.stamp) : std::nullopt;
 }
 
 // The instant with this time of day that is nearest to the reference; the earlier of two. Its day

@@ -31,6 +31,16 @@ struct datingOptions_t {
     std::optional<kalo::date_t> notBefore; ///< dates before this day are wrong by 1024 weeks
 };
 
+/// All that the dating of a record takes from the records before it.
+struct datingState_t {
+    bool isDated = false; ///< by the user, or by a record with a date of its own
+    std::optional<double> reference;
+    bool isFromOption = false;            ///< the reference
+    std::optional<double> referenceStamp; ///< of the line that gave the reference
+};
+
+bool operator==(const datingState_t& a, const datingState_t& b);
+
 /// Finds the day for each time of day of one input, by a reference instant. A record with a date of
 /// its own sets the reference. A time without a date lies on the day that brings it nearest to the
 /// reference, and becomes the new reference.
@@ -41,9 +51,9 @@ class dating_t {
 public:
     explicit dating_t(const datingOptions_t& options);
 
-    /// The place in time is that of another input, which ended where this one begins. The counts
-    /// are kept.
-    void continueFrom(const dating_t& other);
+    /// Dates what follows as if the records that led to `state` had come before it.
+    void startFrom(const datingState_t& state) { m_state = state; }
+    const datingState_t& state() const { return m_state; }
 
     /// The instant of a record. Empty as long as no date is known, and for a record with a time out
     /// of range, with a date beyond the last year, or without a time (its date still moves the
@@ -51,7 +61,7 @@ public:
     std::optional<instant_t> date(const timeClue_t& clue);
 
     /// The place in time of the last record, if any is known.
-    const std::optional<double>& reference() const { return m_reference; }
+    const std::optional<double>& reference() const { return m_state.reference; }
 
     /// How many records had a time in range while no date was known.
     std::uint64_t undated() const { return m_undated; }
@@ -71,11 +81,8 @@ private:
     void turnTo(const kalo::date_t& date);
 
     datingOptions_t m_options;
-    bool m_isDated = false; // by the user, or by a record with a date of its own
-    std::optional<double> m_reference;
-    bool m_isFromOption = false;
-    std::optional<double> m_referenceStamp; // of the line that gave the reference
-    kalo::date_t m_day{1970, 1, 1};         // the day that was used last
+    datingState_t m_state;
+    kalo::date_t m_day{1970, 1, 1}; // the day that was used last
     double m_dayBegin = 0;
     std::uint64_t m_undated = 0;
     std::uint64_t m_farFromStamp = 0;
