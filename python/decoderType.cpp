@@ -5,6 +5,8 @@
 #include "python/batchType.h"
 #include "python/decoderOptions.h"
 #include "python/instance.h"
+#include "python/placedObject.h"
+#include "tools/record/range.h"
 
 namespace {
 
@@ -62,6 +64,37 @@ PyObject* decoderBegin(PyObject* self, PyObject* source) {
     });
 }
 
+// The arguments: a name, a function that reads a number of bytes at an offset, the size of the
+// input, and where the range begins and ends. Returns the offsets of its first line and behind its
+// last one, and whether the input ends with it.
+PyObject* decoderBeginRange(PyObject* self, PyObject* arguments) {
+    return guarded([&] {
+        reading_t& reading = decoderObject_t::of(self);
+        PyObject* source = nullptr;
+        PyObject* readAt = nullptr;
+        unsigned long long size = 0;
+        unsigned long long begin = 0;
+        unsigned long long end = 0;
+        if (PyArg_ParseTuple(arguments, "OOKKK", &source, &readAt, &size, &begin, &end) == 0) {
+            throw raised_t();
+        }
+        const std::string name = textOfObject(source);
+        placedObject_t input(readAt, size);
+        lineRange_t lines;
+        unlocked(reading, [&] {
+            lines = linesOf(input, {begin, end});
+            reading.reader->begin(name, stateAt(input, lines.begin, reading.options.read));
+        });
+        if (input.hasRaised()) {
+            throw raised_t();
+        }
+        reading.isBegun = true;
+        return Py_BuildValue("KKO", static_cast<unsigned long long>(lines.begin),
+                             static_cast<unsigned long long>(lines.end),
+                             lines.isLast ? Py_True : Py_False);
+    });
+}
+
 PyObject* decoderFeed(PyObject* self, PyObject* bytes) {
     return guarded([&] {
         reading_t& reading = decoderObject_t::of(self);
@@ -82,11 +115,12 @@ PyObject* decoderFeed(PyObject* self, PyObject* bytes) {
     });
 }
 
+template <void (columnReader_t::*end)()>
 PyObject* decoderEnd(PyObject* self, PyObject* /*unused*/) {
     return guarded([&] {
         reading_t& reading = decoderObject_t::of(self);
         if (reading.isBegun) {
-            unlocked(reading, [&] { reading.reader->end(); });
+            unlocked(reading, [&] { (*reading.reader.*end)(); });
             reading.isBegun = false;
         }
         return none();
@@ -149,8 +183,11 @@ PyObject* decoderTables(PyObject* self, PyObject* /*unused*/) {
 
 PyMethodDef decoderMethods[] = {
     {"begin", decoderBegin, METH_O, "Names the input that follows."},
+    {"begin_range", decoderBeginRange, METH_VARARGS, "Names the input of the range that follows."},
     {"feed", decoderFeed, METH_O, "Decodes more bytes of the input."},
-    {"end", decoderEnd, METH_NOARGS, "The input has no more bytes."},
+    {"end", decoderEnd<&columnReader_t::end>, METH_NOARGS, "The input has no more bytes."},
+    {"end_range", decoderEnd<&columnReader_t::endRange>, METH_NOARGS,
+     "The range has no more bytes."},
     {"take", decoderTake, METH_NOARGS, "The batches of each table since the last call."},
     {"size", decoderSize, METH_NOARGS, "How many bytes the batches take that take() returns."},
     {"tables", decoderTables, METH_NOARGS, "A batch without rows for each table."},

@@ -14,8 +14,9 @@ the unit of the column says otherwise. A value that was not sent or does not dec
 input never raises. Files that cannot be read raise OSError, wrong arguments ValueError.
 """
 from ._decoder import Decoder, read, scan, schema
+from ._inputs import ranges
 from ._kalo import version as __version__
 from ._parquet import to_parquet
 from ._table import Column, Table
 
-__all__ = ["Column", "Decoder", "Table", "read", "scan", "schema", "to_parquet", "__version__"]
+__all__ = ["Column", "Decoder", "Table", "ranges", "read", "scan", "schema", "to_parquet", "__version__"]

@@ -8,12 +8,15 @@ import io
 import lzma
 import os
 import re
+import stat
 import tarfile
 import zipfile
-from typing import IO, Any, Callable, Iterator, List, Optional, Tuple, Union
+from typing import IO, Any, Callable, Iterable, Iterator, List, Optional, Tuple, Union
 
 Path = Union[str, "os.PathLike[str]"]
+Paths = Union[Path, Iterable[Path]]
 Progress = Callable[[int, int], None]
+Range = Tuple[str, int, Optional[int]]
 
 _BLOCK = 1 << 18
 _MOST_LAYERS = 4
@@ -22,6 +25,12 @@ _START = 512  # bytes that tell what a file holds
 
 class _Unreadable(OSError):
     """A file that cannot be read, or not further."""
+
+
+def texts(paths: Paths) -> List[str]:
+    """A path or several."""
+    several = [paths] if isinstance(paths, (str, bytes, os.PathLike)) else paths
+    return [os.fsdecode(path) for path in several]
 
 
 def _other(package: str, *modules: str) -> Callable[[Any], Any]:
@@ -102,6 +111,78 @@ class _Filled(io.RawIOBase):
             done += len(block)
         self.count += done
         return done
+
+
+def _isPacked(start: bytes) -> bool:
+    return any(re.match(mark, start) for mark, _ in _COMPRESSED + _ARCHIVES)
+
+
+def ranges(paths: Paths, *, size: Union[int, str] = "64MiB") -> List[Range]:
+    """Divides files into ranges that can be read one by one, on any number of computers.
+
+    Returns ``(path, begin, end)`` for each, at least one for a file: ``kalo.read(path,
+    range=(begin, end))`` decodes the lines that begin in these bytes. ``size`` is a number of bytes
+    or a text such as "64MiB". Compressed files and archives stay whole: ``end`` is None.
+    """
+    step = _bytes(size)
+    found: List[Range] = []
+    for path in texts(paths):
+        with open(path, "rb") as file:
+            total = os.fstat(file.fileno()).st_size
+            if _isPacked(file.peek(_START)):
+                found.append((path, 0, None))
+            else:
+                found += [(path, begin, min(begin + step, total))
+                          for begin in range(0, max(total, 1), step)]
+    return found
+
+
+def _bytes(size: Union[int, str]) -> int:
+    if isinstance(size, str):
+        number = re.fullmatch(r"([0-9]+)(|[KMG]iB)", size)
+        if not number:
+            raise ValueError(f"not a number of bytes: {size!r} (expected one such as 64MiB)")
+        size = int(number[1]) << 10 * ["", "KiB", "MiB", "GiB"].index(number[2])
+    if size < 1:
+        raise ValueError(f"size must be above 0, not {size}")
+    return size
+
+
+class PlacedFile:
+    """A file in which a range is read."""
+
+    def __init__(self, path: str, begin: int) -> None:
+        self._path = path
+        self._file = open(path, "rb")
+        status = os.fstat(self._file.fileno())
+        self.size = status.st_size
+        fault = ("cannot be read in ranges" if not stat.S_ISREG(status.st_mode) else
+                 "compressed files and archives cannot be read in ranges"
+                 if _isPacked(self._file.peek(_START)) else
+                 f"the range begins after the end of the file, which has {self.size} bytes"
+                 if begin > self.size else None)
+        if fault:
+            self._file.close()
+            raise ValueError(f"{path}: {fault}")
+
+    def __enter__(self) -> PlacedFile:
+        return self
+
+    def __exit__(self, *_: Any) -> None:
+        self._file.close()
+
+    def read(self, offset: int, count: int) -> bytes:
+        """Fewer bytes only at the end of the file."""
+        try:
+            self._file.seek(offset)
+            return self._file.read(count)
+        except OSError as error:
+            raise OSError(error.errno, error.strerror, self._path) from error
+
+    def blocks(self, begin: int, end: int) -> Iterator[bytes]:
+        while begin < end and (block := self.read(begin, min(_BLOCK, end - begin))):
+            yield block
+            begin += len(block)
 
 
 def blocks(paths: List[str],

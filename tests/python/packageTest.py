@@ -394,6 +394,74 @@ class ScanTest(Test):
         self.assertLess(kilobytes, 100 << 10)
 
 
+class RangeTest(Test):
+    def testEachLineBelongsToOneRange(self):
+        lines = [b"$SDDPT,%d\r\n" % depth for depth in range(10)]  # of 10 bytes each
+        path = self.write("log", b"".join(lines))
+        for begin, end, depths in (
+                (0, None, range(10)), (0, 1, [0]), (0, 10, [0]), (0, 11, [0, 1]), (1, 10, []),
+                (1, 11, [1]), (10, 30, [1, 2]), (81, None, [9]), (81, 999, [9]), (100, None, [])):
+            with self.subTest(begin=begin, end=end):
+                found = kalo.read(path, range=(begin, end), types="DPT")["DPT"].to_pylist()
+                self.assertEqual([row["depth"] for row in found], list(depths))
+                self.assertEqual([row["offset"] for row in found], [10 * depth for depth in depths])
+                self.assertEqual([row["line"] for row in found],
+                                 [depth + 1 if begin == 0 else None for depth in depths])
+
+    def testDays(self):
+        """The day of a range comes from the lines in front of it, or from the caller."""
+        self.write("dated", b"$GPZDA,115959,14,03,2026,00,00\r\n" + GGA)
+        self.write("undated", b"$GPGLL,,,,,115959,V\r\n" + GGA)
+        noon = [datetime.datetime(2026, 3, 14, 12, tzinfo=UTC)]
+        for path, options, times in (("dated", {}, noon), ("undated", {}, [None]),
+                                     ("undated", {"date": "2026-03-14"}, noon),
+                                     ("dated", {"date": "2020-01-01"}, noon)):
+            with self.subTest(path=path, options=options):
+                found = kalo.read(path, range=(1, None), types="GGA", **options)["GGA"]
+                self.assertEqual([row["time"] for row in found.to_pylist()], times)
+
+    def testRanges(self):
+        plain = self.write("plain", bytes(2500))
+        empty = self.write("empty", b"")
+        packed = self.write("packed", gzip.compress(GGA * 1000))
+        for size in 1024, "1024", "1KiB":
+            self.assertEqual(kalo.ranges([plain, empty, packed], size=size), [
+                ("plain", 0, 1024), ("plain", 1024, 2048), ("plain", 2048, 2500), ("empty", 0, 0),
+                ("packed", 0, None)])
+        self.assertEqual(kalo.ranges(pathlib.Path(plain)), [("plain", 0, 2500)])
+        self.assertEqual(kalo.read(empty, range=(0, 0)), {})
+        self.assertEqual(len(kalo.read(packed, range=(0, None))["GGA"]), 1000)
+        for size in 0, -1, "", "1MB", "1.5MiB":
+            with self.assertRaises(ValueError):
+                kalo.ranges(plain, size=size)
+
+    def testScanAndProgress(self):
+        path = self.write("log", GGA * 20000)
+        calls = []
+        parts = list(kalo.scan(path, range=(len(GGA) * 10, len(GGA) * 19000), types="GGA",
+                               batch_bytes=1 << 16, progress=lambda *call: calls.append(call)))
+        self.assertGreater(len(parts), 2)
+        self.assertEqual(sum(len(part["GGA"]) for part in parts), 18990)
+        self.assertEqual(calls[-1], (len(GGA) * 18990, len(GGA) * 18990))
+
+    def testWrongUse(self):
+        path = self.write("log", GGA)
+        self.write("log.gz", gzip.compress(GGA))
+        for paths, range_, reason in (
+                ("log", (-1, 5), "not a range: (-1, 5)"), ("log", (5, 4), "not a range: (5, 4)"),
+                (["log", "log"], (0, 5), "a range is one of a single file, not of 2"),
+                ("log", (1000, None), "log: the range begins after the end of the file, which has "
+                 f"{len(GGA)} bytes"),
+                ("log.gz", (0, 10), "log.gz: compressed files and archives cannot be read in ranges")):
+            with self.subTest(range=range_), self.assertRaises(ValueError) as raised:
+                kalo.read(paths, range=range_)
+            self.assertEqual(str(raised.exception), reason)
+        with self.assertRaises(FileNotFoundError):
+            kalo.read("missing", range=(0, 1))
+        with self.assertRaises(IsADirectoryError):
+            kalo.read(".", range=(0, 1))
+
+
 class ThreadTest(Test):
     def testDecodersInThreads(self):
         data = expected.SHIPPED.read_bytes() * 20

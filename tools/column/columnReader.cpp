@@ -55,6 +55,11 @@ void columnReader_t::begin(std::string_view source) {
     m_reader.emplace(m_options.read);
 }
 
+void columnReader_t::begin(std::string_view source, const readerState_t& state) {
+    begin(source);
+    m_reader->startFrom(state);
+}
+
 void columnReader_t::feed(std::string_view bytes) {
     m_reader->feed(bytes);
     takeRecords();
@@ -62,6 +67,12 @@ void columnReader_t::feed(std::string_view bytes) {
 
 void columnReader_t::end() {
     m_reader->finish();
+    takeRecords();
+    m_reader.reset();
+}
+
+void columnReader_t::endRange() {
+    m_reader->pause();
     takeRecords();
     m_reader.reset();
 }

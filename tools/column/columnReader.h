@@ -36,10 +36,14 @@ public:
 
     /// The input that follows. An input that was begun is left as it is, without its last line.
     void begin(std::string_view source);
+    /// A range of an input, with the state in which its first line is read (`stateAt`).
+    void begin(std::string_view source, const readerState_t& state);
     /// More bytes of the input.
     void feed(std::string_view bytes);
     /// The input has no more bytes.
     void end();
+    /// The range has no more bytes, and the next line of the input begins there.
+    void endRange();
 
     /// The rows since the last call, in the order of the names of the tables. A table that
     /// `options.tables` names is there even if it has no rows.

@@ -373,7 +373,9 @@ void columnTable_t::add(const record_t& record, std::string_view source, scratch
         }
     }
     setText(recordKey_t::source, source);
-    setNumber(recordKey_t::line, record.line);
+    if (record.line > 0) {
+        setNumber(recordKey_t::line, record.line);
+    }
     setNumber(recordKey_t::offset, record.offset);
     setReceived(record);
     setText(recordKey_t::prefix, record.prefix);

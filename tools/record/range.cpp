@@ -52,6 +52,12 @@ std::uint64_t lineStartAt(placedBytes_t& input, std::uint64_t offset) {
     }
 }
 
+lineRange_t linesOf(placedBytes_t& input, const byteRange_t& range) {
+    const bool isToEnd = range.end >= input.size();
+    return {lineStartAt(input, range.begin), isToEnd ? input.size() : lineStartAt(input, range.end),
+            isToEnd && (range.begin < input.size() || input.size() == 0)};
+}
+
 readerState_t stateAt(placedBytes_t& input, std::uint64_t offset, const readOptions_t& options,
                       const warmUp_t& warmUp) {
     if (offset == 0) {
@@ -86,13 +92,11 @@ readerState_t stateAt(placedBytes_t& input, std::uint64_t offset, const readOpti
 }
 
 rangeBytes_t::rangeBytes_t(placedBytes_t& input, const byteRange_t& range)
-    : m_input(input), m_begin(lineStartAt(input, range.begin)), m_next(m_begin),
-      m_end(range.end < input.size() ? lineStartAt(input, range.end) : input.size()),
-      m_isLast(range.end >= input.size() && (range.begin < input.size() || input.size() == 0)),
+    : m_input(input), m_lines(linesOf(input, range)), m_next(m_lines.begin),
       m_block(blockSize, '\0') {}
 
 std::string_view rangeBytes_t::read() {
-    const std::uint64_t left = m_end - std::min(m_next, m_end);
+    const std::uint64_t left = m_lines.end - std::min(m_next, m_lines.end);
     const std::size_t count = m_input.readAt(
         m_next, m_block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(left, blockSize)));
     m_next += count;

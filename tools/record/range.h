@@ -16,6 +16,16 @@ struct byteRange_t {
     std::uint64_t end = std::numeric_limits<std::uint64_t>::max(); ///< this one: the input's end
 };
 
+/// The bytes of the lines of a range.
+struct lineRange_t {
+    std::uint64_t begin = 0; ///< of the first line
+    std::uint64_t end = 0;   ///< behind the last line
+    bool isLast = false;     ///< whether the input ends with them: then a reader is to `finish`,
+                             ///< otherwise to `pause`
+};
+
+lineRange_t linesOf(placedBytes_t& input, const byteRange_t& range);
+
 /// The offset of the first line that begins at `offset` or after it; the size of the input if there
 /// is none.
 std::uint64_t lineStartAt(placedBytes_t& input, std::uint64_t offset);
@@ -43,18 +53,16 @@ public:
     rangeBytes_t(placedBytes_t& input, const byteRange_t& range);
 
     /// Where its first line begins.
-    std::uint64_t begin() const { return m_begin; }
-    /// Whether the input ends with this range: then a reader is to `finish`, otherwise to `pause`.
-    bool isLast() const { return m_isLast; }
+    std::uint64_t begin() const { return m_lines.begin; }
+    /// Whether the input ends with this range.
+    bool isLast() const { return m_lines.isLast; }
 
     std::string_view read() override;
     std::string fault() const override { return m_input.fault(); }
 
 private:
     placedBytes_t& m_input;
-    std::uint64_t m_begin;
+    lineRange_t m_lines;
     std::uint64_t m_next;
-    std::uint64_t m_end;
-    bool m_isLast;
     std::string m_block;
 };
