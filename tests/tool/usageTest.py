@@ -81,6 +81,10 @@ class Words(Test):
                    "(expected BEGIN-END or BEGIN-, such as 64MiB-128MiB)\n")
                   for text in ("", "5", "-5", "5-x", "x-", "5-6-7", "0x5-", "5KB-", "1.5MiB-",
                                "9223372036854775808-", "8589934592GiB-")),
+                *((f"decode --jobs={text} x", f"decode: --jobs: not a number of threads: {text} "
+                   "(expected 1 to 256, or auto)\n")
+                  for text in ("", "0", "257", "-1", "2.5", "two", "99999999999999999999")),
+                ("decode --jobs 2 --follow x", "decode: --follow and --jobs cannot be combined\n"),
                 ("decode --range 0-5 x y", "decode: --range needs one FILE, not several\n"),
                 ("decode --range 0-5 -",
                  "decode: --range: standard input has no ranges; name a file\n"),

@@ -61,6 +61,18 @@ void counts_t::add(const recordReader_t& reader) {
     m_rolledOver += reader.dating().rolledOver();
 }
 
+void counts_t::add(const counts_t& other) {
+    for (std::uint64_t counts_t::*count :
+         {&counts_t::m_decoded, &counts_t::m_untyped, &counts_t::m_blankLines,
+          &counts_t::m_complete, &counts_t::m_partial, &counts_t::m_incomplete,
+          &counts_t::m_undated, &counts_t::m_farFromStamp, &counts_t::m_rolledOver}) {
+        this->*count += other.*count;
+    }
+    for (std::size_t i = 0; i < faultCount; ++i) {
+        m_malformed[i] += other.m_malformed[i];
+    }
+}
+
 std::uint64_t counts_t::records() const {
     return std::accumulate(m_malformed.begin(), m_malformed.end(), m_decoded + m_untyped);
 }

@@ -10,6 +10,8 @@
 class counts_t {
 public:
     void add(const record_t& record);
+    /// The counts of another part of the run.
+    void add(const counts_t& other);
     /// What a reader has counted in its input, once it has finished.
     void add(const recordReader_t& reader);
 

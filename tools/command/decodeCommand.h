@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "tools/command/recordInputs.h"
+#include "tools/command/recordPieces.h"
 #include "tools/command/tableArguments.h"
 #include "tools/output/jsonWriter.h"
 #include "tools/output/output.h"
@@ -26,6 +27,7 @@ struct decodeOptions_t {
     std::vector<std::string> files; ///< "-" is standard input
     outputOptions_t output;
     inputOptions_t read;
+    pieceOptions_t pieces;
     recordChoice_t choice;
     valueOptions_t values;
     format_t format = format_t::json;

@@ -5,6 +5,7 @@
 #include <cmath>
 #include <limits>
 #include <optional>
+#include <thread>
 
 #include "kalo/util/stringUtil.h"
 #include "tools/command/timeCommand.h"
@@ -116,6 +117,19 @@ byteRange_t rangeOfArgument(const std::string& text) {
         throw usageError_t("the range ends before it begins: " + printable(text));
     }
     return {*begin, isOpen ? byteRange_t().end : *end};
+}
+
+unsigned jobsOfArgument(const std::string& text) {
+    constexpr unsigned most = 256;
+    if (text == "auto") {
+        return std::clamp(std::thread::hardware_concurrency(), 1U, most);
+    }
+    const std::optional<std::uint64_t> number = numberOf(text);
+    if (!number || *number == 0 || *number > most) {
+        throw usageError_t("not a number of threads: " + printable(text) +
+                           " (expected 1 to 256, or auto)");
+    }
+    return static_cast<unsigned>(*number);
 }
 
 void takeEvery(const std::string& text, thinningOptions_t& out) {

@@ -27,6 +27,9 @@ place_t placeOfArgument(const std::string& text);
 /// "BEGIN-END" in bytes, or "BEGIN-" up to the end; both numbers may have a unit: KiB, MiB or GiB.
 byteRange_t rangeOfArgument(const std::string& text);
 
+/// A number of threads, or "auto": one for each processor.
+unsigned jobsOfArgument(const std::string& text);
+
 /// "10s" or "50m".
 void takeEvery(const std::string& text, thinningOptions_t& out);
 

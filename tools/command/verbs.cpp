@@ -158,6 +158,10 @@ command_t decodeVerb() {
                "Decode only the lines that begin in these bytes of the FILE, as they are in the "
                "whole; BEGIN- goes to its end",
                [options](const std::string& text) { options->read.range = rangeOfArgument(text); }},
+              {"--jobs", "N|auto",
+               "Decode files with N threads, or one for each processor; the output is the same "
+               "(default 1). Not with --follow",
+               [options](const std::string& text) { options->pieces.jobs = jobsOfArgument(text); }},
               flag("--only-valid", choice.onlyValid, "Leave out malformed records"),
               flag("--only-malformed", choice.onlyMalformed, "Print only malformed records"),
               {"--since", "TIME",
@@ -203,6 +207,9 @@ command_t decodeVerb() {
                 checkRanged(operands);
             }
             if (options->read.follows) {
+                if (options->pieces.jobs > 1) {
+                    throw usageError_t("--follow and --jobs cannot be combined");
+                }
                 checkFollowed(operands.back());
                 options->output.isDirect = true;
             }

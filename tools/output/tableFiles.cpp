@@ -37,30 +37,34 @@ private:
 
 std::string reasonOf(int error) { return std::strerror(error); }
 
+// What went wrong; empty if nothing did.
+std::string writeTo(int descriptor, std::string_view text) {
+    while (!text.empty()) {
+        const ssize_t count = write(descriptor, text.data(), text.size());
+        if (count < 0 && errno != EINTR) {
+            return reasonOf(errno);
+        }
+        text.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
+    }
+    return {};
+}
+
 } // namespace
 
 class tableFiles_t::file_t {
 public:
-    file_t(std::string path, recordTable_t table, const tableOptions_t& options)
-        : m_path(std::move(path)), m_writer(std::move(table), options) {
-        m_writer.writeHead(m_buffer);
-    }
-
-    void write(const record_t& record, std::string_view source, scratch_t& scratch) {
-        if (m_writer.hasColumns() && m_fault.empty()) {
-            m_writer.write(record, source, scratch, m_buffer);
-        }
-    }
-
-    bool isLarge() const { return m_buffer.size() >= largeSize; }
+    explicit file_t(std::string path) : m_path(std::move(path)) {}
 
     // False, with a message, when it has just failed.
-    bool flush(const std::vector<std::string>& inputs) {
-        if (m_buffer.size() == 0 || !m_fault.empty() || !m_writer.hasColumns()) {
+    bool append(const linesOfTable_t& table, const std::vector<std::string>& inputs) {
+        if (!m_fault.empty()) {
             return true;
         }
-        m_fault = append(inputs);
-        m_buffer.clear();
+        buffer_t head;
+        if (!m_isBegun) {
+            table.writer.writeHead(head);
+        }
+        m_fault = write(inputs, head.text(), table.lines.text());
         if (!m_fault.empty()) {
             complain(m_path, m_fault);
         }
@@ -69,7 +73,8 @@ public:
 
 private:
     // What went wrong; empty when nothing did.
-    std::string append(const std::vector<std::string>& inputs) {
+    std::string write(const std::vector<std::string>& inputs, std::string_view head,
+                      std::string_view lines) {
         const opened_t file(m_path, m_isBegun ? O_APPEND : O_CREAT);
         if (file.descriptor() < 0) {
             return reasonOf(errno);
@@ -93,19 +98,11 @@ private:
         } else if (!isSameFile(status, m_status)) {
             return "another file has taken its place";
         }
-        for (std::string_view left = m_buffer.text(); !left.empty();) {
-            const ssize_t count = ::write(file.descriptor(), left.data(), left.size());
-            if (count < 0 && errno != EINTR) {
-                return reasonOf(errno);
-            }
-            left.remove_prefix(count < 0 ? 0 : static_cast<std::size_t>(count));
-        }
-        return {};
+        std::string fault = writeTo(file.descriptor(), head);
+        return fault.empty() ? writeTo(file.descriptor(), lines) : fault;
     }
 
     std::string m_path;
-    tableWriter_t m_writer;
-    buffer_t m_buffer;
     bool m_isBegun = false;
     struct stat m_status = {}; // of the file that was begun
     std::string m_fault;
@@ -113,7 +110,7 @@ private:
 
 tableFiles_t::tableFiles_t(const tableFolder_t& folder, const tableOptions_t& options,
                            dictionaryHolder_t& dictionary)
-    : m_folder(folder), m_options(options), m_dictionary(dictionary) {}
+    : m_folder(folder), m_format(options.format), m_lines(options, dictionary) {}
 
 tableFiles_t::~tableFiles_t() = default;
 
@@ -128,22 +125,41 @@ bool tableFiles_t::makeFolder() const {
 }
 
 void tableFiles_t::write(const record_t& record, scratch_t& scratch) {
-    file_t& file = m_files.of(record, [this](std::string_view name) { return fileNamed(name); });
-    file.write(record, m_source, scratch);
-    if (file.isLarge()) {
-        m_hasFailed = !file.flush(m_folder.inputs) || m_hasFailed;
+    flushIfLarge(m_lines.write(record, scratch));
+}
+
+void tableFiles_t::take(tableLines_t& lines) {
+    for (const auto& [name, table] : lines.tables()) {
+        linesOfTable_t& own = m_lines.named(name);
+        own.lines.append(table->lines.text());
+        table->lines.clear();
+        flushIfLarge(own);
     }
 }
 
 void tableFiles_t::flush() {
-    for (const auto& [name, file] : m_files.objects()) {
-        m_hasFailed = !file->flush(m_folder.inputs) || m_hasFailed;
+    for (const auto& [name, table] : m_lines.tables()) {
+        flush(*table);
     }
 }
 
-std::unique_ptr<tableFiles_t::file_t> tableFiles_t::fileNamed(std::string_view name) const {
-    const char* const ending = m_options.format == tableFormat_t::csv ? ".csv" : ".tsv";
-    std::string path =
-        (std::filesystem::path(m_folder.path) / (std::string(name) + ending)).string();
-    return std::make_unique<file_t>(std::move(path), tableNamed(name, m_dictionary), m_options);
+void tableFiles_t::flushIfLarge(linesOfTable_t& table) {
+    if (table.lines.size() >= largeSize) {
+        flush(table);
+    }
+}
+
+void tableFiles_t::flush(linesOfTable_t& table) {
+    if (table.lines.size() == 0) {
+        return;
+    }
+    const char* const ending = m_format == tableFormat_t::csv ? ".csv" : ".tsv";
+    std::unique_ptr<file_t>& file = m_files[table.name];
+    if (!file) {
+        const std::filesystem::path path =
+            std::filesystem::path(m_folder.path) / (table.name + ending);
+        file = std::make_unique<file_t>(path.string());
+    }
+    m_hasFailed = !file->append(table, m_folder.inputs) || m_hasFailed;
+    table.lines.clear();
 }

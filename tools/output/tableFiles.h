@@ -1,13 +1,12 @@
 // A folder with a file for each type of record.
 #pragma once
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
 
-#include "tools/output/tableWriter.h"
-#include "tools/record/byTable.h"
-#include "tools/record/dictionaryFile.h"
+#include "tools/output/tableLines.h"
 
 struct tableFolder_t {
     std::string path;                ///< is made when it is missing
@@ -26,8 +25,10 @@ public:
     bool makeFolder() const;
 
     /// The input of the records that follow.
-    void setSource(std::string_view name) { m_source = name; }
+    void setSource(std::string_view name) { m_lines.setSource(name); }
     void write(const record_t& record, scratch_t& scratch);
+    /// Moves lines here that were written elsewhere, with the same options.
+    void take(tableLines_t& lines);
 
     /// Writes to the files what was not written yet.
     void flush();
@@ -37,12 +38,12 @@ public:
 private:
     class file_t;
 
-    std::unique_ptr<file_t> fileNamed(std::string_view name) const;
+    void flush(linesOfTable_t& table);
+    void flushIfLarge(linesOfTable_t& table);
 
     const tableFolder_t& m_folder;
-    const tableOptions_t& m_options;
-    dictionaryHolder_t& m_dictionary;
-    byTable_t<file_t> m_files;
-    std::string m_source;
+    tableFormat_t m_format;
+    tableLines_t m_lines; // that were not written yet
+    std::map<std::string, std::unique_ptr<file_t>> m_files;
     bool m_hasFailed = false;
 };
