@@ -66,6 +66,12 @@ std::string positions(unsigned begin, unsigned count, Extra extra) {
     return text;
 }
 
+/// A stamp for this day, without the year.
+inline std::string stamped(const std::string& day, unsigned second) {
+    return fmt::format("{}/2026 {:02}:{:02}:{:02} ", day, second / 3600 % 24, second / 60 % 60,
+                       second % 60);
+}
+
 /// Logs larger than what is read in front of a range. Each tells or hides the day in another way.
 inline std::vector<log_t> madeLogs() {
     constexpr unsigned count = 6000;
@@ -94,12 +100,19 @@ inline std::vector<log_t> madeLogs() {
                                           evening + i < 86400 ? 24 : 25, (i + evening) / 3600 % 24,
                                           (i + evening) / 60 % 60, (i + evening) % 60);
                    })},
-        {"stamps whose order of day and month is told at the start only",
+        {"stamps whose order of day and month is told at the start only, not used in between",
          positions(evening, count,
-                   [](unsigned i) {
-                       return fmt::format("{}/2026 {:02}:{:02}:{:02} ", i < 10 ? "04/13" : "05/04",
-                                          (i + evening) / 3600 % 24, (i + evening) / 60 % 60,
-                                          (i + evening) % 60);
+                   [&](unsigned i) {
+                       return (i % 600 > 0 ? "" : ownDate) + (i < 10 ? stamped("04/13", evening + i)
+                                                              : i > count * 9 / 10
+                                                                  ? stamped("05/04", evening + i)
+                                                                  : "");
+                   })},
+        {"stamps whose order of day and month is told in the middle only",
+         positions(evening, count,
+                   [&](unsigned i) {
+                       return (i % 600 > 0 ? "" : ownDate) +
+                              stamped(i == count / 2 ? "04/13" : "05/04", evening + i);
                    })},
         {"the answer of a caster that goes on for the whole log",
          "SOURCETABLE 200 OK\r\n" + positions(evening, count,
