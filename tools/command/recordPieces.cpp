@@ -16,6 +16,8 @@ namespace {
 
 // What a reader gets at a time; it then stays in the caches.
 constexpr std::size_t blockSize = 65536;
+// Of the lines behind a piece so many bytes are read with it.
+constexpr std::size_t readBeyond = 4096;
 // So many pieces for each thread are in memory: one that it decodes, and others that wait, to be
 // decoded or for those in front of them.
 constexpr std::size_t piecesPerJob = 3;
@@ -259,20 +261,17 @@ public:
     }
 
     void use(std::string_view block) override {
+        // Not much more than a piece at a time, so that little is moved to the next one.
+        while (!block.empty() && !m_isDirect && !m_output.isClosed()) {
+            const std::size_t size = m_text.size() - m_begin;
+            const std::size_t missing = m_pieces.size - std::min(size, m_pieces.size);
+            const std::string_view part = block.substr(0, missing + readBeyond);
+            m_text.append(part);
+            block.remove_prefix(part.size());
+            cutPieces();
+        }
         if (m_isDirect) {
             m_direct.use(block);
-            return;
-        }
-        m_text.append(block);
-        while (!m_isDirect && !m_output.isClosed() && m_text.size() - m_begin > m_pieces.size) {
-            const std::size_t end = findLineStart(m_text, m_begin + m_pieces.size);
-            if (end != std::string_view::npos) {
-                cut(end);
-            } else if (m_text.size() - m_begin > 2 * m_pieces.size) {
-                readDirectly();
-            } else {
-                return;
-            }
         }
     }
 
@@ -292,6 +291,19 @@ public:
     }
 
 private:
+    void cutPieces() {
+        while (!m_isDirect && !m_output.isClosed() && m_text.size() - m_begin > m_pieces.size) {
+            const std::size_t end = findLineStart(m_text, m_begin + m_pieces.size);
+            if (end != std::string_view::npos) {
+                cut(end);
+            } else if (m_text.size() - m_begin > 2 * m_pieces.size) {
+                readDirectly();
+            } else {
+                return;
+            }
+        }
+    }
+
     // The piece ends at `end`, and the rest of the text is of the next one.
     void cut(std::size_t end) {
         const std::uint64_t offset = m_next.offset + (end - m_begin);

@@ -11,8 +11,8 @@
 
 struct pieceOptions_t {
     unsigned jobs = 1;              ///< threads that decode
-    std::size_t size = 1048576;     ///< of a piece, in bytes, at least
-    std::size_t warmUpSize = 32768; ///< so many bytes in front of a piece tell the state, probably,
+    std::size_t size = 524288;      ///< of a piece, in bytes, at least
+    std::size_t warmUpSize = 16384; ///< so many bytes in front of a piece tell the state, probably,
                                     ///< in which its first line is read
 };
 
