@@ -136,6 +136,8 @@ inline std::vector<log_t> madeLogs() {
                                  }
                                  return text;
                              })},
+        {"a line end of more than 64 KiB",
+         sentence("$GPDPT,1") + "$GPDPT,2" + std::string(70000, '\r') + "\n$GPDPT,3\r\n"},
         {"lines of more than 64 KiB, and others",
          ownDate + positions(evening, 60, [](unsigned i) {
              return i % 4 > 0 ? std::string() : std::string(20000 * (i % 12 + 1), 'x') + "\r\n";

@@ -47,18 +47,22 @@ std::string rangeFault(placedFile_t& file, const byteRange_t& range, const outpu
 }
 
 bool readRange(const std::string& name, const inputOptions_t& options, output_t& output,
-               recordBytesUser_t& user, progress_t* progress) {
+               recordBytesUser_t& user, bool showsProgress) {
     placedFile_t file(name);
     std::string fault = rangeFault(file, *options.range, output);
     if (fault.empty()) {
         rangeBytes_t bytes(file, *options.range);
+        std::optional<progress_t> progress;
+        if (showsProgress) {
+            progress.emplace(bytes.size());
+        }
         user.begin(name, stateAt(file, bytes.begin(), options));
         const auto isGoingOn = [&] { return !output.isClosed() && stopSignal() == 0; };
         for (std::string_view block = bytes.read(); isGoingOn() && !block.empty();
              block = bytes.read()) {
             user.use(block);
             output.flushIfDue();
-            if (progress != nullptr) {
+            if (progress) {
                 progress->add(block.size());
             }
         }
@@ -118,8 +122,9 @@ bool readRecordBytes(const std::vector<std::string>& inputs, const inputOptions_
                      const std::function<recordBytesUser_t&(const std::string& name)>& userOf) {
     bool areRead = true;
     std::optional<progress_t> progress;
-    if (!options.hidesProgress && !options.follows && isatty(STDERR_FILENO) != 0 &&
-        isatty(output.descriptor()) == 0) {
+    const bool showsProgress = !options.hidesProgress && !options.follows &&
+                               isatty(STDERR_FILENO) != 0 && isatty(output.descriptor()) == 0;
+    if (showsProgress && !options.range) {
         progress.emplace(inputs);
     }
     progress_t* const shown = progress ? &*progress : nullptr;
@@ -130,7 +135,7 @@ bool readRecordBytes(const std::vector<std::string>& inputs, const inputOptions_
         }
         recordBytesUser_t& user = userOf(name);
         const bool isFollowed = options.follows && &name == &inputs.back();
-        const bool isRead = options.range ? readRange(name, options, output, user, shown)
+        const bool isRead = options.range ? readRange(name, options, output, user, showsProgress)
                             : isFollowed  ? followBlocks(name, output, byteUserOf(user, start))
                                          : readBlocks(name, output, byteUserOf(user, start), shown);
         areRead = isRead && areRead;

@@ -204,20 +204,21 @@ bool lineSplitter_t::passEnd() {
     return true;
 }
 
-// The length of the current line's end; false if it depends on more input. A run of CRs at the
-// limit of memory counts as complete.
+// The length of the current line's end; false if it depends on more input. A run of CRs beyond the
+// limit of memory counts as one CR, whatever follows it.
 bool lineSplitter_t::measureEnd(std::size_t& length) {
     std::size_t behind = std::max(m_scan, m_end);
-    while (behind < m_buffer.size() && m_buffer[behind] == '\r') {
+    const std::size_t limit = m_begin + maxLength;
+    while (behind < m_buffer.size() && behind <= limit && m_buffer[behind] == '\r') {
         ++behind;
     }
     m_scan = behind;
-    if (behind < m_buffer.size() && m_buffer[behind] == '\n') {
+    if (behind <= limit && behind < m_buffer.size() && m_buffer[behind] == '\n') {
         length = behind + 1 - m_end;
         return true;
     }
     length = std::min<std::size_t>(behind - m_end, 1);
-    return behind < m_buffer.size() || m_finished || behind - m_begin > maxLength;
+    return behind < m_buffer.size() || m_finished || behind > limit;
 }
 
 // Hands out the text at the start of the current line, unless there is none or it is blank.

@@ -46,8 +46,9 @@ std::string timeLeftText(double seconds) {
 
 } // namespace
 
-progress_t::progress_t(const std::vector<std::string>& inputs)
-    : m_total(totalSize(inputs)), m_next(m_begin + untilFirst) {}
+progress_t::progress_t(const std::vector<std::string>& inputs) : progress_t(totalSize(inputs)) {}
+
+progress_t::progress_t(std::uint64_t total) : m_total(total), m_next(m_begin + untilFirst) {}
 
 progress_t::~progress_t() { show(""); }
 

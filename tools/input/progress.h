@@ -12,6 +12,8 @@ public:
     /// Of these inputs together ("-" is standard input). What share was read, and how long the rest
     /// will take, is said only if all of them are regular files.
     explicit progress_t(const std::vector<std::string>& inputs);
+    /// Of so many bytes.
+    explicit progress_t(std::uint64_t total);
     progress_t(const progress_t&) = delete;
     progress_t& operator=(const progress_t&) = delete;
     /// Erases the line.

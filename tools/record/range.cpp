@@ -96,7 +96,7 @@ rangeBytes_t::rangeBytes_t(placedBytes_t& input, const byteRange_t& range)
       m_block(blockSize, '\0') {}
 
 std::string_view rangeBytes_t::read() {
-    const std::uint64_t left = m_lines.end - std::min(m_next, m_lines.end);
+    const std::uint64_t left = m_lines.end - m_next;
     const std::size_t count = m_input.readAt(
         m_next, m_block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(left, blockSize)));
     m_next += count;

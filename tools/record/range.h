@@ -54,6 +54,8 @@ public:
 
     /// Where its first line begins.
     std::uint64_t begin() const { return m_lines.begin; }
+    /// Of its lines together.
+    std::uint64_t size() const { return m_lines.end - m_lines.begin; }
     /// Whether the input ends with this range.
     bool isLast() const { return m_lines.isLast; }
 
