@@ -85,6 +85,18 @@ PyObject* batchColumns(PyObject* self, void* /*closure*/) {
     });
 }
 
+PyObject* batchPlace(PyObject* self, void* /*closure*/) {
+    return guarded([&] {
+        const batchPlace_t& place = batchObject_t::of(self)->place;
+        const object_t source = owned(PyBytes_FromStringAndSize(
+            place.source.data(), static_cast<Py_ssize_t>(place.source.size())));
+        return Py_BuildValue("OKKK", source.get(),
+                             static_cast<unsigned long long>(place.firstOffset),
+                             static_cast<unsigned long long>(place.lastOffset),
+                             static_cast<unsigned long long>(place.rowsInFront));
+    });
+}
+
 Py_ssize_t batchLength(PyObject* self) {
     return static_cast<Py_ssize_t>(batchObject_t::of(self)->rows);
 }
@@ -141,6 +153,9 @@ PyMethodDef batchMethods[] = {
     {nullptr, nullptr, 0, nullptr}};
 PyGetSetDef batchMembers[] = {
     {"columns", batchColumns, nullptr, "Name, form, unit and meaning of each column.", nullptr},
+    {"place", batchPlace, nullptr,
+     "Source and offset of the first row, offset of the last one, rows in front of the batch.",
+     nullptr},
     {nullptr, nullptr, nullptr, nullptr, nullptr}};
 PyType_Slot batchSlots[] = {{Py_tp_doc, const_cast<char*>("Rows of a table. They do not change.")},
                             {Py_tp_new, slot(refuseNew)},

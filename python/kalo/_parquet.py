@@ -16,7 +16,7 @@ def to_parquet(part: Mapping[str, Table], out: Path, *, name: Optional[str] = No
     ``day=__HIVE_DEFAULT_PARTITION__``. pyarrow writes them, or duckdb where there is no pyarrow.
 
     Without ``name`` a file is named by the rows that it holds, so that the same part written again
-    replaces its files. Tables without the columns source and offset need a name.
+    replaces its files.
     """
     for kind, table in part.items():
         if len(table) > 0:
@@ -27,14 +27,7 @@ def to_parquet(part: Mapping[str, Table], out: Path, *, name: Optional[str] = No
 
 def _nameOf(table: Table) -> str:
     """A name that other rows do not have."""
-    ends = []
-    names = [column.name for column in table.columns]
-    if not {"source", "offset"} <= set(names):
-        raise ValueError("without the columns source and offset a file needs a name")
-    for batch in table._batches[0], table._batches[-1]:
-        for column in "source", "offset":
-            values = batch.objects(names.index(column))
-            ends += [values[0], values[-1]]
+    ends = [table._batches[0].place, table._batches[-1].place]
     return "part-" + hashlib.sha256(repr(ends).encode()).hexdigest()[:16]
 
 

@@ -628,6 +628,21 @@ class ParquetTest(Test):
                 f"read_parquet('it''s {count}/*/*/*.parquet')").fetchall(),
                 [(count, count, days[-1])])
 
+    def testNoPartReplacesAnother(self):
+        """Rows that are alike, of parts and ranges, all stay; the same part again replaces itself."""
+        import duckdb
+        path = self.write("a.log", b"$GPGSV,1,1,00\r\n" * 5000)
+        for hidden in {}, {"pyarrow": None}:
+            for _ in range(2):
+                with unittest.mock.patch.dict(sys.modules, hidden):
+                    for source, begin, end in kalo.ranges(path, size=15000):
+                        for part in kalo.scan(source, range=(begin, end), batch_bytes=1000,
+                                              types=["GSV", "SATELLITES"], columns=["talker"]):
+                            kalo.to_parquet(part, "out")
+                for kind in "GSV", "SATELLITES":
+                    count = duckdb.sql(f"SELECT count(*) FROM 'out/type={kind}/*/*.parquet'")
+                    self.assertEqual(count.fetchall(), [(5000,)], kind)
+
     def testFolderThatCannotBeWritten(self):
         log = kalo.read(self.write("a.log", HDT))
         for hidden in {}, {"pyarrow": None}:

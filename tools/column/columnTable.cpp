@@ -209,7 +209,7 @@ columnTypes_t columnTypes(const recordTable_t& records, const columnOptions_t& o
 }
 
 std::shared_ptr<const batch_t> emptyBatch(std::shared_ptr<const columnTypes_t> types) {
-    batch_t batch = {std::move(types), {}, 0};
+    batch_t batch = {std::move(types), {}, 0, {}};
     for (const columnType_t& type : *batch.types) {
         batch.columns.emplace_back(type);
         batch.columns.back().finish(0);
@@ -372,6 +372,11 @@ void columnTable_t::add(const record_t& record, std::string_view source, scratch
             column.reserve(m_room);
         }
     }
+    if (m_rows == 0) {
+        m_place.source = source;
+        m_place.firstOffset = record.offset;
+    }
+    m_place.lastOffset = record.offset;
     setText(recordKey_t::source, source);
     if (record.line > 0) {
         setNumber(recordKey_t::line, record.line);
@@ -435,7 +440,8 @@ void columnTable_t::close() {
         column.finish(m_rows);
     }
     m_batches.push_back(
-        std::make_shared<const batch_t>(batch_t{m_types, std::move(m_columns), m_rows}));
+        std::make_shared<const batch_t>(batch_t{m_types, std::move(m_columns), m_rows, m_place}));
+    m_place.rowsInFront += m_rows;
     begin();
 }
 

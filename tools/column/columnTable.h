@@ -25,11 +25,20 @@ using columnTypes_t = std::vector<columnType_t>;
 /// out.
 columnTypes_t columnTypes(const recordTable_t& records, const columnOptions_t& options);
 
+/// Which rows a batch holds. Other rows of the same inputs have another place.
+struct batchPlace_t {
+    std::string source;            ///< of the first row
+    std::uint64_t firstOffset = 0; ///< in its input
+    std::uint64_t lastOffset = 0;  ///< of the last row
+    std::uint64_t rowsInFront = 0; ///< in the same table
+};
+
 /// Rows that do not change any more.
 struct batch_t {
     std::shared_ptr<const columnTypes_t> types;
     std::vector<array_t> columns; ///< in the order of `types`
     std::size_t rows = 0;
+    batchPlace_t place;
 };
 
 /// A batch without rows.
@@ -79,6 +88,7 @@ private:
     std::vector<array_t*> m_variable;       // those whose rows have no fixed size
     std::size_t m_rows = 0;
     std::size_t m_room = 0; // rows
+    batchPlace_t m_place;   // of these rows
     std::vector<std::shared_ptr<const batch_t>> m_batches;
     std::size_t m_batchBytes = 0;
 };
