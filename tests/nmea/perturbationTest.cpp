@@ -163,17 +163,61 @@ TEST(perturbation, valuesChangeWithTheFieldsTheyName) {
     }
 }
 
-TEST(perturbation, shortSentencesKeepTheirValues) {
-    for (typeIndex_t type = 0; type < sentenceCount; ++type) {
+// The bytes that move the fields after them, or end the record.
+std::string_view separatorsOf(typeIndex_t type) {
+    if (type < sentenceCount) {
+        return ",";
+    }
+    if (type == typeOf<motionRecord_t>) {
+        return "";
+    }
+    return type == typeOf<trackingRecord_t> ? " *\r\n" : ";\r\n";
+}
+
+// Every change of one byte of a field.
+TEST(perturbation, anotherByteChangesOnlyTheValuesOfItsField) {
+    for (typeIndex_t type = 0; type < recordTypeCount; ++type) {
+        const strings_t samples = samplesOf(recordTypes[type].name);
+        if (samples.empty()) {
+            continue;
+        }
+        const values_t values = valuesOf(type, samples[0]);
+        const std::vector<span_t> fields = fieldsOf(type, samples[0]);
+        for (std::size_t i = type == typeOf<trackingRecord_t> ? 0 : 1; i < fields.size(); ++i) {
+            for (std::size_t at = fields[i].begin; at < fields[i].begin + fields[i].length; ++at) {
+                std::string changed = samples[0];
+                for (int byte = 0; byte < 256; ++byte) {
+                    changed[at] = static_cast<char>(byte);
+                    if (separatorsOf(type).find(changed[at]) != std::string_view::npos) {
+                        continue;
+                    }
+                    const values_t left = valuesOf(type, changed);
+                    for (const recordType_t::row_t& row : recordTypes[type]) {
+                        ASSERT_TRUE(isNamed(row, i) || left.at(row.name) == values.at(row.name))
+                            << row.name << " does not name field " << i << ": " << changed;
+                    }
+                }
+            }
+        }
+    }
+}
+
+// Every prefix. A motion record has all its columns or no value.
+TEST(perturbation, shortRecordsKeepTheirWholeFields) {
+    for (typeIndex_t type = 0; type < recordTypeCount; ++type) {
         for (const std::string& sample : samplesOf(recordTypes[type].name)) {
             const std::vector<span_t> fields = fieldsOf(type, sample);
-            values_t values = valuesOf(type, sample);
-            for (std::size_t count = 1; count < fields.size(); ++count) {
-                values_t left = valuesOf(type, sample.substr(0, fields[count].begin - 1));
+            const values_t values = valuesOf(type, sample);
+            const bool hasColumns = type == typeOf<motionRecord_t>;
+            std::size_t whole = 0;
+            for (std::size_t length = 1; length < sample.size(); ++length) {
+                whole += fields[whole].begin + fields[whole].length < length ? 1 : 0;
+                const values_t left = valuesOf(type, sample.substr(0, length));
                 for (const recordType_t::row_t& row : recordTypes[type]) {
-                    const bool isWhole = row.fields != 0 && row.fields >> count == 0;
-                    EXPECT_TRUE(!isWhole || left[row.name] == values[row.name])
-                        << row.name << " of " << count << " fields: " << sample;
+                    const bool isWhole = !hasColumns && row.fields != 0 && row.fields >> whole == 0;
+                    EXPECT_TRUE(hasColumns ? left.at(row.name).empty()
+                                           : !isWhole || left.at(row.name) == values.at(row.name))
+                        << row.name << " of " << length << " bytes: " << sample;
                 }
             }
         }

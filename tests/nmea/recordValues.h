@@ -55,10 +55,11 @@ struct textSink_t {
     }
 };
 
-/// What is decoded of a record: of a sentence without checksum and line end, or of a line.
+/// What is decoded of a record, behind which nothing can be read: of a sentence without checksum
+/// and line end, or of a line.
 inline values_t valuesOf(typeIndex_t type, const std::string& text) {
     const kalo::nmeaFormat_t format = framed(text);
-    const kalo::atsAsciiMsg_t tracking(text.data(), text.size());
+    const kalo::atsAsciiMsg_t tracking(guarded(text).data(), text.size());
     kalo::tss1Msg_t motion;
     kalo::ntripStreamDecoder_t table;
     std::vector<satellite_t> satellites;
@@ -70,14 +71,14 @@ inline values_t valuesOf(typeIndex_t type, const std::string& text) {
         readSentenceClue(format, type, satellites, record.clue);
         record.content = &format;
     } else if (type == typeOf<motionRecord_t>) {
-        motion.init(text.data(), text.size());
+        motion.init(guarded(text).data(), text.size());
         record.content = &motion;
     } else if (type == typeOf<trackingRecord_t>) {
         readTrackingClue(tracking, milliseconds, record.clue);
         record.content = &tracking;
     } else {
         const std::string line = text + '\n';
-        table.init(line.data(), static_cast<unsigned>(line.size()));
+        table.init(guarded(line).data(), static_cast<unsigned>(line.size()));
         record.content = &table;
     }
     scratch_t scratch;

@@ -1,50 +1,14 @@
 // Numbers have two ways to be read: this holds them against the stream that defines the result, and
 // to the rules that a caller relies on.
 #include <cstdlib>
-#include <cstring>
 #include <locale>
 #include <random>
 #include <sstream>
 
-#include "kalo/util/stringUtil.h"
+#include "tests/numberReference.h"
 #include "tests/sentence.h"
 
 namespace {
-
-// The definition, written once more: the stream decides, but for a "-" before an unsigned type.
-template <typename T>
-bool reference(const std::string& text, T& out, std::ios_base::fmtflags base) {
-    std::istringstream stream(text);
-    stream.setf(base, std::ios_base::basefield);
-    if (std::is_unsigned_v<T>) {
-        const std::size_t first = text.find_first_not_of(" \t\n\v\f\r");
-        if (first != std::string::npos && text[first] == '-') {
-            return false;
-        }
-    }
-    stream >> out;
-    return !stream.fail() && stream.eof();
-}
-
-// Before, `out` holds what no text gives, and it is compared bit by bit.
-template <typename T, typename... Base>
-bool agreesAs(const std::string& text, std::ios_base::fmtflags flags, Base... base) {
-    T expected = 77, got = 77;
-    const bool good = kalo::decode(text, got, base...);
-    return good == reference(text, expected, flags) &&
-           std::memcmp(&expected, &got, sizeof got) == 0;
-}
-
-template <typename... Integers>
-bool agreesAsAll(const std::string& text) {
-    return agreesAs<float>(text, std::ios::dec) && agreesAs<double>(text, std::ios::dec) &&
-           (agreesAs<Integers>(text, std::ios::dec, 10) && ...) &&
-           (agreesAs<Integers>(text, std::ios::hex, 16) && ...) &&
-           (agreesAs<Integers>(text, std::ios::oct, 8) && ...);
-}
-
-constexpr auto agrees =
-    agreesAsAll<short, unsigned short, int, unsigned, long long, unsigned long long>;
 
 // Texts around everything that has a rule of its own.
 strings_t systematicTexts() {
@@ -99,6 +63,30 @@ std::string randomText(std::mt19937_64& random) {
 TEST(numberDifference, systematicTexts) {
     for (const std::string& text : systematicTexts()) {
         ASSERT_TRUE(agrees(text)) << testing::PrintToString(text);
+    }
+}
+
+// Every text of the characters that mean something in a number, and of some that do not, up to four
+// of them. KALO_TEXT_LENGTH sets another length.
+TEST(numberDifference, everyShortText) {
+    constexpr std::string_view alphabet = "01789afgxXeE+-., '\t";
+    const char* const wanted = std::getenv("KALO_TEXT_LENGTH");
+    const std::size_t most = wanted != nullptr ? std::stoul(wanted) : 4;
+    std::vector<std::size_t> letters;
+    while (letters.size() <= most) {
+        std::string text;
+        for (const std::size_t letter : letters) {
+            text += alphabet[letter];
+        }
+        ASSERT_TRUE(agrees(text)) << testing::PrintToString(text);
+        // count up
+        std::size_t at = 0;
+        while (at < letters.size() && ++letters[at] == alphabet.size()) {
+            letters[at++] = 0;
+        }
+        if (at == letters.size()) {
+            letters.push_back(0);
+        }
     }
 }
 
