@@ -40,7 +40,9 @@ enum nmeaMsgType_t : int {
 };
 
 /// One framed sentence. It owns its fields and keeps no pointer to the caller's bytes; a copy is
-/// independent of the original. Bad input never throws: `isValid()` is then false.
+/// independent of the original. Bad input never throws: `isValid()` is then false. If memory runs
+/// out in `init` or an assignment, the object is an invalid sentence without fields, and can be
+/// used again.
 class KALO_EXPORT nmeaFormat_t {
 public:
     /// An invalid sentence without fields, whose `formatError()` is 0.

@@ -10,7 +10,8 @@ namespace kalo {
 
 /// One record, split at ";". Field 0 is its tag: "STR", "CAS" or "NET". Quotes have no meaning, and
 /// the texts are neither trimmed nor changed. The decoder owns the texts; a copy is independent of
-/// the original.
+/// the original. If memory runs out in `init` or an assignment, some texts are those of the new
+/// record and some those of an earlier one; the object can be used again.
 class KALO_EXPORT ntripRecordDecoder_t {
 public:
     /// A record without fields.

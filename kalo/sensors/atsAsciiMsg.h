@@ -21,9 +21,10 @@ namespace kalo {
 /// The texts are stored in 20 slots: 0 day, 1 month, 2 year, 3 time of day, and one for each tag,
 /// as the accessors say. If a tag occurs twice, the later value counts.
 ///
-/// The object owns its texts; a copy is independent of the original. A decoder returns true if the
-/// slot holds a value of its kind. Angles are given in radians; the record names no other units,
-/// and all other values are given as sent.
+/// The object owns its texts; a copy is independent of the original. If memory runs out in an
+/// assignment, some texts are the old ones and some the new, and the object can be used again. A
+/// decoder returns true if the slot holds a value of its kind. Angles are given in radians; the
+/// record names no other units, and all other values are given as sent.
 class KALO_EXPORT atsAsciiMsg_t {
 public:
     /// An object with all slots empty and no checksum error.

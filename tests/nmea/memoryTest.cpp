@@ -1,9 +1,6 @@
-// What the library allocates and frees, and what is left when an allocation fails. The operators
-// below count, so this is a program of its own.
-#include <cstdlib>
+// What the library allocates and frees, and what is left when an allocation fails.
 #include <fstream>
 #include <memory>
-#include <new>
 #include <set>
 #include <string>
 #include <vector>
@@ -11,55 +8,16 @@
 #include <gtest/gtest.h>
 
 #include "kalo/kalo.h"
+#include "tests/allocations.h"
 #include "tests/sentence.h"
 #include "tools/record/registry.h"
 
 namespace {
 
-long allocations = 0;
-long live = 0;
-long untilFailure = 0; // 0: none fails
-
-void* allocate(std::size_t size) {
-    if (untilFailure > 0 && --untilFailure == 0) {
-        throw std::bad_alloc();
-    }
-    void* memory = std::malloc(size != 0 ? size : 1);
-    if (memory == nullptr) {
-        throw std::bad_alloc();
-    }
-    ++allocations;
-    ++live;
-    return memory;
-}
-
-void release(void* memory) {
-    live -= memory != nullptr ? 1 : 0;
-    std::free(memory);
-}
-
-} // namespace
-
-void* operator new(std::size_t size) { return allocate(size); }
-void* operator new[](std::size_t size) { return allocate(size); }
-void operator delete(void* memory) noexcept { release(memory); }
-void operator delete[](void* memory) noexcept { release(memory); }
-void operator delete(void* memory, std::size_t /*size*/) noexcept { release(memory); }
-void operator delete[](void* memory, std::size_t /*size*/) noexcept { release(memory); }
-
-namespace {
-
+using allocations::failEach;
 using kalo::gsvMsg_t;
 using kalo::nmeaFormat_t;
 using kalo::nmeaMsg_t;
-
-/// How many allocations `action` makes.
-template <typename Action>
-long allocationsOf(Action action) {
-    const long before = allocations;
-    action();
-    return allocations - before;
-}
 
 /// The sentences of the shipped recording that are well formed.
 std::vector<std::string> recordedSentences() {
@@ -82,10 +40,10 @@ TEST(memory, framingAgainAllocatesNothing) {
             format.init(text.data(), text.size());
         }
     };
-    EXPECT_GT(allocationsOf(frameAll), 0);
-    EXPECT_EQ(allocationsOf(frameAll), 0);
+    EXPECT_GT(allocations::of(frameAll), 0);
+    EXPECT_EQ(allocations::of(frameAll), 0);
     const nmeaFormat_t copy = format;
-    EXPECT_EQ(allocationsOf([&] { format = copy; }), 0);
+    EXPECT_EQ(allocations::of([&] { format = copy; }), 0);
 }
 
 /// A sink that keeps nothing.
@@ -103,7 +61,7 @@ TEST(memory, decodingAllocatesTheViewAlone) {
     for (const std::string& text : recordedSentences()) {
         const nmeaFormat_t format(text.data(), text.size());
         std::unique_ptr<nmeaMsg_t> view;
-        const long made = allocationsOf([&] { view.reset(nmeaMsg_t::create(format)); });
+        const long made = allocations::of([&] { view.reset(nmeaMsg_t::create(format)); });
         EXPECT_EQ(made, view != nullptr ? 1 : 0) << text;
         record_t record;
         record.type = typeOfSentence(format.type());
@@ -111,7 +69,7 @@ TEST(memory, decodingAllocatesTheViewAlone) {
         visitRecord(record, scratch, [&](auto kind, const auto& recordView) {
             const auto readAll = [&] { readValues<decltype(kind)>(recordView, nowhere); };
             readAll(); // every text of the recording is short
-            EXPECT_EQ(allocationsOf(readAll), 0) << text;
+            EXPECT_EQ(allocations::of(readAll), 0) << text;
             decoded.insert(kind.name);
         });
     }
@@ -129,34 +87,9 @@ TEST(memory, listsAllocateForTheirEntriesAlone) {
     std::vector<unsigned> ids;
     ids.reserve(12);
     kalo::gsvSet_t set;
-    EXPECT_EQ(allocationsOf([&] { kalo::gsaMsg_t(gsa).decodeSatIds(ids); }), 0);
-    EXPECT_EQ(allocationsOf([&] { set.decode(gsvMsg_t(gsv)); }), 3);
+    EXPECT_EQ(allocations::of([&] { kalo::gsaMsg_t(gsa).decodeSatIds(ids); }), 0);
+    EXPECT_EQ(allocations::of([&] { set.decode(gsvMsg_t(gsv)); }), 3);
     EXPECT_TRUE(ids.size() == 12 && set.isComplete());
-}
-
-/// Calls `use(fail)` until no allocation is left to fail: in each call the next allocation of the
-/// action that `use` hands to `fail` fails. `fail` gives whether it came to that. Nothing may be
-/// lost, and at least `least` allocations have to have failed.
-template <typename Use>
-void failEach(long least, Use use) {
-    bool failed = true;
-    long number = 0;
-    while (failed) {
-        const long before = live;
-        ++number;
-        use([&](auto action) {
-            untilFailure = number;
-            try {
-                action();
-            } catch (const std::bad_alloc&) {
-            } // anything else ends the test
-            failed = untilFailure == 0;
-            untilFailure = 0;
-            return failed;
-        });
-        EXPECT_EQ(live, before) << number;
-        EXPECT_TRUE(failed || number > least) << number;
-    }
 }
 
 TEST(memory, everyAllocationMayFail) {
@@ -181,6 +114,9 @@ TEST(memory, everyAllocationMayFail) {
     check(61, [&](nmeaFormat_t& target) { target = manyFields; });
     failEach(4, [&](auto fail) { fail([&] { nmeaFormat_t(text.data(), text.size()); }); });
     failEach(4, [&](auto fail) { fail([&] { static_cast<void>(nmeaFormat_t(format)); }); });
+}
+
+TEST(memory, everyAllocationOfAViewAndASetMayFail) {
     const nmeaFormat_t one = framed("$GPGSV,2,1,4,1,10,20,30,2,10,20,30");
     const nmeaFormat_t two = framed("$GPGSV,2,2,4,3,10,20,30,4,10,20,30");
     failEach(1, [&](auto fail) { fail([&] { delete nmeaMsg_t::create(one); }); });
@@ -193,6 +129,132 @@ TEST(memory, everyAllocationMayFail) {
         EXPECT_NE(set.isComplete(), failed);
         EXPECT_EQ(set.decode(gsvMsg_t(two)), failed); // the sentence once more
         EXPECT_TRUE(set.isComplete() && set.sats().size() == 4);
+    });
+    const nmeaFormat_t gsa = framed("$GPGSA,A,3,02,05,07,12,15,25,29,30,31,32,33,34,1,2,3,1");
+    failEach(1, [&](auto fail) {
+        std::vector<unsigned> ids;
+        fail([&] { kalo::gsaMsg_t(gsa).decodeSatIds(ids); });
+        ids.clear();
+        EXPECT_TRUE(kalo::gsaMsg_t(gsa).decodeSatIds(ids) && ids.size() == 12);
+    });
+    failEach(1, [&](auto fail) { fail([&] { kalo::gsaMsg_t(gsa).getFields(0); }); });
+}
+
+constexpr const char* longText = "a text that no short string holds";
+constexpr const char* otherText = "another text that no short string holds";
+
+// A field that could not be changed holds what it held before.
+TEST(memory, everyAllocationOfAFieldMayFail) {
+    const std::string text = longText;
+    const kalo::nmeaField_t field(text);
+    failEach(1, [&](auto fail) { fail([&] { kalo::nmeaField_t(text.data(), text.size()); }); });
+    failEach(1, [&](auto fail) { fail([&] { kalo::nmeaField_t{text}; }); });
+    const auto check = [&](auto action) {
+        failEach(1, [&](auto fail) {
+            kalo::nmeaField_t target(std::string("short"));
+            const bool failed = fail([&] { action(target); });
+            EXPECT_EQ(target.toString(), failed ? "short" : text);
+        });
+    };
+    check([&](kalo::nmeaField_t& target) { target.init(text.data(), text.size()); });
+    check([&](kalo::nmeaField_t& target) { target = text; });
+    check([&](kalo::nmeaField_t& target) { target = field; });
+}
+
+// No number comes out: by the exception, or, while a stream reads, because it swallows the
+// exception and takes the text for one that is no number.
+TEST(memory, everyAllocationOfANumberMayFail) {
+    for (const char* const text : {"+1.5", "+17", "\t1e-3", "12345678901234567890.5"}) {
+        int readings = 0;
+        failEach(1, [&](auto fail) {
+            double number = 0;
+            fail([&] { readings += kalo::decode(text, number) ? 1 : 0; });
+        });
+        EXPECT_EQ(readings, 1) << text; // the last time, when nothing failed
+    }
+}
+
+// The texts of a tracking record, those of its slots from 4 on.
+strings_t textsOf(const kalo::atsAsciiMsg_t& record) {
+    strings_t texts;
+    std::string text;
+    for (unsigned slot = 4; slot < 20; ++slot) {
+        texts.push_back(record.decodeField(slot, text) ? text : "");
+    }
+    return texts;
+}
+
+strings_t textsOf(const kalo::ntripRecordDecoder_t& record) {
+    strings_t texts;
+    for (unsigned i = 0; i < record.fieldCount(); ++i) {
+        texts.push_back(record.fieldAt(i) != nullptr ? *record.fieldAt(i) : "");
+    }
+    return texts;
+}
+
+// An assignment that fails leaves each text as it was or as it shall be, and can be repeated.
+template <typename Record>
+void checkAssignment(const Record& from, const Record& before) {
+    const strings_t newTexts = textsOf(from), oldTexts = textsOf(before);
+    failEach(1, [&](auto fail) {
+        Record target(before);
+        const bool failed = fail([&] { target = from; });
+        const strings_t texts = textsOf(target);
+        for (std::size_t i = 0; i < texts.size(); ++i) {
+            EXPECT_TRUE((i < newTexts.size() && texts[i] == newTexts[i]) ||
+                        (failed && texts[i] == oldTexts[i]))
+                << texts[i];
+        }
+        target = from;
+        EXPECT_EQ(textsOf(target), newTexts);
+    });
+    failEach(2, [&](auto fail) { fail([&] { static_cast<void>(Record(from)); }); });
+}
+
+TEST(memory, everyAllocationOfATrackingRecordMayFail) {
+    const std::string first =
+        std::string("16 NOV 2026 21:41:01:250 B:one-long-enough-to-need-memory") +
+        " E:another-long-enough-to-need-memory X:1";
+    const std::string second =
+        "16 NOV 2026 21:41:01:250 B:1 E:2 D:a-third-that-needs-memory-as-well";
+    failEach(3, [&](auto fail) { fail([&] { kalo::atsAsciiMsg_t(first.data(), first.size()); }); });
+    checkAssignment<kalo::atsAsciiMsg_t>({first.data(), first.size()},
+                                         {second.data(), second.size()});
+}
+
+// A record that could not be read to its end holds its first fields, and one without its text.
+TEST(memory, everyAllocationOfATableRecordMayFail) {
+    const auto read = [](kalo::ntripStreamDecoder_t& record, const std::string& line) {
+        record.init(line.data(), static_cast<unsigned>(line.size()));
+    };
+    const std::string line = std::string("STR;") + longText + ";;" + otherText + ";4;5;6;7;8\n";
+    const std::string shorter = std::string("STR;") + otherText + ";2;3\n";
+    kalo::ntripStreamDecoder_t whole, other;
+    read(whole, line);
+    read(other, shorter);
+    const strings_t texts = textsOf(whole);
+    failEach(4, [&](auto fail) {
+        kalo::ntripStreamDecoder_t record;
+        const bool failed = fail([&] { read(record, line); });
+        strings_t first = textsOf(record);
+        EXPECT_TRUE(failed || first == texts);
+        if (failed && !first.empty()) {
+            first.pop_back();
+        }
+        EXPECT_TRUE(std::equal(first.begin(), first.end(), texts.begin()));
+        read(record, line);
+        EXPECT_EQ(textsOf(record), texts);
+    });
+    checkAssignment(whole, other);
+    checkAssignment(other, whole);
+}
+
+TEST(memory, everyAllocationOfAnEncodedRecordMayFail) {
+    kalo::tss1MsgBuilder_t builder;
+    builder.validMask = kalo::tss1Msg_t::validAll;
+    failEach(1, [&](auto fail) {
+        fail([&] { static_cast<void>(builder.build()); });
+        EXPECT_EQ(builder.build().size(), 27U);
     });
 }
 
