@@ -118,7 +118,7 @@ bool recordReader_t::nextGroup(record_t& record) {
 bool recordReader_t::nextPlain(record_t& record) {
     const bool mayBeSentence =
         m_options.split.only == kind_t::none || m_options.split.only == kind_t::sentence;
-    if (!mayBeSentence || m_nextPiece < m_split.pieces.size() || !m_lines.nextPlain(m_line)) {
+    if (!mayBeSentence || m_nextPiece < m_pieceCount || !m_lines.nextPlain(m_line)) {
         return false;
     }
     const std::string_view text = m_line.text;
@@ -147,7 +147,7 @@ bool recordReader_t::nextPlain(record_t& record) {
 }
 
 bool recordReader_t::nextPiece(piece_t& piece) {
-    while (m_nextPiece == m_split.pieces.size()) {
+    while (m_nextPiece == m_pieceCount) {
         if (!m_lines.next(m_line)) {
             return false;
         }
@@ -158,17 +158,19 @@ bool recordReader_t::nextPiece(piece_t& piece) {
 }
 
 void recordReader_t::cutLine() {
-    splitLine(m_line, m_options.split, m_state, m_split);
     m_nextPiece = 0;
+    m_pieceCount = 0; // until the line is cut: memory may run out
     if (!m_line.continued) {
         m_received.clear();
         m_stamp.reset();
     }
+    splitLine(m_line, m_options.split, m_state, m_split);
     if (m_split.hasStamp) {
         m_stamp = m_split.stamp;
         appendReceived(m_received, *m_stamp);
         noteOpen(*m_stamp);
     }
+    m_pieceCount = m_split.pieces.size();
 }
 
 void recordReader_t::noteOpen(const stamp_t& stamp) {

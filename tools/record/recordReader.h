@@ -90,6 +90,7 @@ private:
     line_t m_line;
     splitLine_t m_split;
     std::size_t m_nextPiece = 0;
+    std::size_t m_pieceCount = 0;
     splitState_t m_state;
     std::optional<stamp_t> m_stamp; // of the line
     std::string m_received;         // by that stamp; kept for the parts of a line that is too long
