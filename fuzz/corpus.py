@@ -5,11 +5,18 @@ corpus.py start TARGET FOLDER   writes the inputs from which fuzzing starts: tho
 corpus.py keep TARGET FOLDER    keeps the inputs of a folder in fuzz/corpus/TARGET/least.pack, the
                                 smallest first, up to a limit
 """
+import bz2
+import gzip
 import hashlib
+import io
 import json
+import lzma
 import pathlib
 import re
+import subprocess
 import sys
+import tarfile
+import zipfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 VOYAGE = ROOT / "examples/recordings/voyage.log"
@@ -95,8 +102,34 @@ def descriptions():
                     if len(text) < 3000)
 
 
+def piped(command, data):
+    return subprocess.run(command, input=data, capture_output=True, check=True).stdout
+
+
+def archives(data):
+    """A log in each format that the tool unpacks, and some formats one after another."""
+    files = io.BytesIO()
+    with tarfile.open(fileobj=files, mode="w") as tar:
+        for name, text in (("a.log", data), ("sub/b.log", b"not a record\n")):
+            entry = tarfile.TarInfo(name)
+            entry.size = len(text)
+            tar.addfile(entry, io.BytesIO(text))
+    yield files.getvalue()
+    for method in (zipfile.ZIP_STORED, zipfile.ZIP_DEFLATED):
+        files = io.BytesIO()
+        with zipfile.ZipFile(files, "w", method) as archive:
+            archive.writestr("a.log", data)
+            archive.writestr("sub/b.log", b"not a record\n")
+        yield files.getvalue()
+    for pack in (lambda text: gzip.compress(text, mtime=0), bz2.compress, lzma.compress,
+                 lambda text: piped(["zstd", "-c"], text), lambda text: piped(["lz4", "-c"], text)):
+        yield pack(data)
+        yield pack(b"") + pack(data[:40]) + b"\0\0" + pack(data[40:])
+
+
 SAMPLES = {
-    "answers": logs, "pipeline": logs, "splitting": logs,
+    "answers": logs, "pipeline": logs, "report": logs, "splitting": logs,
+    "packed": lambda: archives(VOYAGE.read_bytes()[:1000]),
     "framing": sentences, "views": sentences,
     "gsvSet": lambda: [b"".join(list(some(rb"(\$..GSV)", 12)))] + list(some(rb"(\$..GSV)", 12)),
     "fields": fields, "numbers": fields,

@@ -34,7 +34,11 @@ constexpr target_t targets[] = {{"answers", fuzz::answers},
                                 {"gpsTime", fuzz::gpsTime},
                                 {"gsvSet", fuzz::gsvSet},
                                 {"numbers", fuzz::numbers},
+                                {"packed", fuzz::packed},
                                 {"pipeline", fuzz::pipeline},
+#ifdef KALO_HAS_REPORT
+                                {"report", fuzz::report},
+#endif
                                 {"sourcetable", fuzz::sourcetable},
                                 {"splitting", fuzz::splitting},
                                 {"timeContext", fuzz::timeContext},

@@ -86,6 +86,13 @@ enum class step_t { going, ended, damaged, tooLarge };
 // zstd and lz4 also have frames for data of other programs, which must be skipped.
 bool startsSkippedFrame(char c) { return c >= '\x50' && c <= '\x5F'; }
 
+// How many bytes to give to the decoder of zstd or lz4, which asks for `wanted`: what completes a
+// block, and the header of the next one. That header has to wait, because a call that finds a fault
+// gives no bytes, not even those of the block before it.
+std::size_t bytesOfBlock(std::string_view in, std::size_t wanted, std::size_t header) {
+    return std::min(in.size(), wanted > header ? wanted - header : wanted);
+}
+
 // The codecs take bytes off the front of `in` and write at most `room` bytes to `out`.
 // `startsMember` tells whether a further member may begin with this byte.
 
@@ -126,11 +133,12 @@ public:
     zstdCodec_t() : m_stream(ZSTD_createDStream(), ZSTD_freeDStream) {}
 
     step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
-        ZSTD_inBuffer from = {in.data(), in.size(), 0};
+        ZSTD_inBuffer from = {in.data(), bytesOfBlock(in, m_wanted, blockHeader), 0};
         ZSTD_outBuffer to = {out, room, 0};
         const std::size_t left = ZSTD_decompressStream(m_stream.get(), &to, &from);
         in.remove_prefix(from.pos);
         written = to.pos;
+        m_wanted = left != 0 ? left : firstWanted;
         switch (ZSTD_getErrorCode(left)) {
         case ZSTD_error_no_error: return left == 0 ? step_t::ended : step_t::going;
         case ZSTD_error_frameParameter_windowTooLarge: return step_t::tooLarge;
@@ -139,6 +147,10 @@ public:
     }
 
 private:
+    static constexpr std::size_t blockHeader = 3;
+    static constexpr std::size_t firstWanted = 5; // the start of a frame that tells its length
+
+    std::size_t m_wanted = firstWanted;
     std::unique_ptr<ZSTD_DStream, std::size_t (*)(ZSTD_DStream*)> m_stream;
 };
 
@@ -236,7 +248,7 @@ public:
     ~lz4Codec_t() { LZ4F_freeDecompressionContext(m_context); }
 
     step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
-        std::size_t taken = std::min(in.size(), m_wanted);
+        std::size_t taken = bytesOfBlock(in, m_wanted, blockHeader);
         written = room;
         m_wanted = LZ4F_decompress(m_context, out, &written, in.data(), &taken, nullptr);
         if (LZ4F_isError(m_wanted) != 0) {
@@ -252,11 +264,10 @@ public:
     }
 
 private:
+    static constexpr std::size_t blockHeader = 4;
     static constexpr std::size_t firstWanted = 7; // the shortest header
 
     LZ4F_dctx* m_context = nullptr;
-    // What completes a block or a checksum. A call that finds a fault gives no bytes, so the blocks
-    // before the fault must come from an earlier call.
     std::size_t m_wanted = firstWanted;
 };
 
