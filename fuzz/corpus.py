@@ -82,6 +82,12 @@ def fields():
     return {field for line in some(rb"([$!][A-Z]+),", 9) for field in line.split(b"*")[0].split(b",")}
 
 
+def texts():
+    """Of fields, and those that no sentence of the recording has."""
+    return fields() | {b"192.168.0.1", b" 10 . 0 . 0 . 255 ", b"1.2.3.256", b"1.2.3.-4", b"+1.2.3.4x",
+                       b"1.2.3", b"010101", b"123519.487", b"4807.038", b"-807.038", b"48-7.038", b"W"}
+
+
 def tables():
     text = VOYAGE.read_bytes()
     begin = text.index(b"SOURCETABLE")
@@ -132,7 +138,7 @@ SAMPLES = {
     "packed": lambda: archives(VOYAGE.read_bytes()[:1000]),
     "framing": sentences, "views": sentences,
     "gsvSet": lambda: [b"".join(list(some(rb"(\$..GSV)", 12)))] + list(some(rb"(\$..GSV)", 12)),
-    "fields": fields, "numbers": fields,
+    "fields": texts, "numbers": fields,
     "ats": lambda: some(rb"(\d\d MAR)", 20), "tss1": lambda: some(rb"(:....)", 2),
     "sourcetable": tables, "encode": motions, "dictionary": descriptions,
 }
