@@ -47,10 +47,12 @@ kalo::tss1MsgBuilder_t builderOf(const values_t& values) {
 
 // Whether `build` gives 27 bytes by the ranges in its header.
 bool isInRange(const values_t& values) {
-    constexpr double mostDegrees = 99.995 * tss1Msg_t::rollPitchScale * 100;
+    // at the bound itself, the rounding of the conversions decides
+    constexpr double mostDegrees = 99.994999999999 * tss1Msg_t::rollPitchScale * 100;
     return std::fabs(values.numbers[0]) < mostDegrees &&
-           std::fabs(values.numbers[1]) < mostDegrees && std::fabs(values.numbers[2]) < 99.995 &&
-           values.numbers[3] >= 0 && values.numbers[3] < 9.8048 && values.numbers[4] >= -20.48 &&
+           std::fabs(values.numbers[1]) < mostDegrees &&
+           std::fabs(values.numbers[2]) < 99.994999999999 && values.numbers[3] >= 0 &&
+           values.numbers[3] < 9.8048 && values.numbers[4] >= -20.48 &&
            values.numbers[4] <= 20.479375;
 }
 
