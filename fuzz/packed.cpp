@@ -63,10 +63,12 @@ std::vector<member_t> unpacked(content_t format, std::vector<std::string_view> p
     return all;
 }
 
-// With a fault, the libraries for archives and xz keep back what they have unpacked since their
-// last read, or unpack more of what is damaged.
+// With a fault, the libraries for archives, xz and zstd keep back some of what they have unpacked
+// before it, or give some of what is damaged, as reads are cut.
 bool isSame(content_t format, const member_t& left, const member_t& right) {
-    const bool mayBeShort = (isArchive(format) || format == content_t::xz) && !left.fault.empty();
+    const bool mayBeShort =
+        (isArchive(format) || format == content_t::xz || format == content_t::zstd) &&
+        !left.fault.empty();
     const std::size_t length =
         mayBeShort ? std::min(left.text.size(), right.text.size()) : std::string::npos;
     return left.name == right.name && left.fault == right.fault &&
