@@ -4,6 +4,7 @@ import io
 import os
 import signal
 import tarfile
+import time
 import unittest
 
 from kalo import ROOT, Test, Tool, completed, resetSignals, run, write
@@ -69,6 +70,18 @@ class Jobs(Test):
             self.assertIn(b'"line":1,', tool.line())
             tool.stdout.close()
             self.assertEqual((tool.wait(60), tool.stderr.read()), (0, b""))
+
+    def testReaderGoesAwayWhileNothingIsPrinted(self):
+        write("log", LARGE)
+        words = ["decode", "-q", "--jobs", "2", "--talker", "ZZ", *["log"] * 200]
+        begin = time.monotonic()
+        self.assertEqual(run(words), (0, b"", ""))
+        whole = time.monotonic() - begin
+        begin = time.monotonic()
+        with Tool(*words) as tool:
+            tool.stdout.close()
+            self.assertEqual((tool.wait(60), tool.stderr.read()), (0, b""))
+        self.assertLess(time.monotonic() - begin, whole / 2)
 
     def testStopSignal(self):
         """What was decoded is written out: a part of the whole, up to a line end."""

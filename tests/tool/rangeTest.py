@@ -2,11 +2,13 @@
 import gzip
 import io
 import re
+import signal
 import tarfile
+import time
 import unittest
 
 import records
-from kalo import ROOT, Test, completed, run, write
+from kalo import ROOT, Test, Tool, completed, resetSignals, run, write
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
 DEPTHS = b"".join(completed(b"$SDDPT,%d*hh\n" % depth) for depth in range(4))  # of 12 bytes each
@@ -45,6 +47,22 @@ class Range(Test):
             if options:  # the second column is the line
                 whole, joined = (re.sub(rb"(?m)^log,\d*,", b"log,,", out) for out in (whole, joined))
             self.assertEqual(withoutLines(joined), withoutLines(whole))
+
+    def testEndsWhileItLooksForTheDay(self):
+        """Without a date, all that is in front of the range is read; a signal and a reader that goes end that."""
+        write("log", completed(b"$GPGLL,5012.34,N,00000.24,E,120000,A*hh\n") * 3000000)
+        words = ["decode", "-q", "--range", "110MiB-", "log"]
+        begin = time.monotonic()
+        self.assertEqual(run(words)[0], 0)
+        whole = time.monotonic() - begin
+        for end, status in ((lambda tool: tool.send_signal(signal.SIGINT), 130),
+                            (lambda tool: tool.stdout.close(), 0)):
+            begin = time.monotonic()
+            with Tool(*words, preexec_fn=resetSignals) as tool:
+                time.sleep(whole / 20)
+                end(tool)
+                self.assertEqual((tool.wait(60), tool.stderr.read()), (status, b""))
+            self.assertLess(time.monotonic() - begin, whole / 2)
 
     def testRefused(self):
         tar = io.BytesIO()

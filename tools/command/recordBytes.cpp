@@ -46,6 +46,24 @@ std::string rangeFault(placedFile_t& file, const byteRange_t& range, const outpu
     return {};
 }
 
+// A file that seems to end when the run is to end.
+class endingFile_t : public placedBytes_t {
+public:
+    endingFile_t(placedFile_t& file, output_t& output) : m_file(file), m_output(output) {}
+
+    std::uint64_t size() const override { return m_file.size(); }
+    std::size_t readAt(std::uint64_t offset, char* out, std::size_t size) override {
+        m_output.flushIfDue();
+        const bool isEnding = m_output.isClosed() || stopSignal() != 0;
+        return isEnding ? 0 : m_file.readAt(offset, out, size);
+    }
+    std::string fault() const override { return m_file.fault(); }
+
+private:
+    placedFile_t& m_file;
+    output_t& m_output;
+};
+
 bool readRange(const std::string& name, const inputOptions_t& options, output_t& output,
                recordBytesUser_t& user, bool showsProgress) {
     placedFile_t file(name);
@@ -56,7 +74,8 @@ bool readRange(const std::string& name, const inputOptions_t& options, output_t&
         if (showsProgress) {
             progress.emplace(bytes.size());
         }
-        user.begin(name, stateAt(file, bytes.begin(), options));
+        endingFile_t inFront(file, output);
+        user.begin(name, stateAt(inFront, bytes.begin(), options));
         const auto isGoingOn = [&] { return !output.isClosed() && stopSignal() == 0; };
         for (std::string_view block = bytes.read(); isGoingOn() && !block.empty();
              block = bytes.read()) {

@@ -41,7 +41,9 @@ output_t::output_t(const outputOptions_t& options, const std::vector<std::string
 }
 
 void output_t::flush() {
-    m_flushed = std::chrono::steady_clock::now();
+    if (m_buffer.size() > 0) { // else the reader may have gone
+        m_flushed = std::chrono::steady_clock::now();
+    }
     for (std::string_view left = m_buffer.text(); !left.empty() && !m_closed;) {
         const ssize_t count = write(m_descriptor, left.data(), left.size());
         if (count >= 0) {
@@ -69,6 +71,7 @@ void output_t::flushIfDue() {
     if (std::chrono::steady_clock::now() - m_flushed >= longestWait) {
         if (m_buffer.size() == 0) { // then no write tells
             checkReader();
+            m_flushed = std::chrono::steady_clock::now();
         }
         flush();
     }
