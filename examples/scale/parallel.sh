@@ -7,5 +7,5 @@ columns=source,offset,time,latitude,longitude,altitude,quality
 shift
 mkdir -p "$folder"
 # --sshlogin host1,host2 spreads the pieces over machines that see the same files.
-"$(dirname "$0")/pieces.sh" "$@" | parallel --will-cite --halt now,fail=1 --colsep '\t' \
-    kalo decode --quiet --type GGA --format csv --columns $columns --range {1} --output "$folder/{#}.csv" -- {2}
+"$(dirname "$0")/pieces.sh" "$@" | parallel --will-cite --halt now,fail=1 --colsep '\t' --quote \
+    kalo decode --quiet --type GGA --format csv --columns $columns {1} --output "$folder/{#}.csv" -- {2}

@@ -14,4 +14,4 @@ fi
 piece=$(sed -n "${SLURM_ARRAY_TASK_ID}p" "$1/pieces")
 tab=$(printf '\t')
 exec kalo decode --quiet --type GGA --format csv --columns $columns \
-    --range "${piece%%"$tab"*}" --output "$1/$SLURM_ARRAY_TASK_ID.csv" -- "${piece#*"$tab"}"
+    "${piece%%"$tab"*}" --output "$1/$SLURM_ARRAY_TASK_ID.csv" -- "${piece#*"$tab"}"

@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Runs the recipes of examples/scale on three generated logs, and compares what they give with one process
+"""Runs the recipes of examples/scale on three generated logs, one of them compressed, and compares what they give with one process
 that reads all of them: every row, and the counts, sums and last instants that are printed.
 
 usage: engines.py KALO VOYAGE FOLDER
@@ -34,7 +34,8 @@ def logs(voyage, folder):
         with open(paths[-1], "wb") as log:
             subprocess.run([voyage, "--seed", str(day), "--bytes", "2500000",
                             "--start", f"2026-03-{day}T23:00:00"], stdout=log, check=True)
-    return paths
+    subprocess.run(["gzip", paths[0]], check=True)  # stays whole
+    return [paths[0] + ".gz", *paths[1:]]
 
 
 class Slurm:
@@ -149,7 +150,7 @@ def main(tool, voyage, folder):
     differ = 0
     for name, run in ("Dask", withDask), ("Spark", withSpark), ("GNU parallel", withParallel), ("Slurm", withSlurm):
         begin = time.monotonic()
-        source = run(f"{folder}/{name.split()[-1].lower()}", paths, environment)
+        source = run(f"{folder}/with {name.split()[-1].lower()}", paths, environment)
         taken = time.monotonic() - begin
         rows = f"{ROWS} {source}"
         missing, = database.execute(f"SELECT count(*) FROM (FROM whole EXCEPT ALL ({rows}))").fetchone()
