@@ -97,6 +97,16 @@ PyObject* batchPlace(PyObject* self, void* /*closure*/) {
     });
 }
 
+PyObject* batchDigest(PyObject* self, PyObject* /*unused*/) {
+    return guarded([&] {
+        std::uint64_t digest = 0;
+        for (const array_t& column : batchObject_t::of(self)->columns) {
+            digest = column.digest(digest);
+        }
+        return PyLong_FromUnsignedLongLong(digest);
+    });
+}
+
 Py_ssize_t batchLength(PyObject* self) {
     return static_cast<Py_ssize_t>(batchObject_t::of(self)->rows);
 }
@@ -146,6 +156,7 @@ PyMethodDef batchMethods[] = {
     {"__arrow_c_schema__", batchSchema, METH_NOARGS, "The columns, as Arrow data."},
     {"__arrow_c_array__", method(batchArray), METH_VARARGS | METH_KEYWORDS,
      "The columns and their values, as Arrow data."},
+    {"digest", batchDigest, METH_NOARGS, "A number that differs, as a rule, if the values do."},
     {"objects", batchObjects, METH_O,
      "The values of a column as a list; an instant in microseconds, a date in days."},
     {"memory", batchMemory, METH_O,

@@ -4,6 +4,7 @@ from __future__ import annotations
 import datetime
 import os
 import time
+import uuid
 from typing import Any, Dict, Iterator, List, Optional, Sequence, Tuple, Union
 
 from . import _kalo
@@ -76,6 +77,7 @@ class Decoder:
             not_before=_dateText(not_before), date_order=date_order, kind=kind, strict=strict,
             require_checksum=require_checksum, sentences=_texts(sentences))
         self._decoder.begin(source)
+        self._origin = uuid.uuid4().hex
 
     def feed(self, chunk: Union[bytes, bytearray, memoryview]) -> None:
         """Decodes more bytes of the input, which may be cut anywhere.
@@ -95,7 +97,8 @@ class Decoder:
 
     def take(self) -> Dict[str, Table]:
         """The rows that were decoded since the last call: a table for each type of record."""
-        return {name: Table(batches) for name, batches in self._decoder.take().items()}
+        return {name: Table(batches, self._origin)
+                for name, batches in self._decoder.take().items()}
 
     def tables(self) -> Dict[str, Table]:
         """A table without rows for each type of record that the decoder knows."""
@@ -119,7 +122,7 @@ def read(paths: Paths, *, range: Optional[_Range] = None, progress: Optional[Pro
     in front of the range tell its day; if no record there has a date, eight times as much is read,
     and so on. ``date`` is the day on which the range begins, where that is not enough.
     """
-    decoder = Decoder(**options)
+    decoder = _fileDecoder(options)
     for _ in _feed(decoder, paths, range, progress):
         pass
     return decoder.take()
@@ -135,7 +138,7 @@ def scan(paths: Paths, *, batch_bytes: int = 8 << 20, range: Optional[_Range] = 
     """
     if batch_bytes < 1:
         raise ValueError(f"batch_bytes must be above 0, not {batch_bytes}")
-    decoder = Decoder(**options)
+    decoder = _fileDecoder(options)
     return _scan(decoder, _feed(decoder, paths, range, progress), batch_bytes)
 
 
@@ -146,6 +149,12 @@ def schema(type: str, **options: Any) -> Table:
     """
     table, = Decoder(types=[type], **options).tables().values()
     return table
+
+
+def _fileDecoder(options: Dict[str, Any]) -> Decoder:
+    decoder = Decoder(**options)
+    decoder._origin = ""  # what is read again is the same
+    return decoder
 
 
 def _scan(decoder: Decoder, steps: Iterator[None],
@@ -213,6 +222,8 @@ def _names(names: Optional[Names]) -> Optional[List[str]]:
 
 
 def _dateText(date: Optional[_Date]) -> Optional[str]:
+    if isinstance(date, datetime.datetime):
+        date = date.date()
     return date.isoformat() if isinstance(date, datetime.date) else date
 
 

@@ -180,7 +180,10 @@ class PlacedFile:
             raise OSError(error.errno, error.strerror, self._path) from error
 
     def blocks(self, begin: int, end: int) -> Iterator[bytes]:
-        while begin < end and (block := self.read(begin, min(_BLOCK, end - begin))):
+        while begin < end:
+            block = self.read(begin, min(_BLOCK, end - begin))
+            if not block:
+                raise OSError(f"{self._path}: the file was truncated while it was read")
             yield block
             begin += len(block)
 

@@ -16,7 +16,7 @@ def to_parquet(part: Mapping[str, Table], out: Path, *, name: Optional[str] = No
     ``day=__HIVE_DEFAULT_PARTITION__``. pyarrow writes them, or duckdb where there is no pyarrow.
 
     Without ``name`` a file is named by the rows that it holds, so that the same part written again
-    replaces its files.
+    replaces its files. With ``name``, a part replaces those that were written under this name.
     """
     for kind, table in part.items():
         if len(table) > 0:
@@ -26,9 +26,9 @@ def to_parquet(part: Mapping[str, Table], out: Path, *, name: Optional[str] = No
 
 
 def _nameOf(table: Table) -> str:
-    """A name that other rows do not have."""
-    ends = [table._batches[0].place, table._batches[-1].place]
-    return "part-" + hashlib.sha256(repr(ends).encode()).hexdigest()[:16]
+    """A name that other rows do not have: of other values, at other places, of another live input."""
+    rows = [table._origin, [(batch.place, batch.digest()) for batch in table._batches]]
+    return "part-" + hashlib.sha256(repr(rows).encode()).hexdigest()[:16]
 
 
 def _write(table: Table, folder: str, name: str) -> None:

@@ -38,8 +38,9 @@ class Table:
     Any library that knows the Arrow interface takes a table as it is, without a copy.
     """
 
-    def __init__(self, batches: Sequence[_kalo.Batch]) -> None:
+    def __init__(self, batches: Sequence[_kalo.Batch], origin: str = "") -> None:
         self._batches = list(batches)
+        self._origin = origin  # of live input, which can send the same again
         self._columns = [Column(*column) for column in self._batches[0].columns]
 
     @property

@@ -462,6 +462,15 @@ class RangeTest(Test):
             kalo.read(".", range=(0, 1))
 
 
+    def testFileThatIsCutOffMeanwhile(self):
+        path = self.write("log", GGA * 20000)
+        parts = kalo.scan(path, range=(10, None), types="GGA", batch_bytes=1)
+        next(parts)
+        os.truncate(path, 300 << 10)
+        with self.assertRaisesRegex(OSError, "log: the file was truncated while it was read"):
+            list(parts)
+
+
 class ThreadTest(Test):
     def testDecodersInThreads(self):
         data = expected.SHIPPED.read_bytes() * 20
@@ -642,6 +651,20 @@ class ParquetTest(Test):
                 for kind in "GSV", "SATELLITES":
                     count = duckdb.sql(f"SELECT count(*) FROM 'out/type={kind}/*/*.parquet'")
                     self.assertEqual(count.fetchall(), [(5000,)], kind)
+
+    def testOtherRowsAtTheSamePlaceStay(self):
+        """Of files of the same name in other folders, and of live input that was begun again."""
+        import duckdb
+        for folder in "port", "starboard":
+            os.makedirs(folder)
+            os.chdir(folder)
+            kalo.to_parquet(kalo.read(self.write("nav.log", HDT.replace(b"90", folder[:1].encode()))), "../out")
+            os.chdir("..")
+        for _ in range(2):
+            decoder = kalo.Decoder()
+            decoder.feed(HDT)
+            kalo.to_parquet(decoder.take(), "out")
+        self.assertEqual(duckdb.sql("SELECT count(*) FROM 'out/type=HDT/*/*.parquet'").fetchall(), [(4,)])
 
     def testFolderThatCannotBeWritten(self):
         log = kalo.read(self.write("a.log", HDT))

@@ -37,6 +37,14 @@ char* writeEscaped(char* at, std::string_view bytes) {
     return at;
 }
 
+// Of a digest and 64 bits that follow.
+std::uint64_t mixed(std::uint64_t digest, std::uint64_t word) {
+    constexpr std::uint64_t odd = 0x9E3779B97F4A7C15; // 2^64 divided by the golden ratio
+    constexpr unsigned half = 32;
+    const std::uint64_t product = (digest ^ word) * odd;
+    return product ^ product >> half;
+}
+
 } // namespace
 
 array_t::array_t(const columnType_t& type) : m_form(type.form) {
@@ -139,6 +147,22 @@ void array_t::finish(std::size_t rows) {
     m_validity.shrink(bitBytes(rows));
     m_offsets.shrink((rows + 1) * sizeof(std::int32_t));
     m_values.shrink(valueBytes(rows));
+}
+
+std::uint64_t array_t::digest(std::uint64_t begin) const {
+    std::uint64_t digest = mixed(begin, m_rows);
+    for (const memory_t* const memory : {&m_validity, &m_offsets, &m_values}) {
+        digest = mixed(digest, memory->size());
+        for (std::size_t at = 0; at < memory->size(); at += sizeof(std::uint64_t)) {
+            std::uint64_t word = 0;
+            std::memcpy(&word, memory->data() + at, std::min(sizeof(word), memory->size() - at));
+            digest = mixed(digest, word);
+        }
+    }
+    for (const array_t& member : m_members) {
+        digest = member.digest(digest);
+    }
+    return digest;
 }
 
 std::size_t array_t::bytes(std::size_t rows) const {

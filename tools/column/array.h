@@ -95,6 +95,9 @@ public:
     const memory_t& values() const { return m_values; }
     const std::vector<array_t>& members() const { return m_members; }
 
+    /// A number that differs, as a rule, if the values do; `begin` joins several columns.
+    std::uint64_t digest(std::uint64_t begin) const;
+
     bool isPresent(std::size_t row) const { return bit(m_validity, row); }
     bool flag(std::size_t row) const { return bit(m_values, row); }
     /// The bytes of a text, or the rows of the items of a list.
