@@ -93,12 +93,13 @@ readerState_t stateAt(placedBytes_t& input, std::uint64_t offset, const readOpti
 
 rangeBytes_t::rangeBytes_t(placedBytes_t& input, const byteRange_t& range)
     : m_input(input), m_lines(linesOf(input, range)), m_next(m_lines.begin),
-      m_block(blockSize, '\0') {}
+      m_block(static_cast<std::size_t>(std::min<std::uint64_t>(size(), blockSize)), '\0') {}
 
 std::string_view rangeBytes_t::read() {
     const std::uint64_t left = m_lines.end - m_next;
-    const std::size_t count = m_input.readAt(
-        m_next, m_block.data(), static_cast<std::size_t>(std::min<std::uint64_t>(left, blockSize)));
+    const std::size_t count =
+        m_input.readAt(m_next, m_block.data(),
+                       static_cast<std::size_t>(std::min<std::uint64_t>(left, m_block.size())));
     m_next += count;
     return {m_block.data(), count};
 }
