@@ -97,7 +97,8 @@ std::string difference(std::string_view a, std::string_view b) {
     return lineAt(a) + "\nis in the whole, but in the ranges\n" + lineAt(b);
 }
 
-void checkCuts(const log_t& log, unsigned parts, const readOptions_t& options = {}) {
+void checkCuts(const log_t& log, unsigned parts, const readOptions_t& options = {},
+               bool comparesCounts = true) {
     const decoded_t whole = decodeRanges(log.text, {}, options);
     for (unsigned count = 2; count <= parts; ++count) {
         std::vector<std::uint64_t> cuts;
@@ -106,7 +107,9 @@ void checkCuts(const log_t& log, unsigned parts, const readOptions_t& options = 
         }
         const decoded_t ranges = decodeRanges(log.text, cuts, options);
         ASSERT_EQ(difference(whole.json, ranges.json), "") << log.name << " in " << count;
-        ASSERT_EQ(whole.counts.text(), ranges.counts.text()) << log.name << " in " << count;
+        if (comparesCounts) {
+            ASSERT_EQ(whole.counts.text(), ranges.counts.text()) << log.name << " in " << count;
+        }
     }
 }
 
@@ -146,6 +149,13 @@ TEST(ranges, recordingsJoinedAreTheWhole) {
     for (const log_t& log : logs) {
         checkCuts(log, mostCuts(4));
     }
+    // Most are shorter than what is read in front of a range. Groups that stay open where a
+    // recording ends are too far in front to be counted.
+    log_t all = {"all recordings", {}};
+    for (const log_t& log : logs) {
+        all.text += log.text;
+    }
+    checkCuts(all, mostCuts(8), {}, false);
 }
 
 // Line ends, blanks and text in any order, cut at every byte.
