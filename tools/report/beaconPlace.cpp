@@ -102,27 +102,27 @@ std::optional<beaconPlace_t> placeOf(const values_t& values, const std::optional
 
 } // namespace
 
-beaconReading_t readBeacon(const record_t& record, scratch_t& scratch,
-                           const std::optional<place_t>& vessel) {
-    beaconReading_t reading;
-    const bool isFixed = record.type == typeOfSentence(kalo::msgTypePsimLbp);
-    if (!isFixed && record.type != typeOfSentence(kalo::msgTypePsimSsb) &&
-        record.type != typeOf<trackingRecord_t>) {
-        return reading;
-    }
-    reading.isBeacon = true;
+bool isBeacon(const record_t& record) {
+    return record.type == typeOfSentence(kalo::msgTypePsimSsb) ||
+           record.type == typeOfSentence(kalo::msgTypePsimLbp) ||
+           record.type == typeOf<trackingRecord_t>;
+}
+
+std::optional<beaconPlace_t> readBeacon(const record_t& record, scratch_t& scratch,
+                                        const std::optional<place_t>& vessel) {
+    std::optional<beaconPlace_t> place;
     visitRecord(record, scratch, [&](auto kind, const auto& source) {
         using type_t = decltype(kind);
-        if constexpr (type_t::name == "PSIMSSB" || type_t::name == "PSIMLBP" ||
-                      type_t::name == "ATS") {
+        constexpr bool isFixed = type_t::name == "PSIMLBP";
+        if constexpr (isFixed || type_t::name == "PSIMSSB" || type_t::name == "ATS") {
             sink_t sink;
             readValues<type_t>(source, sink);
-            reading.place = placeOf(sink.values, vessel);
+            place = placeOf(sink.values, vessel);
             // Offsets from the origin of an array of transponders, not from the vessel.
-            if (isFixed && sink.values.north && reading.place) {
-                reading.place->frame = beaconFrame_t::localGrid;
+            if (isFixed && sink.values.north && place) {
+                place->frame = beaconFrame_t::localGrid;
             }
         }
     });
-    return reading;
+    return place;
 }

@@ -24,12 +24,10 @@ struct beaconPlace_t {
     double up = 0;
 };
 
-/// What a record says of the place of a beacon.
-struct beaconReading_t {
-    bool isBeacon = false;              ///< whether it is such a record
-    std::optional<beaconPlace_t> place; ///< without its time
-};
+/// Whether it is a record of a type that gives the place of a beacon.
+bool isBeacon(const record_t& record);
 
-/// `vessel` is where the vessel is. A place in degrees is not read without it.
-beaconReading_t readBeacon(const record_t& record, scratch_t& scratch,
-                           const std::optional<place_t>& vessel);
+/// The place in such a record, without its time; empty if it gives none. `vessel` is where the
+/// vessel is. A place in degrees is not read without it.
+std::optional<beaconPlace_t> readBeacon(const record_t& record, scratch_t& scratch,
+                                        const std::optional<place_t>& vessel);

@@ -11,7 +11,7 @@ constexpr double usualStepsOfGap = 2;
 
 bool isLonger(const gap_t& a, const gap_t& b) { return a.length() > b.length(); }
 
-// Adds the parts of the gap in which there is no run.
+// Adds what of the gap no run fills.
 void addFree(std::vector<gap_t>& free, gap_t gap, const std::vector<interval_t>& runs) {
     for (const interval_t& run : runs) {
         const bool spansGap = run.first <= gap.begin && run.last >= gap.end;

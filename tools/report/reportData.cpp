@@ -189,18 +189,17 @@ void reportData_t::addBeacon(const record_t& record, std::optional<double> momen
         m_vessel = {m_measured[quantity_t::latitude], m_measured[quantity_t::longitude]};
         m_vesselTime = *moment;
     }
-    if (m_measured.isVoid()) {
+    if (!isBeacon(record) || m_measured.isVoid()) {
         return;
     }
-    const beaconReading_t beacon = readBeacon(record, m_scratch, vesselAt(moment));
-    if (!beacon.place) {
-        m_otherBeacons += beacon.isBeacon ? 1 : 0;
+    std::optional<beaconPlace_t> place = readBeacon(record, m_scratch, vesselAt(moment));
+    if (!place) {
+        ++m_otherBeacons;
         return;
     }
-    beaconPlace_t place = *beacon.place;
-    place.time = moment;
+    place->time = moment;
     if (m_beaconCount++ % m_beaconEveryNth == 0) {
-        m_beaconPlaces.push_back(place);
+        m_beaconPlaces.push_back(std::move(*place));
     }
     if (m_beaconPlaces.size() > mostBeaconPlaces) {
         for (std::size_t i = 0; 2 * i < m_beaconPlaces.size(); ++i) {
