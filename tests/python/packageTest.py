@@ -5,21 +5,20 @@ import datetime
 import gzip
 import importlib
 import importlib.util
-import io
 import lzma
 import os
 import pathlib
 import subprocess
 import sys
-import tarfile
-import tempfile
 import threading
 import unittest
 import unittest.mock
-import zipfile
 
 import expected
 import kalo
+
+sys.path.append(str(pathlib.Path(__file__).resolve().parents[1]))
+from files import FolderTest, tarOf, write, zipOf  # noqa: E402
 
 GGA = b"$GPGGA,120000,5000.000,N,00100.000,W,1,08,0.9,5.5,M,46.9,M,,\r\n"
 HDT = b"$GPHDT,90,T\r\n"
@@ -30,42 +29,12 @@ def has(package):
     return importlib.util.find_spec(package) is not None
 
 
-def tarOf(members):
-    """An archive of these bytes by name."""
-    packed = io.BytesIO()
-    with tarfile.open(fileobj=packed, mode="w") as archive:
-        for name, data in members.items():
-            info = tarfile.TarInfo(name)
-            info.size = len(data)
-            archive.addfile(info, io.BytesIO(data))
-    return packed.getvalue()
-
-
-def zipOf(members):
-    packed = io.BytesIO()
-    with zipfile.ZipFile(packed, "w", zipfile.ZIP_DEFLATED) as archive:
-        for name, data in members.items():
-            archive.writestr(name, data)
-    return packed.getvalue()
-
-
 def rowsOf(tables):
     return {name: table.to_pylist() for name, table in tables.items()}
 
 
-class Test(unittest.TestCase):
-    """A test in an empty folder."""
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.addCleanup(os.chdir, os.getcwd())
-        os.chdir(folder.name)
-
-    def write(self, name, data):
-        pathlib.Path(name).write_bytes(data)
-        return name
+class Test(FolderTest):
+    write = staticmethod(write)
 
 
 class ReadTest(Test):
@@ -137,11 +106,7 @@ class ReadTest(Test):
 
     def testFilesThatCannotBeRead(self):
         truncated = gzip.compress(GGA * 1000)[:-20]
-        inner = io.BytesIO()
-        with zipfile.ZipFile(inner, "w") as archive:
-            archive.writestr("a.log", GGA)
-        with zipfile.ZipFile("outer.zip", "w") as archive:
-            archive.writestr("inner.zip", inner.getvalue())
+        self.write("outer.zip", zipOf({"inner.zip": zipOf({"a.log": GGA})}))
         with self.assertRaisesRegex(OSError, "outer.zip:inner.zip: an archive cannot be read here"):
             kalo.read("outer.zip")
         layers = GGA

@@ -1,13 +1,12 @@
 """Several threads print what one prints: kalo decode --jobs. The tests in C++ cut smaller pieces."""
 import gzip
-import io
 import os
 import signal
-import tarfile
 import time
 import unittest
 
 from kalo import ROOT, Test, Tool, completed, resetSignals, run, write
+from files import tarOf
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
 DEPTH = completed(b"$SDDPT,1*hh\n")
@@ -30,16 +29,10 @@ class Jobs(Test):
         return out
 
     def testInputs(self):
-        tar = io.BytesIO()
-        with tarfile.open(fileobj=tar, mode="w") as archive:
-            for name, data in ("a.log", LARGE), ("b.log", DEPTH), ("c.log.gz", gzip.compress(LARGE)):
-                member = tarfile.TarInfo(name)
-                member.size = len(data)
-                archive.addfile(member, io.BytesIO(data))
         write("log", LARGE)
         write("log.gz", gzip.compress(LARGE))
         write("cut.gz", gzip.compress(LARGE)[:-99])
-        write("log.tar", tar.getvalue())
+        write("log.tar", tarOf({"a.log": LARGE, "b.log": DEPTH, "c.log.gz": gzip.compress(LARGE)}))
         write("empty", b"")
         write("blank", b"\n\n")
         for words, status in ((["log", "log.gz", "empty", "log.tar", "blank"], 0),

@@ -8,9 +8,11 @@ import select
 import signal
 import socket
 import subprocess
-import tempfile
+import sys
 import threading
-import unittest
+
+sys.path.append(str(pathlib.Path(__file__).parents[1]))
+from files import FolderTest, write  # noqa: E402
 
 TOOL = os.path.abspath(os.environ["KALO_TOOL"])
 ROOT = pathlib.Path(__file__).parents[2]
@@ -101,16 +103,7 @@ def unescaped(text):
                   bytes.fromhex(match[1][1:].decode()), text.encode())
 
 
-class Test(unittest.TestCase):
-    """A test in an empty folder."""
-    maxDiff = None
-
-    def setUp(self):
-        folder = tempfile.TemporaryDirectory()
-        self.addCleanup(folder.cleanup)
-        self.addCleanup(os.chdir, os.getcwd())
-        os.chdir(folder.name)
-
+class Test(FolderTest):
     def open(self, name, mode="wb"):
         file = open(name, mode)
         self.addCleanup(file.close)
@@ -120,8 +113,3 @@ class Test(unittest.TestCase):
 def resetSignals(action=signal.SIG_DFL):
     for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
         signal.signal(number, action)
-
-
-def write(name, data):
-    pathlib.Path(os.fsdecode(name)).write_bytes(data)
-    return name

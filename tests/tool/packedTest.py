@@ -1,7 +1,6 @@
 """Compressed inputs and archives give the records of what they hold."""
 import bz2
 import gzip
-import io
 import lzma
 import pathlib
 import subprocess
@@ -11,6 +10,7 @@ import zipfile
 import zlib
 
 from kalo import ROOT, Test, Tool, completed, run, write
+from files import tarOf, zipOf
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
 DEPTH = completed(b"$SDDPT,4.2*hh\n")
@@ -28,25 +28,6 @@ def packedBy(program, *options):
 
 FORMATS = {"gz": gzip.compress, "xz": lzma.compress, "bz2": bz2.compress,
            "zst": packedBy("zstd"), "lz4": packedBy("lz4")}
-
-
-def tarred():
-    """Two members, whose header and data take a block of 512 bytes each; the end takes two."""
-    data = io.BytesIO()
-    with tarfile.open(fileobj=data, mode="w") as tar:
-        for name in "a.log", "b.log":
-            member = tarfile.TarInfo(name)
-            member.size = len(DEPTH)
-            tar.addfile(member, io.BytesIO(DEPTH))
-    return data.getvalue()
-
-
-def zipped(method):
-    data = io.BytesIO()
-    with zipfile.ZipFile(data, "w", method) as archive:
-        for name in "a.log", "b.log":
-            archive.writestr(name, DEPTH)
-    return data.getvalue()
 
 
 def gzippedWithoutEnd(data):
@@ -157,7 +138,8 @@ class Packed(Test):
 
     def testArchiveDamage(self):
         """What is lost of an archive is said, be it in a member, between members or at the end."""
-        tar, stored, deflated = tarred(), zipped(zipfile.ZIP_STORED), zipped(zipfile.ZIP_DEFLATED)
+        members = {"a.log": DEPTH, "b.log": DEPTH}  # each fits into a block of a tar archive
+        tar, stored, deflated = tarOf(members), zipOf(members, zipfile.ZIP_STORED), zipOf(members)
         end = 4 * 512
         directory = stored.index(b"PK\1\2")
         second = stored.index(b"PK\3\4", 4)

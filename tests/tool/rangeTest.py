@@ -1,14 +1,13 @@
 """Ranges of a file, as the program prints them: kalo decode --range. The tests in C++ cut more."""
 import gzip
-import io
 import re
 import signal
-import tarfile
 import time
 import unittest
 
 import records
 from kalo import ROOT, Test, Tool, completed, resetSignals, run, write
+from files import tarOf
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
 DEPTHS = b"".join(completed(b"$SDDPT,%d*hh\n" % depth) for depth in range(4))  # of 12 bytes each
@@ -65,13 +64,10 @@ class Range(Test):
             self.assertLess(time.monotonic() - begin, whole / 2)
 
     def testRefused(self):
-        tar = io.BytesIO()
-        with tarfile.open(fileobj=tar, mode="w") as archive:
-            archive.addfile(tarfile.TarInfo("empty"))
         for name, data, reason in (
                 ("log.gz", gzip.compress(DEPTHS),
                  "compressed input cannot be read in ranges; unpack it into a file first"),
-                ("log.tar", tar.getvalue(),
+                ("log.tar", tarOf({"empty": b""}),
                  "an archive cannot be read in ranges; unpack it into a file first"),
                 ("short", b"$SDDPT,1\n",
                  "the range begins after the end of the file, which has 9 bytes")):
