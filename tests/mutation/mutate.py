@@ -1,27 +1,33 @@
 """Changes the code in one place at a time, and reports which changes no test notices.
 
-mutate.py [--count N] [--seed N] [--tests REGEX] [FILE...]
+mutate.py [--count N] [--seed N] [--jobs N] [--tests REGEX] [FILE...]
 
-FILE: sources of the library or the tool; all of both if none is given. N changes are drawn from all
-that are possible (all with --count 0). REGEX names the tests that have to notice them, as ctest -R
-does; without it, the tests in `tests_of` do. The work is done in a copy, in build/mutate.
+FILE: sources of the library or the tool, or folders of them; all of both if none is given. N changes
+are drawn from all that are possible (all with --count 0). REGEX names the tests that have to notice
+them, as ctest -R does; without it, the tests in `stages_of` do. The work is done in copies, one for
+each job, in build/mutate.
 
-A change that does not compile does not count. A test that does not end in time has noticed it.
-Survivors that `equivalent.txt` lists, with the reason, are not reported.
+A change that does not compile does not count. Tests that take much longer than without it have noticed
+it. Survivors that `equivalent.txt` lists, with the reason, are not reported.
 """
 import argparse
+import collections
+import concurrent.futures
+import os
 import pathlib
+import queue
 import random
 import re
 import shutil
+import signal
 import subprocess
 import sys
+import time
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent.parent
-COPY = ROOT / "build/mutate/source"
-BUILD = ROOT / "build/mutate/build"
+WORK = ROOT / "build/mutate"
 EQUIVALENT = pathlib.Path(__file__).with_name("equivalent.txt")
-SECONDS = 300  # for the tests of one change
+OTHER_SYSTEMS = {"kalo/util/windowsPortability.cpp"}  # not compiled here
 
 # What is put in the place of what. Templates have no blanks around "<" and ">".
 SWAPS = [(r" == ", " != "), (r" != ", " == "), (r" < ", " <= "), (r" <= ", " < "),
@@ -33,13 +39,17 @@ NUMBER = r"(?<![\w.'])(\d+)(?![\w.'])"
 HIDDEN = r'//[^\n]*|^#[^\n]*|"(?:\\.|[^"\\])*"|\'(?:\\.|[^\'\\])*\''
 
 
-def tests_of(file):
-    """How ctest is called: for quick tests, which notice most changes, and then for the others."""
-    others = "fuzz|tool|peer|recording|isolation"
-    slow = "x87|package|documents|clock|timezone|threads|loading|tool.growth|tool.stress"
-    if file.startswith("kalo/"):
-        return [("-E", f"^({slow}|{others})"), ("-R", "^(fuzz|tool.transcripts|peer|recording)")]
-    return [("-R", "^(tool.transcripts|fuzz|number|memory)"), ("-R", "^(tool|peer)", "-E", slow)]
+# What is built, and how ctest is called then: first what is quick and notices most changes.
+SLOW = "x87|package|documents|clock|timezone|threads|loading|tool.growth|tool.stress|isolation"
+STAGES = {
+    "kalo": [(["kalo", "kalo-tests"], ["-E", "^(fuzz|tool|peer|recording|number|memory|pieces|ranges|"
+                                             f"columns|plain|{SLOW})"]),
+             (["all"], ["-E", f"^(tool|pieces|ranges|{SLOW})"]),
+             (["all"], ["-R", "^tool.transcripts"])],
+    "tools": [(["kalo-tool"], ["-R", "^tool.transcripts"]),
+              (["all"], ["-R", "^(fuzz|number|memory|columns|ranges|pieces|peer|documents)"]),
+              (["all"], ["-R", "^tool", "-E", "growth|stress|transcripts"])],
+}
 
 
 def changes(text):
@@ -59,81 +69,127 @@ def changes(text):
             yield found.end(), end - 1, f"!({text[found.end():end - 1]})"
 
 
-def run(command, **options):
-    return subprocess.run(command, stdout=subprocess.PIPE, stderr=subprocess.STDOUT, **options)
-
-
-def prepare():
-    listed = run(["git", "-C", ROOT, "ls-files", "-z"], check=True).stdout.decode().split("\0")
-    for name in filter(None, listed):
-        to = COPY / name
-        data = (ROOT / name).read_bytes() if (ROOT / name).exists() else None
-        if data is not None and (not to.exists() or to.read_bytes() != data):
-            to.parent.mkdir(parents=True, exist_ok=True)
-            shutil.copy(ROOT / name, to)
-    run(["cmake", "-G", "Ninja", "-S", COPY, "-B", BUILD, "-DCMAKE_BUILD_TYPE=None",
-         "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"], check=True)
-    build(check=True)
-
-
-def build(check=False):
-    return run(["cmake", "--build", BUILD, "-j", "2"], check=check).returncode == 0
-
-
-def notices(calls):
-    for call in calls:
-        command = ["ctest", "--test-dir", BUILD, "--stop-on-failure", "--no-tests=error", *call]
+def run(command, seconds=None):
+    """The exit status; that of a failure if the command is not done in time."""
+    with subprocess.Popen(command, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                          start_new_session=True) as process:
         try:
-            if run(command, timeout=SECONDS).returncode != 0:
-                return True
+            return process.wait(seconds)
         except subprocess.TimeoutExpired:
-            return True
-    return False
+            os.killpg(process.pid, signal.SIGKILL)  # and the tests that it runs
+            return 1
+
+
+class Copy:
+    """A copy of the sources, and what is built from it."""
+
+    def __init__(self, number, stages):
+        self.source, self.folder = WORK / f"source{number}", WORK / f"build{number}"
+        self.prepare()
+        self.seconds = {}
+        for stage in stages:
+            begin = time.monotonic()
+            if self.test(stage, 1800) != 0:
+                sys.exit(f"{' '.join(stage)}: the tests fail without a change; see {self.folder}/Testing")
+            self.seconds[stage] = 20 + 4 * (time.monotonic() - begin)
+
+    def prepare(self):
+        listed = subprocess.run(["git", "-C", ROOT, "ls-files", "-z"], check=True, capture_output=True)
+        for name in filter(None, listed.stdout.decode().split("\0")):
+            to = self.source / name
+            data = (ROOT / name).read_bytes() if (ROOT / name).exists() else None
+            if data is not None and (not to.exists() or to.read_bytes() != data):
+                to.parent.mkdir(parents=True, exist_ok=True)
+                shutil.copy(ROOT / name, to)
+        if run(["cmake", "-G", "Ninja", "-S", self.source, "-B", self.folder, "-DCMAKE_BUILD_TYPE=None",
+                "-DCMAKE_LINK_DEPENDS_NO_SHARED=ON"]) != 0 or not self.build(["all"]):
+            sys.exit(f"cannot build in {self.folder}")
+
+    def build(self, targets):
+        return run(["cmake", "--build", self.folder, "-j", "2", "--target", *targets]) == 0
+
+    def test(self, arguments, seconds):
+        return run(["ctest", "--test-dir", self.folder, "--stop-on-failure", "--no-tests=error",
+                    "-j", "2", *arguments], seconds)
+
+    def fate(self, file, change, stages):
+        """What becomes of a change: noticed, survived or broken."""
+        begin, end, new = change
+        path = self.source / file
+        text = path.read_text()
+        path.write_text(text[:begin] + new + text[end:])
+        try:
+            for targets, arguments in stages:
+                if not self.build(targets):
+                    return "broken"
+                if self.test(arguments, self.seconds[arguments]) != 0:
+                    return "noticed"
+            return "survived"
+        finally:
+            path.write_text(text)
+
+
+def described(file, change):
+    begin, end, new = change
+    text = (ROOT / file).read_text()
+    lines = [line.strip() for line in text.split("\n")]
+    number = text.count("\n", 0, begin)
+    first = number
+    while first > 0 and "\n".join(lines).count("\n".join(lines[first:number + 1])) > 1:
+        first -= 1  # until it is the only place
+    line = " ".join(lines[first:number + 1])
+    return f"{file}: {line}: {text[begin:end].strip()} -> {new.strip() or 'nothing'}"
 
 
 def main():
     options = argparse.ArgumentParser()
     options.add_argument("--count", type=int, default=100)
     options.add_argument("--seed", type=int, default=1)
+    options.add_argument("--jobs", type=int, default=1)
     options.add_argument("--tests")
-    options.add_argument("files", nargs="*")
+    options.add_argument("files", nargs="*", default=["kalo", "tools"])
     options = options.parse_args()
-    files = options.files or sorted(str(path.relative_to(ROOT)) for folder in ("kalo", "tools")
-                                    for path in (ROOT / folder).rglob("*.cpp"))
-    prepare()
-    wanted = {call for file in files for call in tests_of(file)}
-    given = [("-R", options.tests)] if options.tests else None
-    if notices(given or sorted(wanted)):
-        sys.exit("the tests fail without a change")
-    places = [(file, change) for file in files for change in changes((ROOT / file).read_text())]
+    files = []
+    for name in options.files:
+        paths = sorted((ROOT / name).rglob("*.cpp")) if (ROOT / name).is_dir() else [ROOT / name]
+        files += [str(path.relative_to(ROOT)) for path in paths]
+    stages = {room: [(targets, tuple(arguments)) for targets, arguments in calls]
+              for room, calls in STAGES.items() if any(file.startswith(room) for file in files)}
+    if options.tests:
+        stages = {room: [(["all"], ("-R", options.tests))] for room in stages}
+    copies = queue.SimpleQueue()
+    for number in range(options.jobs):
+        copies.put(Copy(number, {arguments for calls in stages.values() for _, arguments in calls}))
+    places = [(file, change) for file in files if file not in OTHER_SYSTEMS
+              for change in changes((ROOT / file).read_text())]
     random.Random(options.seed).shuffle(places)
-    equivalent = EQUIVALENT.read_text() if EQUIVALENT.exists() else ""
-    noticed = survived = listed = broken = 0
-    for file, (begin, end, new) in places:
-        if options.count and noticed + survived + listed == options.count:
-            break
-        path = COPY / file
-        text = path.read_text()
-        number = text.count("\n", 0, begin) + 1
-        line = text.split("\n")[number - 1].strip()
-        change = f"{file}: {line}: {text[begin:end].strip()} -> {new.strip() or 'nothing'}"
-        path.write_text(text[:begin] + new + text[end:])
+    equivalent = EQUIVALENT.read_text().split("\n") if EQUIVALENT.exists() else []
+    fates = collections.Counter()
+
+    def attempt(place):
+        if options.count and fates["noticed"] + fates["survived"] >= options.count:
+            return
+        file, change = place
+        if described(file, change) in equivalent:
+            fates["listed"] += 1
+            return
+        copy = copies.get()
         try:
-            if not build():
-                broken += 1
-            elif notices(given or tests_of(file)):
-                noticed += 1
-            elif change in equivalent:
-                listed += 1
-            else:
-                survived += 1
-                print(f"not noticed: line {number}: {change}", flush=True)
+            fate = copy.fate(file, change, stages[file.split("/")[0]])
         finally:
-            path.write_text(text)
-    total = noticed + survived
+            copies.put(copy)
+        fates[fate] += 1
+        if fate == "survived":
+            line = (ROOT / file).read_text().count("\n", 0, change[0]) + 1
+            print(f"not noticed: line {line}: {described(file, change)}", flush=True)
+
+    with concurrent.futures.ThreadPoolExecutor(options.jobs) as pool:
+        for done in pool.map(attempt, places):
+            pass
+    total = fates["noticed"] + fates["survived"]
     print(f"{len(places)} places, {total} changes that compile and are not listed as equivalent, "
-          f"{noticed} noticed ({100 * noticed / max(total, 1):.1f} %); {listed} listed, "
-          f"{broken} do not compile")
+          f"{fates['noticed']} noticed ({100 * fates['noticed'] / max(total, 1):.1f} %); "
+          f"{fates['listed']} listed, {fates['broken']} do not compile")
 
 
 if __name__ == "__main__":

@@ -75,6 +75,20 @@ TEST(tss1Msg, decodesEachColumn) {
     }
 }
 
+TEST(tss1Msg, eachMalformedColumnClearsItsBitOnly) {
+    const std::string record = ":00FF80 -0120U 0105 -0210";
+    std::string allMalformed = record;
+    const std::vector<std::pair<std::size_t, std::uint32_t>> columns{
+        {1, tss1Msg_t::validHAccel},  {3, tss1Msg_t::validVAccel}, {8, tss1Msg_t::validHeave},
+        {13, tss1Msg_t::validStatus}, {14, tss1Msg_t::validRoll},  {20, tss1Msg_t::validPitch}};
+    for (const auto& [begin, bit] : columns) {
+        std::string malformed = record;
+        malformed[begin] = allMalformed[begin] = 'x';
+        EXPECT_EQ(decoded(malformed).validMask, tss1Msg_t::validAll & ~bit) << malformed;
+    }
+    EXPECT_EQ(decoded(allMalformed).validMask, 0U) << allMalformed;
+}
+
 TEST(tss1Msg, wantsTheColonAndItsColumns) {
     const std::string record = ":00FF80 -0120U 0105 -0210";
     tss1Msg_t message = decoded(record);
