@@ -30,6 +30,18 @@ class Words(Test):
             for others in words:
                 self.assertEqual(run(others.split())[1], out, others)
 
+    def testHelpFillsItsLines(self):
+        left = " " * 26  # where the descriptions of options begin
+        for verb in ("decode", "summary", "check", "track", "encode", "time", "fields", "schema"):
+            lines = run(["help", verb])[1].decode().split("\n")
+            for line, following in zip(lines, lines[1:]):
+                if following.startswith(left):
+                    self.assertLessEqual(len(following), 79, following)
+                    if len(line) > len(left) and line[len(left) - 1] == " ":
+                        self.assertNotEqual(line[len(left)], " ", line)
+                        word = following.split()[0]
+                        self.assertGreater(len(line) + 1 + len(word), 79, f"{line} | {word}")
+
     def testWrongUsage(self):
         leaps = ("4294967295,4294967295,137,7 128,18,137,7 17,128,137,7 -1,18,137,7 17,18,256,7 "
                  "17,18,137,0 17,18,137,8 17,18,137 17,18,137,7,1 17,,137,7 a,18,137,7").split()
