@@ -17,12 +17,15 @@ public:
     std::size_t readAt(std::uint64_t offset, char* out, std::size_t size) override {
         const std::string_view part = m_text.substr(std::min(offset, this->size()), size);
         std::memcpy(out, part.data(), part.size());
+        m_readBytes += part.size();
         return part.size();
     }
     std::string fault() const override { return {}; }
+    std::uint64_t readBytes() const { return m_readBytes; }
 
 private:
     std::string_view m_text;
+    std::uint64_t m_readBytes = 0;
 };
 
 // The records as JSON, and the counts.
@@ -217,6 +220,18 @@ TEST(ranges, lineEndsAreCounted) {
         EXPECT_EQ(countLineEnds(row.text), row.count)
             << testing::PrintToString(row.text.substr(0, 20));
     }
+}
+
+// A range that dates itself does not read the whole log in front of it.
+TEST(ranges, ownDatesNeedLittleOfTheLog) {
+    std::string text;
+    for (unsigned i = 0; i < 20000; ++i) {
+        text += "$GPZDA,120000,14,03,2026,00,00\r\n";
+    }
+    text_t input(text);
+    const readerState_t state = stateAt(input, text.size(), {});
+    EXPECT_TRUE(state.dating == stateAt(input, text.size() / 2, {}).dating);
+    EXPECT_LT(input.readBytes(), text.size());
 }
 
 // The day that the caller states is that of the first line of the range.

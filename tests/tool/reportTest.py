@@ -221,6 +221,17 @@ class Data(Test):
         self.assertEqual(placesOf(found), [["B01", "bow", 10, 20], ["B01", "bow", 100, 0]])
         self.assertEqual(found["beacons"]["others"], 1, "in degrees, but where is the vessel?")
 
+    def testManyBeaconsAreThinnedEvenly(self):
+        found = report(DATE + joined(b"$PSIMSSB,%s,B01,A,,C,H,M,10,20,5,1,N,,*hh\n" % second(time)
+                                     for time in range(5000)))
+        times = [place[2] for place in found["beacons"]["places"]]
+        self.assertEqual({later - earlier for earlier, later in zip(times, times[1:])}, {4000})
+        self.assertEqual(len(times), 1250)
+
+    def testRatesAreThoseOfTheSteps(self):
+        strips = report(headings([10, 12, 14]))["presence"]["strips"]
+        self.assertEqual({strip["sender"]["type"]: strip["rate"] for strip in strips},
+                         {"GGA": "0.5", "HDT": "0.5", "ZDA": ""})
 
     def testEachBeaconStandsInItsFrame(self):
         # 0.001 of a degree is 111.195 m on a sphere, and half of that to the east at 60 degrees north.

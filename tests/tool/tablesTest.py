@@ -293,6 +293,10 @@ class Descriptions(Test):
                 self.assertEqual(list(mismatches(record, single[name], single[name])), [], record)
             self.assertGreater(len(single), 36)
 
+    def testSchemaIsIndentedForPeople(self):
+        for options in [], ["--type", "GGA"]:
+            self.assertRegex(self.schema(*options), '^{\n  "[$a-z]')
+
     def testSchemaRefusesOthers(self):
         record = {"source": "-", "line": 1, "offset": 0, "type": "GSV", "satellites": [{"prn": 1}]}
         schema = json.loads(self.schema("--type", "GSV"))

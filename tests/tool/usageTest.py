@@ -1,4 +1,5 @@
 """The words of the command line, the files that they name, and what is said of wrong ones."""
+import json
 import os
 import pathlib
 import re
@@ -240,6 +241,13 @@ class Files(Test):
                                                 "inputs-are-read": ["error"]}))
         self.assertEqual([suite.get(key) for key in ("tests", "failures", "errors", "skipped")],
                          [str(len(suite)), "1", "1", "1"])
+
+    def testLongSentencesWithoutAChecksumStayApart(self):
+        for name in "GPX", "X" * 390:
+            log = "".join(f"${name}{letter},{'1' * 9000}\n" for letter in "ABCDEFGHIJKLMNOPQRST").encode()
+            found = [json.loads(line) for line in run(["check", "--json"], log + DEPTH)[1].splitlines()]
+            self.assertEqual([(finding["kind"], finding["first"]["line"], finding["count"]) for finding in found],
+                             [("missing-checksum", 1 + number, 1) for number in range(20)])
 
     def testInputThatIsTheOutput(self):
         for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),

@@ -30,10 +30,10 @@ std::string wrapped(std::string_view text, std::size_t indent) {
     for (std::size_t begin = 0; begin < text.size();) {
         const std::size_t end = std::min(text.find(' ', begin), text.size());
         const std::string_view word = text.substr(begin, end - begin);
-        if (column > indent && column + 1 + word.size() > width) {
+        if (column != indent && column + 1 + word.size() > width) {
             result += '\n' + std::string(indent, ' ');
             column = indent;
-        } else if (column > indent) {
+        } else if (column != indent) {
             result += ' ';
             ++column;
         }

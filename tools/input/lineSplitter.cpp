@@ -139,7 +139,7 @@ bool lineSplitter_t::next(line_t& line) {
 }
 
 bool lineSplitter_t::nextPlain(line_t& line) {
-    if (m_keepEnds || m_tooLong || m_end != npos || (m_endRun > 0 && !passEnd())) {
+    if (m_keepEnds || m_tooLong || (m_endRun > 0 && !passEnd())) {
         return false;
     }
     const char* const data = m_buffer.data();
