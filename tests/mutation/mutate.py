@@ -50,7 +50,7 @@ STAGES = {
              (["all"], ["-R", "^tool.transcripts"])],
     "tools": [(["kalo-tool"], ["-R", "^tool.transcripts"]),
               (["kalo-tool"], ["-R", "^tool", "-E", f"^(tool.transcripts|{LONG}|{SELDOM})"]),
-              (["all"], ["-R", "^(fuzz|number|memory|columns|intervals|peer|documents)"]),
+              (["all"], ["-R", "^(fuzz|number|memory|columns|intervals|presenceTimes|peer|documents)"]),
               (["all"], ["-R", f"^({LONG})"])],
 }
 

@@ -89,6 +89,8 @@ class OwnSentences(Test):
     def testToml(self):
         status, out, _ = run(["fields", "--toml", "hdg", "VHW"])
         self.assertTrue(status == 0 and out.startswith(b"[HDG]\nmeaning = ") and b"[VHW]" in out)
+        own = write("own.toml", (SENTENCE % 'name = "x", kind = "rest", field = 200').encode())
+        self.assertRegex(run(["fields", "--sentences", own, "ECH"])[1], rb"\b63-")
         listing = run(["fields", "HDG", "VHW"])[1]
         self.assertEqual(run(["fields", "--sentences", write("own.toml", out), "HDG", "VHW"])[1], listing)
         self.assertIn(b"HDG        heading                  deg      1 ", listing)

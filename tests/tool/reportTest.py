@@ -208,16 +208,17 @@ class Data(Test):
 
     def testSatellitesAndBeacons(self):
         found = report(DATE + completed(
-            b"$GPGSV,1,1,02,05,40,090,44,07,10,180,*hh\n$GPGSV,1,1,01,05,42,092,40*hh\n"
+            b"$GPGSV,1,1,03,05,40,090,44,07,10,180,,09,20,270,35*hh\n$GPGSV,1,1,01,05,42,092,40*hh\n"
             b"$PSIMSSB,000001,B01,A,,C,H,M,10,20,5,1,N,,*hh\n"
             b"$PSIMSSB,000002,B01,A,,P,H,M,100,90,5,1,N,,*hh\n"
             b"$PSIMSSB,000003,B01,V,,C,H,M,10,20,5,1,N,,*hh\n"
             b"$PSIMSSB,000004,B01,A,,R,N,M,0.1,0.2,5,1,N,,*hh\n"))
-        five, seven = found["satellites"]
+        five, seven, nine = found["satellites"]
         self.assertEqual((five["system"], five["prn"], [place[1:] for place in five["way"]][-1]),
                          ("GPS", 5, [92, 42]))
         self.assertEqual(five["signal"], {"count": 2, "least": 40, "mean": 42, "greatest": 44})
         self.assertNotIn("signal", seven)
+        self.assertEqual(nine["signal"], {"count": 1, "least": 35, "mean": 35, "greatest": 35})
         self.assertEqual(placesOf(found), [["B01", "bow", 10, 20], ["B01", "bow", 100, 0]])
         self.assertEqual(found["beacons"]["others"], 1, "in degrees, but where is the vessel?")
 

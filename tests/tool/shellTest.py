@@ -34,9 +34,10 @@ def needs(program):
     return unittest.skipUnless(shutil.which(program), f"{program} is not installed")
 
 
-def onTerminal(words, **environment):
+def onTerminal(words, columns=0, **environment):
     """What a command writes to a terminal, standard output and standard error together."""
     ours, theirs = os.openpty()
+    fcntl.ioctl(ours, termios.TIOCSWINSZ, struct.pack("HHHH", 50, columns, 0, 0))
     everything = {key: value for key, value in os.environ.items() if key != "NO_COLOR"}
     subprocess.run(words, stdin=subprocess.DEVNULL, stdout=theirs, stderr=theirs,
                    env={**everything, "TERM": "xterm", "PATH": PATH, **environment}, check=False)
@@ -242,6 +243,20 @@ class Colour(Test):
             plain = re.sub(r"\x1B\[\d*m", "", text).replace("\r\n", "\n")
             self.assertEqual(plain, onTerminal([TOOL, *words.split()], NO_COLOR="1")
                              .replace("\r\n", "\n"), words)
+
+    def testTablesFillTheTerminal(self):
+        """Long texts are cut as far as the terminal needs."""
+        write("log", b"from the bridge, port side $SDDPT,1,2*54\n")
+
+        def table(columns):
+            return onTerminal([TOOL, "summary", "log"], columns, NO_COLOR="1").split("\r\n\r\n")[1]
+
+        def width(columns):
+            return max(len(line) for line in table(columns).split("\r\n"))
+        self.assertIn("from the bridge, port side", table(0))
+        self.assertEqual(table(width(0)), table(0))
+        for less in 1, 5, 10:
+            self.assertEqual(width(width(0) - less), width(0) - less)
 
     def testWhen(self):
         write("log", b"$SDDPT,1,2*00\n")

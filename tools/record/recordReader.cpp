@@ -106,7 +106,6 @@ bool recordReader_t::nextGroup(record_t& record) {
     record.type = typeOf<satellitesRecord_t>;
     record.entry = nullptr;
     record.content = &m_groups.group();
-    record.hasChecksum = true;
     record.clue.satellites = {};
     record.clue.lostSatellite = false;
     record.instant.reset();
