@@ -1,7 +1,8 @@
 // The entry of libFuzzer for the targets that read sentences, with a mutator: seven of eight inputs
 // get the checksums and line ends of their sentences repaired, since nearly every other change
 // would only end at the checksum. The environment variable KALO_FUZZ_RAW switches it off. At the
-// end, the program prints how many inputs began with a well-formed sentence.
+// end, the program prints how many inputs began with a well-formed sentence, and how many held one
+// in any line, as those do that are logs.
 #include <cinttypes>
 
 #include "fuzz/target.h"
@@ -12,12 +13,20 @@ extern "C" std::size_t LLVMFuzzerMutate(std::uint8_t* data, std::size_t size, st
 namespace {
 
 std::uint64_t inputs = 0;
-std::uint64_t sentences = 0;
+std::uint64_t beginWithOne = 0;
+std::uint64_t holdOne = 0;
 
-void printShare() {
-    static_cast<void>(std::fprintf(
-        stderr, "inputs that begin with a well-formed sentence: %" PRIu64 " of %" PRIu64 "\n",
-        sentences, inputs));
+void printShares() {
+    static_cast<void>(std::fprintf(stderr,
+                                   "inputs that begin with a well-formed sentence: %" PRIu64
+                                   ", that hold one: %" PRIu64 ", of %" PRIu64 "\n",
+                                   beginWithOne, holdOne, inputs));
+}
+
+// Whether there is a well-formed sentence from the first "$" or "!" of the line to its end.
+bool holdsSentence(std::string_view line) {
+    line.remove_prefix(std::min(line.find_first_of("$!"), line.size()));
+    return kalo::nmeaFormat_t(line.data(), line.size()).isValid();
 }
 
 // A line with the checksum of its first sentence. What stands after the digits stays or goes.
@@ -61,14 +70,16 @@ extern "C" std::size_t LLVMFuzzerCustomMutator(std::uint8_t* data, std::size_t s
 }
 
 extern "C" int LLVMFuzzerInitialize(int* /*argc*/, char*** /*argv*/) {
-    return std::atexit(printShare);
+    return std::atexit(printShares);
 }
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     const std::string_view input(reinterpret_cast<const char*>(data), size);
     const std::string_view line = input.substr(0, input.find('\n') + 1);
     ++inputs;
-    sentences += kalo::nmeaFormat_t(line.data(), line.size()).isValid() ? 1 : 0;
+    beginWithOne += kalo::nmeaFormat_t(line.data(), line.size()).isValid() ? 1 : 0;
+    const std::vector<std::string_view> lines = fuzz::linesOf(input);
+    holdOne += std::any_of(lines.begin(), lines.end(), holdsSentence) ? 1 : 0;
     fuzz::KALO_FUZZ_TARGET(input);
     return 0;
 }
