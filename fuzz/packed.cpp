@@ -26,7 +26,7 @@ private:
 constexpr std::size_t mostUnpacked = 1000000;
 constexpr std::size_t mostMembers = 20;
 
-bool isArchive(content_t format) { return format == content_t::zip || format == content_t::tar; }
+bool isArchive(packing_t format) { return format == packing_t::zip || format == packing_t::tar; }
 
 struct member_t {
     std::string name;
@@ -49,7 +49,7 @@ member_t readAll(const std::string& name, bytes_t& bytes) {
     return member;
 }
 
-std::vector<member_t> unpacked(content_t format, std::vector<std::string_view> pieces) {
+std::vector<member_t> unpacked(packing_t format, std::vector<std::string_view> pieces) {
     givenBytes_t given(std::move(pieces));
     if (!isArchive(format)) {
         return {readAll("", *unpack(format, given))};
@@ -65,9 +65,9 @@ std::vector<member_t> unpacked(content_t format, std::vector<std::string_view> p
 
 // With a fault, the libraries for archives, xz and zstd keep back some of what they have unpacked
 // before it, or give some of what is damaged, as reads are cut.
-bool isSame(content_t format, const member_t& left, const member_t& right) {
+bool isSame(packing_t format, const member_t& left, const member_t& right) {
     const bool mayBeShort =
-        (isArchive(format) || format == content_t::xz || format == content_t::zstd) &&
+        (isArchive(format) || format == packing_t::xz || format == packing_t::zstd) &&
         !left.fault.empty();
     const std::size_t length =
         mayBeShort ? std::min(left.text.size(), right.text.size()) : std::string::npos;
@@ -76,12 +76,12 @@ bool isSame(content_t format, const member_t& left, const member_t& right) {
 }
 
 void checkContent(std::string_view input, bool mayBeTar) {
-    const content_t content = contentOf(input, mayBeTar);
+    const packing_t content = contentOf(input, mayBeTar);
     constexpr std::size_t mostNeeded = 300;
-    require(input.size() < mostNeeded || content != content_t::undecided, "decided early");
+    require(input.size() < mostNeeded || content != packing_t::undecided, "decided early");
     for (std::size_t length = 0; length < std::min(input.size(), mostNeeded); ++length) {
-        const content_t early = contentOf(input.substr(0, length), mayBeTar);
-        require(early == content_t::undecided || early == content, "more bytes do not change it");
+        const packing_t early = contentOf(input.substr(0, length), mayBeTar);
+        require(early == packing_t::undecided || early == content, "more bytes do not change it");
     }
 }
 
@@ -90,10 +90,10 @@ void checkContent(std::string_view input, bool mayBeTar) {
 void fuzz::packed(std::string_view input) {
     checkContent(input, false);
     checkContent(input, true);
-    constexpr content_t formats[] = {content_t::gzip,  content_t::zstd, content_t::xz,
-                                     content_t::bzip2, content_t::lz4,  content_t::zip,
-                                     content_t::tar};
-    for (const content_t format : formats) {
+    constexpr packing_t formats[] = {packing_t::gzip,  packing_t::zstd, packing_t::xz,
+                                     packing_t::bzip2, packing_t::lz4,  packing_t::zip,
+                                     packing_t::tar};
+    for (const packing_t format : formats) {
         const auto whole = unpacked(format, {input});
         const auto cut = unpacked(format, piecesOf(input));
         require(std::equal(whole.begin(), whole.end(), cut.begin(), cut.end(),

@@ -10,15 +10,17 @@ namespace {
 
 using fuzz::require;
 
-struct line_t {
+struct sentLine_t {
     kalo::ntripRecordType_t type;
     std::string text;
 
-    bool operator==(const line_t& other) const { return type == other.type && text == other.text; }
+    bool operator==(const sentLine_t& other) const {
+        return type == other.type && text == other.text;
+    }
 };
 
 // Takes the complete lines off the front of `buffer`.
-void takeLines(std::string& buffer, std::vector<line_t>& lines) {
+void takeLines(std::string& buffer, std::vector<sentLine_t>& lines) {
     while (!buffer.empty()) {
         auto length = static_cast<unsigned>(buffer.size());
         const kalo::ntripRecordType_t type = kalo::decodeNtripRecordType(buffer.data(), length);
@@ -79,12 +81,12 @@ void checkRecord(const std::string& line, kalo::ntripStreamDecoder_t& used) {
 
 void fuzz::sourcetable(std::string_view input) {
     std::string buffer(input);
-    std::vector<line_t> lines;
+    std::vector<sentLine_t> lines;
     takeLines(buffer, lines);
     std::string all;
     std::size_t longest = 0;
     kalo::ntripStreamDecoder_t used;
-    for (const line_t& line : lines) {
+    for (const sentLine_t& line : lines) {
         all += line.text;
         longest = std::max(longest, line.text.size());
         checkRecord(line.text, used);
@@ -92,7 +94,7 @@ void fuzz::sourcetable(std::string_view input) {
     require(all + buffer == input, "the lines add up to the buffer");
     if (longest <= 512) {
         std::string received;
-        std::vector<line_t> cut;
+        std::vector<sentLine_t> cut;
         for (const std::string_view piece : piecesOf(input)) {
             received += piece;
             takeLines(received, cut);

@@ -7,7 +7,7 @@ namespace kalo {
 namespace {
 
 constexpr std::uint32_t gpsEpoch = 315964800; // Unix time of 1980-01-06
-constexpr std::uint32_t secondsPerDay = 86400;
+constexpr std::uint32_t secondsOfDay = 86400;
 constexpr std::uint32_t secondsPerWeek = 604800;
 constexpr std::uint32_t leapWeeks = 256;
 constexpr std::uint32_t leapCycle = leapWeeks * secondsPerWeek;
@@ -61,7 +61,7 @@ gpsTime_t::gpsTime_t(double timestamp, const gps2utc_t& parameters) {
     const double whole = std::isfinite(timestamp) ? std::trunc(timestamp) : 0;
     const double fraction = std::isfinite(timestamp) ? timestamp - whole : 0;
     std::uint32_t count = wrapped(whole) - gpsEpoch;
-    const std::uint32_t change = parameters.wnLsf * secondsPerWeek + parameters.dn * secondsPerDay;
+    const std::uint32_t change = parameters.wnLsf * secondsPerWeek + parameters.dn * secondsOfDay;
     count += count % leapCycle < change ? parameters.deltaTls : parameters.deltaTlsf;
     week = count / secondsPerWeek;
     seconds = static_cast<double>(count % secondsPerWeek) + fraction;
@@ -79,7 +79,7 @@ double gpsTime_t::toUnix() const {
 
 double gpsTime_t::toUnix(const gps2utc_t& parameters) const {
     const bool after = week % leapWeeks == parameters.wnLsf &&
-                       std::trunc(seconds) >= double{secondsPerDay} * parameters.dn;
+                       std::trunc(seconds) >= double{secondsOfDay} * parameters.dn;
     return withoutLeapSeconds(*this) - (after ? parameters.deltaTlsf : parameters.deltaTls);
 }
 

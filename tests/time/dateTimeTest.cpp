@@ -15,7 +15,7 @@ namespace {
 
 using kalo::dateTime_t;
 
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double never = std::numeric_limits<double>::infinity();
 
 auto members(const dateTime_t& value) {
     const auto& [date, time] = value;
@@ -35,7 +35,7 @@ TEST(dateTime, breaksTimestampsDown) {
         // beyond what a date can name
         {-1e300, {{0, 1, 1}, {0, 0, 0}}},
         {1e300, {{4294967295, 12, 31}, {23, 59, 59}}},
-        {infinity, {{1970, 1, 1}, {0, 0, infinity}}},
+        {never, {{1970, 1, 1}, {0, 0, never}}},
     };
     for (const auto& row : cases) {
         EXPECT_EQ(members(dateTime_t(row.timestamp)), members(row.expected)) << row.timestamp;

@@ -15,7 +15,7 @@ using kalo::gps2utc_t;
 using kalo::gpsTime_t;
 
 constexpr std::uint32_t epoch = 315964800, day = 86400, week = 604800;
-constexpr double infinity = std::numeric_limits<double>::infinity();
+constexpr double infinite = std::numeric_limits<double>::infinity();
 constexpr gps2utc_t leap2016{17, 18, 137, 7}, midweek{17, 18, 250, 3};
 
 /// The Unix times of the first second behind each leap second since 1980, from the system's time
@@ -62,7 +62,7 @@ TEST(gpsTime, convertsByTheTable) {
                  {{7102, 0}, 7102.0 * week + epoch - 4294967296.0},
                  {{4294967295, 1}, epoch - 604799.0},
                  {{0, -1e300}, -1e300},
-                 {{1, infinity}, infinity}};
+                 {{1, infinite}, infinite}};
     for (const auto& row : cases) {
         EXPECT_EQ(row.time.toUnix(), row.timestamp) << row.time.week << ':' << row.time.seconds;
     }
@@ -107,7 +107,7 @@ TEST(gpsTime, isMadeFromTimestamps) {
                  {-1.5, {}, {6579, 23294.5}},
                  {1e300, {}, {6579, 23296}},
                  {-1e300, {}, {6579, 23296}},
-                 {infinity, {}, {6579, 23296}},
+                 {infinite, {}, {6579, 23296}},
                  {std::nan(""), {}, {6579, 23296}}};
     for (const auto& row : cases) {
         const gpsTime_t time(row.timestamp, row.parameters);

@@ -47,13 +47,13 @@ public:
     explicit restartedBytes_t(bytes_t& bytes) : m_bytes(bytes) {}
 
     // Finds what the input holds; the bytes examined are read again.
-    content_t look(bool mayBeTar) {
-        content_t content = content_t::undecided;
-        for (std::string_view block; content == content_t::undecided;) {
+    packing_t look(bool mayBeTar) {
+        packing_t content = packing_t::undecided;
+        for (std::string_view block; content == packing_t::undecided;) {
             block = m_bytes.read();
             if (block.empty()) {
                 m_isAtEnd = true;
-                return content_t::text;
+                return packing_t::text;
             }
             m_start.append(block);
             content = contentOf(m_start, mayBeTar);
@@ -89,11 +89,11 @@ public:
 
     bool read(const std::string& name, bytes_t& bytes, bool mayBeArchive, unsigned layers = 0) {
         restartedBytes_t content(bytes);
-        const content_t format = content.look(mayBeArchive || layers > 0);
-        if (format == content_t::text) {
+        const packing_t format = content.look(mayBeArchive || layers > 0);
+        if (format == packing_t::text) {
             return use(name, content);
         }
-        const bool isArchive = format == content_t::zip || format == content_t::tar;
+        const bool isArchive = format == packing_t::zip || format == packing_t::tar;
         if (layers == mostLayers || (isArchive && !mayBeArchive)) {
             complain(name, isArchive ? "an archive cannot be read here; unpack it into files first"
                                      : "packed too many times; unpack it first");
@@ -110,7 +110,7 @@ public:
         bool isRead = true;
         while (isRead && isGoingOn()) {
             restartedBytes_t content(bytes);
-            if (content.look(false) != content_t::text) {
+            if (content.look(false) != packing_t::text) {
                 complain(name, "compressed input cannot be followed; "
                                "try: tail -c +1 -f FILE | kalo decode");
                 return false;
@@ -158,15 +158,15 @@ private:
 
 std::string packedKind(std::string_view start) {
     switch (contentOf(start, true)) {
-    case content_t::undecided:
-    case content_t::text: return {};
-    case content_t::zip:
-    case content_t::tar: return "an archive";
-    case content_t::gzip:
-    case content_t::zstd:
-    case content_t::xz:
-    case content_t::bzip2:
-    case content_t::lz4: break;
+    case packing_t::undecided:
+    case packing_t::text: return {};
+    case packing_t::zip:
+    case packing_t::tar: return "an archive";
+    case packing_t::gzip:
+    case packing_t::zstd:
+    case packing_t::xz:
+    case packing_t::bzip2:
+    case packing_t::lz4: break;
     }
     return "compressed input";
 }

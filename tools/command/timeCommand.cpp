@@ -143,7 +143,7 @@ private:
     const std::optional<kalo::gps2utc_t>& m_leap;
 };
 
-void print(buffer_t& out, const instantOfGps_t& instant, bool forPeople) {
+void printInstant(buffer_t& out, const instantOfGps_t& instant, bool forPeople) {
     const double rounded = toMicroseconds(instant.unixTime);
     const double whole = std::floor(rounded);
     const kalo::dateTime_t utc(instant.isLeapSecond ? whole - 1 : whole);
@@ -172,7 +172,7 @@ public:
             m_status = exitFailure;
             return;
         }
-        print(m_output.buffer(), instant, m_forPeople);
+        printInstant(m_output.buffer(), instant, m_forPeople);
     }
 
     void convertInput() {

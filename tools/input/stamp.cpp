@@ -304,7 +304,7 @@ bool readClockAlone(cursor_t& at, const reading_t& how, stamp_t& out) {
     return readClock(at, true, out) && readFraction(at, point, how, out);
 }
 
-struct shape_t {
+struct stampShape_t {
     std::size_t digits;     // at its start
     std::string_view marks; // one of them must follow; empty: anything may follow
     bool (*read)(cursor_t& at, const reading_t& how, stamp_t& out);
@@ -312,12 +312,13 @@ struct shape_t {
 };
 
 // The first digits and what follows them tell which shapes it can have; they are tried in order.
-constexpr shape_t shapes[] = {{4, "-", readIso, false},        {4, "/", readSlashes, false},
-                              {4, ":+", readDayOfYear, false}, {2, "/-.", readEitherOrder, false},
-                              {2, ":", readClockAlone, true},  {10, ":", readCompact, false},
-                              {8, "", readCompact, false},     {14, "", readCompact, false},
-                              {10, "", readUnix, true},        {13, "", readUnix, true},
-                              {16, "", readUnix, true},        {19, "", readUnix, true}};
+constexpr stampShape_t shapes[] = {
+    {4, "-", readIso, false},        {4, "/", readSlashes, false},
+    {4, ":+", readDayOfYear, false}, {2, "/-.", readEitherOrder, false},
+    {2, ":", readClockAlone, true},  {10, ":", readCompact, false},
+    {8, "", readCompact, false},     {14, "", readCompact, false},
+    {10, "", readUnix, true},        {13, "", readUnix, true},
+    {16, "", readUnix, true},        {19, "", readUnix, true}};
 
 // "[054]", a counter within the last digit of a stamp.
 bool isCounter(cursor_t at) { return at.one('[') && !at.digits().empty() && at.one(']'); }
@@ -334,7 +335,7 @@ bool mayBegin(char before, bool isJson) {
     return beforeItem.holds(before) || (isJson && before == ':');
 }
 
-bool readShape(const shape_t& shape, std::string_view text, std::size_t at,
+bool readShape(const stampShape_t& shape, std::string_view text, std::size_t at,
                const stampRules_t& rules, stamp_t& out) {
     for (const bool takesComma : {true, false}) {
         cursor_t cursor(text, at);
@@ -356,7 +357,7 @@ bool readStamp(std::string_view text, std::size_t at, const stampRules_t& rules,
     cursor_t start(text, at);
     const std::size_t digits = start.digits().size();
     const char mark = start.current();
-    return std::any_of(std::begin(shapes), std::end(shapes), [&](const shape_t& shape) {
+    return std::any_of(std::begin(shapes), std::end(shapes), [&](const stampShape_t& shape) {
         const bool fits = shape.digits == digits &&
                           (shape.marks.empty() || shape.marks.find(mark) != std::string_view::npos);
         return fits && (rules.takesNumbers || !shape.isNumber) &&

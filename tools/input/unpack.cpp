@@ -24,7 +24,7 @@ constexpr const char* damagedText =
     "the compressed data or archive is damaged; records may be missing or wrong";
 
 struct magic_t {
-    content_t content;
+    packing_t content;
     std::string_view bytes; ///< "\x01" stands for any digit from 1 to 9
 };
 
@@ -32,14 +32,14 @@ struct magic_t {
 // first block or, of an empty file, of the end. gzip: the one method there is. zip: a member, or
 // the end of an empty archive.
 constexpr magic_t magics[] = {
-    {content_t::gzip, {"\x1F\x8B\x08", 3}},
-    {content_t::bzip2, {"BZh\x01\x31\x41\x59\x26\x53\x59", 10}},
-    {content_t::bzip2, {"BZh\x01\x17\x72\x45\x38\x50\x90", 10}},
-    {content_t::xz, {"\xFD\x37zXZ\0", 6}},
-    {content_t::zstd, {"\x28\xB5\x2F\xFD", 4}},
-    {content_t::lz4, {"\x04\x22\x4D\x18", 4}},
-    {content_t::zip, {"PK\x03\x04", 4}},
-    {content_t::zip, {"PK\x05\x06", 4}},
+    {packing_t::gzip, {"\x1F\x8B\x08", 3}},
+    {packing_t::bzip2, {"BZh\x01\x31\x41\x59\x26\x53\x59", 10}},
+    {packing_t::bzip2, {"BZh\x01\x17\x72\x45\x38\x50\x90", 10}},
+    {packing_t::xz, {"\xFD\x37zXZ\0", 6}},
+    {packing_t::zstd, {"\x28\xB5\x2F\xFD", 4}},
+    {packing_t::lz4, {"\x04\x22\x4D\x18", 4}},
+    {packing_t::zip, {"PK\x03\x04", 4}},
+    {packing_t::zip, {"PK\x05\x06", 4}},
 };
 
 bool fits(char c, char mark) { return mark == '\x01' ? c >= '1' && c <= '9' : c == mark; }
@@ -64,7 +64,7 @@ bool isTarNumber(std::string_view field) {
 // A tar archive begins with a name of up to 100 bytes and NUL, and numbers; its mark comes later.
 // Text must be recognised as text before that, because a live input may not have delivered so many
 // bytes yet.
-content_t tarOrText(std::string_view start) {
+packing_t tarOrText(std::string_view start) {
     constexpr std::size_t nameLength = 100;
     constexpr std::size_t markAt = 257;
     constexpr std::string_view mark = "ustar";
@@ -73,15 +73,15 @@ content_t tarOrText(std::string_view start) {
     };
     if (start.substr(0, nameLength).find_first_of("\r\n") != std::string_view::npos ||
         !std::all_of(std::begin(tarNumbers), std::end(tarNumbers), isNumber)) {
-        return content_t::text;
+        return packing_t::text;
     }
     if (start.size() < markAt + mark.size()) {
-        return content_t::undecided;
+        return packing_t::undecided;
     }
-    return start.substr(markAt, mark.size()) == mark ? content_t::tar : content_t::text;
+    return start.substr(markAt, mark.size()) == mark ? packing_t::tar : packing_t::text;
 }
 
-enum class step_t { going, ended, damaged, tooLarge };
+enum class outcome_t { going, ended, damaged, tooLarge };
 
 // zstd and lz4 also have frames for data of other programs, which must be skipped.
 bool startsSkippedFrame(char c) { return c >= '\x50' && c <= '\x5F'; }
@@ -105,7 +105,7 @@ public:
     gzipCodec_t& operator=(const gzipCodec_t&) = delete;
     ~gzipCodec_t() { inflateEnd(&m_stream); }
 
-    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+    outcome_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
         m_stream.next_in = reinterpret_cast<z_const Bytef*>(const_cast<char*>(in.data())); // NOLINT
         m_stream.avail_in = static_cast<uInt>(in.size());
         m_stream.next_out = reinterpret_cast<Bytef*>(out); // NOLINT
@@ -115,9 +115,9 @@ public:
         written = room - m_stream.avail_out;
         if (result == Z_STREAM_END) {
             inflateReset(&m_stream);
-            return step_t::ended;
+            return outcome_t::ended;
         }
-        return result == Z_OK || result == Z_BUF_ERROR ? step_t::going : step_t::damaged;
+        return result == Z_OK || result == Z_BUF_ERROR ? outcome_t::going : outcome_t::damaged;
     }
 
 private:
@@ -132,7 +132,7 @@ public:
 
     zstdCodec_t() : m_stream(ZSTD_createDStream(), ZSTD_freeDStream) {}
 
-    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+    outcome_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
         ZSTD_inBuffer from = {in.data(), bytesOfBlock(in, m_wanted, blockHeader), 0};
         ZSTD_outBuffer to = {out, room, 0};
         const std::size_t left = ZSTD_decompressStream(m_stream.get(), &to, &from);
@@ -140,9 +140,9 @@ public:
         written = to.pos;
         m_wanted = left != 0 ? left : firstWanted;
         switch (ZSTD_getErrorCode(left)) {
-        case ZSTD_error_no_error: return left == 0 ? step_t::ended : step_t::going;
-        case ZSTD_error_frameParameter_windowTooLarge: return step_t::tooLarge;
-        default: return step_t::damaged;
+        case ZSTD_error_no_error: return left == 0 ? outcome_t::ended : outcome_t::going;
+        case ZSTD_error_frameParameter_windowTooLarge: return outcome_t::tooLarge;
+        default: return outcome_t::damaged;
         }
     }
 
@@ -163,7 +163,7 @@ public:
     xzCodec_t& operator=(const xzCodec_t&) = delete;
     ~xzCodec_t() { lzma_end(&m_stream); }
 
-    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+    outcome_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
         m_stream.next_in = reinterpret_cast<const std::uint8_t*>(in.data()); // NOLINT
         m_stream.avail_in = in.size();
         m_stream.next_out = reinterpret_cast<std::uint8_t*>(out); // NOLINT
@@ -173,14 +173,14 @@ public:
         written = room - m_stream.avail_out;
         if (result == LZMA_STREAM_END) {
             start();
-            return step_t::ended;
+            return outcome_t::ended;
         }
         switch (result) {
         case LZMA_OK:
-        case LZMA_BUF_ERROR: return step_t::going;
+        case LZMA_BUF_ERROR: return outcome_t::going;
         case LZMA_MEMLIMIT_ERROR:
-        case LZMA_MEM_ERROR: return step_t::tooLarge;
-        default: return step_t::damaged;
+        case LZMA_MEM_ERROR: return outcome_t::tooLarge;
+        default: return outcome_t::damaged;
         }
     }
 
@@ -204,7 +204,7 @@ public:
     bzip2Codec_t& operator=(const bzip2Codec_t&) = delete;
     ~bzip2Codec_t() { BZ2_bzDecompressEnd(&m_stream); }
 
-    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+    outcome_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
         m_stream.next_in = const_cast<char*>(in.data()); // NOLINT
         m_stream.avail_in = static_cast<unsigned>(in.size());
         m_stream.next_out = out;
@@ -213,13 +213,13 @@ public:
         in.remove_prefix(in.size() - m_stream.avail_in);
         written = room - m_stream.avail_out;
         switch (result) {
-        case BZ_OK: return step_t::going;
+        case BZ_OK: return outcome_t::going;
         case BZ_STREAM_END:
             BZ2_bzDecompressEnd(&m_stream);
             start();
-            return step_t::ended;
-        case BZ_MEM_ERROR: return step_t::tooLarge;
-        default: return step_t::damaged;
+            return outcome_t::ended;
+        case BZ_MEM_ERROR: return outcome_t::tooLarge;
+        default: return outcome_t::damaged;
         }
     }
 
@@ -247,20 +247,20 @@ public:
     lz4Codec_t& operator=(const lz4Codec_t&) = delete;
     ~lz4Codec_t() { LZ4F_freeDecompressionContext(m_context); }
 
-    step_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
+    outcome_t step(std::string_view& in, char* out, std::size_t room, std::size_t& written) {
         std::size_t taken = bytesOfBlock(in, m_wanted, blockHeader);
         written = room;
         m_wanted = LZ4F_decompress(m_context, out, &written, in.data(), &taken, nullptr);
         if (LZ4F_isError(m_wanted) != 0) {
             written = 0;
-            return step_t::damaged;
+            return outcome_t::damaged;
         }
         in.remove_prefix(taken);
         if (m_wanted > 0) {
-            return step_t::going;
+            return outcome_t::going;
         }
         m_wanted = firstWanted;
-        return step_t::ended;
+        return outcome_t::ended;
     }
 
 private:
@@ -281,13 +281,13 @@ public:
     std::string_view read() override {
         while (m_fault.empty() && (m_isFull || hasInput())) {
             std::size_t written = 0;
-            const step_t step = m_codec.step(m_in, m_buffer.data(), m_buffer.size(), written);
-            m_isInside = step == step_t::going;
+            const outcome_t step = m_codec.step(m_in, m_buffer.data(), m_buffer.size(), written);
+            m_isInside = step == outcome_t::going;
             m_isFull = m_isInside && written == m_buffer.size(); // there may be more of it
-            m_hasMember = m_hasMember || step == step_t::ended;
-            m_fault = step == step_t::damaged    ? damagedText
-                      : step == step_t::tooLarge ? "unpacking it takes too much memory"
-                                                 : "";
+            m_hasMember = m_hasMember || step == outcome_t::ended;
+            m_fault = step == outcome_t::damaged    ? damagedText
+                      : step == outcome_t::tooLarge ? "unpacking it takes too much memory"
+                                                    : "";
             if (written > 0) {
                 return {m_buffer.data(), written};
             }
@@ -377,8 +377,8 @@ std::string zipEndFault(std::string_view tail, std::size_t found) {
 // An archive, which the archive library reads.
 class archiveMembers_t : public members_t {
 public:
-    archiveMembers_t(content_t format, bytes_t& packed)
-        : m_isTar(format == content_t::tar), m_bytes{packed, m_isTar ? 0 : zipEndMost, {}},
+    archiveMembers_t(packing_t format, bytes_t& packed)
+        : m_isTar(format == packing_t::tar), m_bytes{packed, m_isTar ? 0 : zipEndMost, {}},
           m_archive(archive_read_new(), archive_read_free) {
         archive* const reader = m_archive.get();
         if (m_isTar) {
@@ -480,27 +480,27 @@ private:
 
 } // namespace
 
-content_t contentOf(std::string_view start, bool mayBeTar) {
+packing_t contentOf(std::string_view start, bool mayBeTar) {
     for (const magic_t& magic : magics) {
         const std::size_t known = std::min(start.size(), magic.bytes.size());
         if (std::equal(start.begin(), start.begin() + static_cast<std::ptrdiff_t>(known),
                        magic.bytes.begin(), fits)) {
-            return known == magic.bytes.size() ? magic.content : content_t::undecided;
+            return known == magic.bytes.size() ? magic.content : packing_t::undecided;
         }
     }
-    return mayBeTar ? tarOrText(start) : content_t::text;
+    return mayBeTar ? tarOrText(start) : packing_t::text;
 }
 
-std::unique_ptr<bytes_t> unpack(content_t format, bytes_t& packed) {
+std::unique_ptr<bytes_t> unpack(packing_t format, bytes_t& packed) {
     switch (format) {
-    case content_t::gzip: return std::make_unique<packedBytes_t<gzipCodec_t>>(packed);
-    case content_t::zstd: return std::make_unique<packedBytes_t<zstdCodec_t>>(packed);
-    case content_t::xz: return std::make_unique<packedBytes_t<xzCodec_t>>(packed);
-    case content_t::bzip2: return std::make_unique<packedBytes_t<bzip2Codec_t>>(packed);
+    case packing_t::gzip: return std::make_unique<packedBytes_t<gzipCodec_t>>(packed);
+    case packing_t::zstd: return std::make_unique<packedBytes_t<zstdCodec_t>>(packed);
+    case packing_t::xz: return std::make_unique<packedBytes_t<xzCodec_t>>(packed);
+    case packing_t::bzip2: return std::make_unique<packedBytes_t<bzip2Codec_t>>(packed);
     default: return std::make_unique<packedBytes_t<lz4Codec_t>>(packed);
     }
 }
 
-std::unique_ptr<members_t> openArchive(content_t format, bytes_t& archive) {
+std::unique_ptr<members_t> openArchive(packing_t format, bytes_t& archive) {
     return std::make_unique<archiveMembers_t>(format, archive);
 }

@@ -13,7 +13,7 @@
 
 namespace {
 
-constexpr std::size_t largeSize = 65536;
+constexpr std::size_t largeText = 65536;
 
 // A descriptor that is closed with its block.
 class opened_t {
@@ -144,7 +144,7 @@ void tableFiles_t::flush() {
 }
 
 void tableFiles_t::flushIfLarge(linesOfTable_t& table) {
-    if (table.lines.size() >= largeSize) {
+    if (table.lines.size() >= largeText) {
         flush(table);
     }
 }
