@@ -234,6 +234,13 @@ class Data(Test):
         self.assertEqual({strip["sender"]["type"]: strip["rate"] for strip in strips},
                          {"GGA": "0.5", "HDT": "0.5", "ZDA": ""})
 
+    def testSatellitesAreThinnedEvenly(self):
+        found = report(DATE + joined(b"$GPZDA,%s,14,03,2026,,*hh\n$GPGSV,1,1,01,05,40,090,44*hh\n" % second(time)
+                                     for time in range(0, 60000, 60)))
+        times = [place[0] for place in found["satellites"][0]["way"]]
+        self.assertTrue(60 <= len(times) <= 121, len(times))
+        self.assertEqual(len({later - earlier for earlier, later in zip(times[:-1], times[1:-1])}), 1)
+
     def testEachBeaconStandsInItsFrame(self):
         # 0.001 of a degree is 111.195 m on a sphere, and half of that to the east at 60 degrees north.
         vessel = b"$GPGGA,000001,6000.0,N,02000.0,E,4,08,0.9,10,M,46,M,,*hh\n"

@@ -257,6 +257,8 @@ class Colour(Test):
         self.assertEqual(table(width(0)), table(0))
         for less in 1, 5, 10:
             self.assertEqual(width(width(0) - less), width(0) - less)
+        self.assertIn("count", table(width(0)))
+        self.assertLessEqual(width(40), 40)
 
     def testWhen(self):
         write("log", b"$SDDPT,1,2*00\n")
