@@ -11,7 +11,7 @@ import subprocess
 import termios
 import unittest
 
-from kalo import HAS_TERMINALS, ROOT, TOOL, Test, run, write
+from kalo import HAS_TERMINALS, ROOT, TOOL, Test, completed, run, write
 
 OPTION = re.compile(r"^  (?:-\w, |    )(--[a-z-]+)", re.MULTILINE)
 PATH = f"{os.path.dirname(TOOL)}:{os.environ['PATH']}"
@@ -246,7 +246,7 @@ class Colour(Test):
 
     def testTablesFillTheTerminal(self):
         """Long texts are cut as far as the terminal needs."""
-        write("log", b"from the bridge, port side $SDDPT,1,2*54\n")
+        write("log", completed(b"from the bridge, port side $GPZDA,120000,14,03,2026,,*hh\n") * 2)
 
         def table(columns):
             return onTerminal([TOOL, "summary", "log"], columns, NO_COLOR="1").split("\r\n\r\n")[1]

@@ -116,6 +116,10 @@ class Words(Test):
                 ("fields qqqqq", "fields: no such record type: qqqqq; kalo fields lists them\n"),
                 ("fields GAG", "fields: no such record type: GAG; did you mean GGA?"),
                 ("encode", "encode: missing format (expected tss1)"),
+                ("decode --output-dir=", "decode: --output-dir: missing name of the folder"),
+                ("decode --format csv --output x --output-dir y",
+                 "decode: --output and --output-dir cannot be combined"),
+                ("decode --receive-time /etc/passwd", "decode: --receive-time: /etc/passwd is a file, not live "),
                 ("fields --toml", "fields: --toml: missing type"),
                 ("fields --toml GGA", "fields: --toml: kalo decodes GGA without a description"),
                 ("decode --output", "decode: --output: missing FILE"),
@@ -255,6 +259,17 @@ class Files(Test):
             found = [json.loads(line) for line in run(["check", "--json"], log + DEPTH)[1].splitlines()]
             self.assertEqual([(finding["kind"], finding["first"]["line"], finding["count"]) for finding in found],
                              [("missing-checksum", 1 + number, 1) for number in range(20)])
+
+    def testFindingsHaveAMostOfGroups(self):
+        log = DEPTH + "".join(f"$GP{number:05},1\n" for number in range(5000)).encode()
+        found = [json.loads(line) for line in run(["check", "--json"], log)[1].splitlines()]
+        self.assertEqual((len(found), sum(finding["count"] for finding in found)), (4096, 5000))
+
+    def testStreamsNearAPlace(self):
+        out = run(["summary", "--json", "--near", "50,8.7"],
+                  b"STR;A;a;RTCM 3.2;;2;GPS;x;DEU;50.10;8.70;0;0;g;none;N;N;9600;\r\nENDSOURCETABLE\r\n")[1]
+        near, = json.loads(out)["sourcetable"]["near"]
+        self.assertEqual((near["mountpoint"], round(near["distance"])), ("A", 11119))
 
     def testInputThatIsTheOutput(self):
         for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),

@@ -83,7 +83,6 @@ class positionBox_t {
 public:
     void add(double latitude, double longitude);
 
-    bool isEmpty() const { return m_isEmpty; }
     double south() const { return m_south; }
     double north() const { return m_north; }
     double west() const;

@@ -31,8 +31,6 @@ public:
     input_t& operator=(const input_t&) = delete;
     ~input_t() override;
 
-    const std::string& name() const { return m_name; }
-
     bool isRegular() const;
     /// Whether it is the regular file behind another descriptor.
     bool isSameFile(int descriptor) const;

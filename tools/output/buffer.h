@@ -13,8 +13,6 @@ public:
     std::string_view text() const { return {m_data.get(), m_size}; }
     std::size_t size() const { return m_size; }
     void clear() { m_size = 0; }
-    /// Drops everything after the first `size` characters.
-    void shorten(std::size_t size) { m_size = size; }
 
     /// Memory for at least `size` characters after the end.
     char* room(std::size_t size) {
