@@ -2,12 +2,14 @@
 
 #include <cmath>
 
+#include "kalo/time/calendar.h"
+
 namespace kalo {
 
 namespace {
 
 constexpr std::uint32_t gpsEpoch = 315964800; // Unix time of 1980-01-06
-constexpr std::uint32_t secondsOfDay = 86400;
+constexpr auto secondsOfDay = static_cast<std::uint32_t>(secondsPerDay);
 constexpr std::uint32_t secondsPerWeek = 604800;
 constexpr std::uint32_t leapWeeks = 256;
 constexpr std::uint32_t leapCycle = leapWeeks * secondsPerWeek;
