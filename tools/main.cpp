@@ -1,6 +1,7 @@
 // The command line of kalo.
 #include <csignal>
 #include <exception>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -33,6 +34,9 @@ int main(int argc, char** argv) {
     static_cast<void>(std::signal(SIGPIPE, SIG_IGN)); // a closed pipe shows when it is written to
     try {
         return runCommandLine({argv + 1, argv + argc});
+    } catch (const std::bad_alloc&) {
+        sayFault("out of memory");
+        return exitFailure;
     } catch (const std::exception& error) {
         sayFault(error.what());
         return exitFailure;

@@ -1,11 +1,13 @@
 """Several threads print what one prints: kalo decode --jobs. The tests in C++ cut smaller pieces."""
+import functools
 import gzip
 import os
+import resource
 import signal
 import time
 import unittest
 
-from kalo import ROOT, Test, Tool, completed, resetSignals, run, write
+from kalo import IS_SANITIZED, ROOT, Test, Tool, completed, resetSignals, run, write
 from files import tarOf
 
 VOYAGE = (ROOT / "examples/recordings/voyage.log").read_bytes()
@@ -98,6 +100,23 @@ class Jobs(Test):
         with open("/dev/full", "wb") as full:
             self.assertEqual(run(["decode", "-q", "--jobs", "2", "log"], stdout=full)[::2],
                              (1, "kalo: standard output: No space left on device\n"))
+
+    @unittest.skipIf(IS_SANITIZED, "a sanitizer needs memory without a limit")
+    def testOutOfMemory(self):
+        """Also of another thread: what came out before is whole lines."""
+        write("log", LARGE)
+        whole = run(["decode", "-q", "log"])[1]
+        messages = set()
+        for size in range(40 << 20, 120 << 20, 4 << 20):
+            limit = functools.partial(resource.setrlimit, resource.RLIMIT_AS, (size, size))
+            status, out, err = run(["decode", "-q", "--jobs", "2", "log"], preexec_fn=limit)
+            if status == 127:  # too little to load the program
+                continue
+            with self.subTest(size=size):
+                self.assertEqual((status, out == whole), (int(err != ""), err == ""))
+                self.assertTrue(whole.startswith(out) and (out + b"\n")[-1:] == b"\n")
+            messages.add(err)
+        self.assertEqual(messages, {"", "kalo: out of memory\n"})
 
 
 if __name__ == "__main__":

@@ -29,6 +29,7 @@ def hasTerminals():
 
 
 HAS_TERMINALS = hasTerminals()
+IS_SANITIZED = b"__asan_init" in pathlib.Path(TOOL).read_bytes()
 # The time zone must not matter. A sanitizer is to give back what was freed, so that what a run
 # needs of memory can be measured.
 ENVIRONMENT = dict(os.environ, TZ="XXX-14", ASAN_OPTIONS="quarantine_size_mb=1")

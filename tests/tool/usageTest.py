@@ -1,4 +1,5 @@
 """The words of the command line, the files that they name, and what is said of wrong ones."""
+import datetime
 import json
 import os
 import pathlib
@@ -125,6 +126,8 @@ class Words(Test):
                 ("decode --output", "decode: --output: missing FILE"),
                 ("decode --follow -", "decode: --follow: standard input is read until it ends; name a file"),
                 ("decode --follow /dev/null", "decode: --follow: /dev/null is not a regular file; pipes and "),
+                ("decode --sentences missing", "decode: --sentences: missing: No such file or directory\n"),
+                ("decode --sentences .", "decode: --sentences: .: Is a directory\n"),
                 ("track --every 5q", "track: --every: no such step: 5q (expected 10s or 50m)"),
                 ("track --tolerance -1", "track: --tolerance: not a number above 0: -1"),
                 ("encode foo", "encode: no such format: foo (expected tss1)"),
@@ -229,6 +232,15 @@ class Files(Test):
             "kalo: 5 records: 5 decoded; 1 blank line; satellite groups: 2 incomplete; "
             "1 record has a time but no date; give --date YYYY-MM-DD"]))
         self.assertEqual(run(["decode", "-q", "-t", "DPT", "--", "--help"]), (0, b"", ""))
+
+    def testTodayIsNear(self):
+        """With --date today a time of day is the instant that is nearest to now."""
+        for hours in -11, 0, 11:
+            wanted = datetime.datetime.now(datetime.timezone.utc) + datetime.timedelta(hours=hours)
+            line = b"$GPGLL,5000.0,N,00100.0,W,%s,A" % wanted.strftime("%H%M%S").encode()
+            _, out, _ = run(["decode", "--date", "today"], line)
+            found = datetime.datetime.fromisoformat(json.loads(out)["time"].replace("Z", "+00:00"))
+            self.assertLess(abs(found - wanted), datetime.timedelta(seconds=2), hours)
 
     def testStandardStreams(self):
         """Messages that cannot be written cost no record; other streams that fail are named."""
