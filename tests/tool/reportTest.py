@@ -356,6 +356,15 @@ class Bounds(Test):
         self.assertLess(sizeOfMore, 1.1 * size)
         self.assertLess(sizeOfMore, 5e6)
         self.assertLess(memoryOfMore, 1.2 * memory + 4000)
+        with open("page", encoding="utf-8") as file:
+            found = dataOf(file.read())
+        self.assertEqual([len(each["series"]) for each in found["panels"]], [8] * 4)
+        self.assertEqual([len(found["presence"]["strips"]), len(found["satellites"])], [64, 256])
+        self.assertEqual([len(table["rows"]) for table in found["tables"]], [500, 14, 1, 500, 1])
+
+    def testFindingsHaveAMost(self):
+        found = report(DATE + b"".join(b"$GP%05d,1\n" % number for number in range(600)))["findings"]
+        self.assertEqual((len(found["groups"]), found["undrawn"]), (500, 100))
 
 
 if __name__ == "__main__":

@@ -61,6 +61,27 @@ class Track(Test):
         self.assertEqual(lines, [[PLACES[i] for i in line] for line in LINES])
         self.assertEqual([each.text for each in root.iter(KML + "begin")][1], "2026-03-14T12:02:00Z")
 
+    def testQualities(self):
+        """GPX has words for two of them."""
+        for quality, word in (1, None), (2, "dgps"), (3, "pps"), (4, None):
+            log = completed(b"$GPGGA,120000,1000,N,01000,E,%d,08,0.9,10,M,46,M,,*hh\n" % quality)
+            root = xml.fromstring(track(log, "--format", "gpx"))
+            self.assertEqual([each.text for each in root.iter(GPX + "fix")], [word] if word else [])
+
+    def testWithoutADate(self):
+        log = completed(b"$GPGLL,1000,N,01000,E,120000,A*hh\n$GPGLL,1001,N,01000,E,120001,A*hh\n")
+        for form, element, times in (("gpx", GPX + "trkpt", GPX + "time"), ("kml", KML + "LineString", KML + "TimeSpan")):
+            root = xml.fromstring(track(log, "--format", form))
+            self.assertTrue(list(root.iter(element)))
+            self.assertEqual(list(root.iter(times)), [])
+
+    def testThereAndBack(self):
+        """Also where a line ends at its beginning, the farthest point stays."""
+        log = completed(b"".join(b"$GPGLL,1000.%02d,N,01000,E,12000%d,A*hh\n" % (minutes, second)
+                                 for second, minutes in enumerate((0, 30, 60, 30, 0))))
+        points = xml.fromstring(track(log, "--format", "gpx", "--tolerance", "5")).iter(GPX + "trkpt")
+        self.assertEqual([point.get("lat") for point in points], ["10.0000000", "10.0100000", "10.0000000"])
+
     def testThinning(self):
         # Along a meridian at 18.5 m/s, with one point 93 m to the side.
         log = completed(b"$GPZDA,120000,14,03,2026,,*hh\n" + b"".join(

@@ -110,8 +110,9 @@ class Words(Test):
                 ("decode --date 2014-08-01 --date 2014-08-02", "decode: --date is given more"),
                 ("decode --date 2014-02-29",
                  "decode: --date: no such date: 2014-02-29 (expected YYYY-MM-DD)"),
-                ("decode --date 2014-8-1", "decode: --date: no such date: 2014-8-1"),
-                ("decode --date 2014-08-01T", "decode: --date: no such date: 2014-08-01T"),
+                *((f"decode --date {day}", f"decode: --date: no such date: {day}")
+                  for day in ("2014-8-1", "2014-08-01T", "2100-02-29", "2014-04-31", "2014-00-01", "2014-13-01",
+                              "2014-01-00", "2014/08-01", "2014-08/01", "201x-08-01", "2014-x8-01", "2014-08-0/")),
                 ("decode --date=", "decode: --date: no such date: "),
                 ("decode --kind= -q", "decode: --kind: no such kind: "),
                 ("fields qqqqq", "fields: no such record type: qqqqq; kalo fields lists them\n"),
@@ -129,7 +130,14 @@ class Words(Test):
                 ("decode --sentences missing", "decode: --sentences: missing: No such file or directory\n"),
                 ("decode --sentences .", "decode: --sentences: .: Is a directory\n"),
                 ("track --every 5q", "track: --every: no such step: 5q (expected 10s or 50m)"),
-                ("track --tolerance -1", "track: --tolerance: not a number above 0: -1"),
+                ("track --every 5s --every 6s", "track: --every: two steps with one unit: 6s"),
+                ("track --every=", "track: --every: no such step:  (expected 10s or 50m)"),
+                *((f"track --tolerance {text}", f"track: --tolerance: not a number above 0: {text}")
+                  for text in ("-1", "0", "inf", "nan", "5x")),
+                *((f"summary --near {text}", f"summary: --near: no such place: {text} (expected degrees: ")
+                  for text in ("50", "91,0", "50,-181", "x,0", "50,y", "50,0,0")),
+                ("check --json --junit", "check: --json and --junit cannot be combined"),
+                ("check --output=", "check: --output: missing name of the file"),
                 ("encode foo", "encode: no such format: foo (expected tss1)"),
                 ("encode tss1 --raw", "encode: no such option: --raw"),
                 *((f"time --leap={leap} @0",
@@ -233,6 +241,10 @@ class Files(Test):
             "1 record has a time but no date; give --date YYYY-MM-DD"]))
         self.assertEqual(run(["decode", "-q", "-t", "DPT", "--", "--help"]), (0, b"", ""))
 
+    def testLeapDays(self):
+        for day in "2000-02-29", "2016-02-29":
+            self.assertEqual(run(["decode", "--date", day])[::2], (0, "kalo: 0 records\n"))
+
     def testTodayIsNear(self):
         """With --date today a time of day is the instant that is nearest to now."""
         for hours in -11, 0, 11:
@@ -277,11 +289,23 @@ class Files(Test):
         found = [json.loads(line) for line in run(["check", "--json"], log)[1].splitlines()]
         self.assertEqual((len(found), sum(finding["count"] for finding in found)), (4096, 5000))
 
+    def testSendersHaveAMost(self):
+        """Those beyond it count together: by their number, and by the length of their names."""
+        for prefixes, most in ([""] * 5000, 4096), ([f"{number:020000} " for number in range(300)], 210):
+            log = "".join(f"{prefix}$GP{number:05},1\n" for number, prefix in enumerate(prefixes)).encode()
+            senders = json.loads(run(["summary", "--json"], log)[1])["senders"]
+            self.assertEqual((len(senders), senders[-1]["type"], sum(sender["count"] for sender in senders)),
+                             (most, "", len(prefixes)))
+
     def testStreamsNearAPlace(self):
-        out = run(["summary", "--json", "--near", "50,8.7"],
-                  b"STR;A;a;RTCM 3.2;;2;GPS;x;DEU;50.10;8.70;0;0;g;none;N;N;9600;\r\nENDSOURCETABLE\r\n")[1]
-        near, = json.loads(out)["sourcetable"]["near"]
-        self.assertEqual((near["mountpoint"], round(near["distance"])), ("A", 11119))
+        """The nearest ten of those that say where they are."""
+        stream = "STR;%s;a;RTCM 3.2;;2;GPS;x;DEU;%s;8.70;0;0;g;none;N;N;9600;\r\n"
+        table = stream % ("A", "") + "".join(stream % (f"M{i}", 50 + i * 7 % 12 / 100) for i in range(12))
+        out = run(["summary", "--json", "--near", "50,8.7"], (table + "ENDSOURCETABLE\r\n").encode())[1]
+        near = json.loads(out)["sourcetable"]["near"]
+        self.assertEqual([each["mountpoint"] for each in near], [f"M{i * 7 % 12}" for i in range(10)])
+        for number, each in enumerate(near):
+            self.assertAlmostEqual(each["distance"], number * 1111.95, delta=1)
 
     def testInputThatIsTheOutput(self):
         for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),
