@@ -133,6 +133,9 @@ class Output(Test):
         os.chmod(write("out", b"old"), 0o600)
         self.assertEqual(run(["decode", "-q", "-o", "out", "log"])[0], 0)
         self.assertEqual(os.stat("out").st_mode & 0o777, 0o600)
+        os.umask(mask := os.umask(0))
+        self.assertEqual(run(["decode", "-q", "-o", "new"], DEPTH)[0], 0)
+        self.assertEqual(os.stat("new").st_mode & 0o777, 0o666 & ~mask)
 
     def testPartIsNoFile(self):
         """The message names the file that cannot be written."""

@@ -358,9 +358,16 @@ class Bounds(Test):
         self.assertLess(memoryOfMore, 1.2 * memory + 4000)
         with open("page", encoding="utf-8") as file:
             found = dataOf(file.read())
-        self.assertEqual([len(each["series"]) for each in found["panels"]], [8] * 4)
+        self.assertEqual([(len(each["series"]), each["undrawn"]) for each in found["panels"]], [(8, 120)] * 4)
         self.assertEqual([len(found["presence"]["strips"]), len(found["satellites"])], [64, 256])
         self.assertEqual([len(table["rows"]) for table in found["tables"]], [500, 14, 1, 500, 1])
+
+    def testSeriesHaveAMost(self):
+        """512 series are kept, 8 of each plot are drawn, and the strips of 64 senders."""
+        found = report(DATE + b"".join(b"p%d " % i + headings([i], date=b"") for i in range(200)))
+        self.assertEqual(found["unkeptSeries"], 4 * 200 + 1 - 512)
+        self.assertEqual([each["undrawn"] for each in found["panels"]], [0, 119, 120, 120, 120])
+        self.assertEqual((len(found["presence"]["strips"]), found["presence"]["undrawn"]), (64, 202 - 64))
 
     def testFindingsHaveAMost(self):
         found = report(DATE + b"".join(b"$GP%05d,1\n" % number for number in range(600)))["findings"]

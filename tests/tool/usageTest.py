@@ -297,6 +297,18 @@ class Files(Test):
             self.assertEqual((len(senders), senders[-1]["type"], sum(sender["count"] for sender in senders)),
                              (most, "", len(prefixes)))
 
+    def testSatelliteSystems(self):
+        """By the talker, and of GPS and of all together by the number."""
+        for talker, number, system in (
+                ("GP", 1, "GPS"), ("GP", 32, "GPS"), ("GP", 33, "SBAS"), ("GN", 64, "SBAS"), ("GN", 65, "GLONASS"),
+                ("GN", 96, "GLONASS"), ("GN", 97, "GN"), ("GN", 119, "GN"), ("GN", 120, "SBAS"), ("GP", 158, "SBAS"),
+                ("GP", 159, "GP"), ("GP", 192, "GP"), ("GP", 193, "QZSS"), ("GP", 202, "QZSS"), ("GP", 203, "GP"),
+                ("GL", 1, "GLONASS"), ("GA", 1, "Galileo"), ("GB", 1, "BeiDou"), ("BD", 1, "BeiDou"),
+                ("GQ", 1, "QZSS"), ("QZ", 1, "QZSS"), ("GI", 1, "NavIC"), ("XX", 1, "XX")):
+            log = completed(f"${talker}GSV,1,1,01,{number},40,90,44*hh\n".encode())
+            signal, = json.loads(run(["summary", "--json"], log)[1])["signals"]
+            self.assertEqual(signal["system"], system, (talker, number))
+
     def testStreamsNearAPlace(self):
         """The nearest ten of those that say where they are."""
         stream = "STR;%s;a;RTCM 3.2;;2;GPS;x;DEU;%s;8.70;0;0;g;none;N;N;9600;\r\n"
