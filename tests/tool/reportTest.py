@@ -320,6 +320,20 @@ class Page(Test):
             status, out, err = run(["report", *arguments])
             self.assertEqual((status, out), (2, b""), arguments)
 
+    def testMostValuesComeFirst(self):
+        """A single value is drawn only where there are no more."""
+        lines = [prefix + b" $GPTHS,10,A*hh" for prefix in (b"a", b"b", b"c", b"d", b"b", b"d", b"b", b"a", b"d", b"b")]
+        clock = [b"$GPZDA,0000%02d,14,03,2026,,*hh\n%s\n" % pair for pair in enumerate(lines)]
+        found = report(joined(clock))
+        panel, = found["panels"]
+        self.assertEqual([(each["sender"]["prefix"], each["count"]) for each in panel["series"]],
+                         [("b", 4), ("d", 3), ("a", 2)])
+        self.assertEqual(panel["undrawn"], 1)
+        self.assertEqual([(each["sender"]["prefix"], each["count"]) for each in found["presence"]["strips"]],
+                         [("", 10), ("b", 4), ("d", 3), ("a", 2), ("c", 1)])
+        panel, = report(joined(clock[:4]))["panels"]
+        self.assertEqual([each["sender"]["prefix"] for each in panel["series"]], ["a", "b", "c", "d"])
+
     def testEmptyInput(self):
         found = report(b"")
         self.assertEqual((found["panels"], found["track"]["lines"], found["findings"]["groups"]),
