@@ -7,7 +7,6 @@ import re
 import subprocess
 import sys
 import unittest
-import xml.etree.ElementTree
 
 import records
 from kalo import HAS_TERMINALS, ROOT, Test, completed, run, write
@@ -266,58 +265,6 @@ class Files(Test):
                          (1, b"", "kalo: standard output: Bad file descriptor\n"))
         self.assertEqual(run(["decode", "-q", "-", "ok"], preexec_fn=lambda: close(0)),
                          (1, expected[:len(expected) // 2], "kalo: -: Bad file descriptor\n"))
-
-    def testBuildServersSeeWhatIsMissing(self):
-        write("log", completed(b"$SDDPT,1*hh\n") + b"x\n")
-        status, out, _ = run(["check", "--junit", "--ignore", "silence", "log", "missing"])
-        suite = xml.etree.ElementTree.fromstring(out)
-        marked = {case.get("name"): [mark.tag for mark in case] for case in suite if len(case)}
-        self.assertEqual((status, marked), (1, {"not-a-known-record": ["failure"], "silence": ["skipped"],
-                                                "inputs-are-read": ["error"]}))
-        self.assertEqual([suite.get(key) for key in ("tests", "failures", "errors", "skipped")],
-                         [str(len(suite)), "1", "1", "1"])
-
-    def testLongSentencesWithoutAChecksumStayApart(self):
-        for name in "GPX", "X" * 390:
-            log = "".join(f"${name}{letter},{'1' * 9000}\n" for letter in "ABCDEFGHIJKLMNOPQRST").encode()
-            found = [json.loads(line) for line in run(["check", "--json"], log + DEPTH)[1].splitlines()]
-            self.assertEqual([(finding["kind"], finding["first"]["line"], finding["count"]) for finding in found],
-                             [("missing-checksum", 1 + number, 1) for number in range(20)])
-
-    def testFindingsHaveAMostOfGroups(self):
-        log = DEPTH + "".join(f"$GP{number:05},1\n" for number in range(5000)).encode()
-        found = [json.loads(line) for line in run(["check", "--json"], log)[1].splitlines()]
-        self.assertEqual((len(found), sum(finding["count"] for finding in found)), (4096, 5000))
-
-    def testSendersHaveAMost(self):
-        """Those beyond it count together: by their number, and by the length of their names."""
-        for prefixes, most in ([""] * 5000, 4096), ([f"{number:020000} " for number in range(300)], 210):
-            log = "".join(f"{prefix}$GP{number:05},1\n" for number, prefix in enumerate(prefixes)).encode()
-            senders = json.loads(run(["summary", "--json"], log)[1])["senders"]
-            self.assertEqual((len(senders), senders[-1]["type"], sum(sender["count"] for sender in senders)),
-                             (most, "", len(prefixes)))
-
-    def testSatelliteSystems(self):
-        """By the talker, and of GPS and of all together by the number."""
-        for talker, number, system in (
-                ("GP", 1, "GPS"), ("GP", 32, "GPS"), ("GP", 33, "SBAS"), ("GN", 64, "SBAS"), ("GN", 65, "GLONASS"),
-                ("GN", 96, "GLONASS"), ("GN", 97, "GN"), ("GN", 119, "GN"), ("GN", 120, "SBAS"), ("GP", 158, "SBAS"),
-                ("GP", 159, "GP"), ("GP", 192, "GP"), ("GP", 193, "QZSS"), ("GP", 202, "QZSS"), ("GP", 203, "GP"),
-                ("GL", 1, "GLONASS"), ("GA", 1, "Galileo"), ("GB", 1, "BeiDou"), ("BD", 1, "BeiDou"),
-                ("GQ", 1, "QZSS"), ("QZ", 1, "QZSS"), ("GI", 1, "NavIC"), ("XX", 1, "XX")):
-            log = completed(f"${talker}GSV,1,1,01,{number},40,90,44*hh\n".encode())
-            signal, = json.loads(run(["summary", "--json"], log)[1])["signals"]
-            self.assertEqual(signal["system"], system, (talker, number))
-
-    def testStreamsNearAPlace(self):
-        """The nearest ten of those that say where they are."""
-        stream = "STR;%s;a;RTCM 3.2;;2;GPS;x;DEU;%s;8.70;0;0;g;none;N;N;9600;\r\n"
-        table = stream % ("A", "") + "".join(stream % (f"M{i}", 50 + i * 7 % 12 / 100) for i in range(12))
-        out = run(["summary", "--json", "--near", "50,8.7"], (table + "ENDSOURCETABLE\r\n").encode())[1]
-        near = json.loads(out)["sourcetable"]["near"]
-        self.assertEqual([each["mountpoint"] for each in near], [f"M{i * 7 % 12}" for i in range(10)])
-        for number, each in enumerate(near):
-            self.assertAlmostEqual(each["distance"], number * 1111.95, delta=1)
 
     def testInputThatIsTheOutput(self):
         for words, name in ((["decode", "-q", "log"], "log"), (["encode", "tss1", "log"], "log"),
