@@ -21,6 +21,10 @@ void requireXml(std::string_view text) {
             std::all_of(content.begin(), content.end(),
                         [](char c) { return static_cast<unsigned char>(c) >= ' ' || c == '\n'; }),
             "no control characters");
+        for (std::size_t at = text.find('&'); at < std::min(begin, text.size());
+             at = text.find('&', at + 1)) {
+            require(text.find(';', at) - at < 8, "an ampersand begins a reference");
+        }
         require(!open.empty() || content.find_first_not_of('\n') == std::string_view::npos,
                 "no text outside the root");
         if (begin == std::string_view::npos) {
@@ -46,6 +50,14 @@ void requireXml(std::string_view text) {
     require(hasRoot && open.empty(), "all elements end");
 }
 
+// Lines of printable characters.
+void requireText(const std::string& text) {
+    require(std::all_of(text.begin(), text.end(),
+                        [](unsigned char c) { return c == '\n' || (c >= ' ' && c != 0x7F); }),
+            "no control characters");
+    static_cast<void>(nlohmann::json(text).dump()); // which throws unless it is UTF-8
+}
+
 template <typename Options>
 Options optionsOf(const fuzz::memoryFile_t& file) {
     static const auto dictionary = std::make_shared<dictionaryHolder_t>();
@@ -67,14 +79,18 @@ void fuzz::answers(std::string_view input) {
         requireJson(text);
     }
     require(summary.asJson || text.substr(0, 5) == "input", "a page");
+    requireText(text);
 
     auto check = optionsOf<checkCommandOptions_t>(file);
     check.printsEach = random() % 2 == 0;
-    check.format = random() % 2 == 0 ? checkFormat_t::json : checkFormat_t::junit;
+    constexpr checkFormat_t checkFormats[] = {checkFormat_t::json, checkFormat_t::junit,
+                                              checkFormat_t::text};
+    check.format = checkFormats[random() % 3];
     const std::string findings = printed(checkCommand, check);
+    requireText(findings);
     if (check.format == checkFormat_t::json) {
         requireJsonLines(findings);
-    } else {
+    } else if (check.format == checkFormat_t::junit) {
         requireXml(findings);
     }
 

@@ -133,8 +133,14 @@ def archives(data):
         yield pack(b"") + pack(data[:40]) + b"\0\0" + pack(data[40:])
 
 
+def longLines():
+    """Lines are read no further than 64 KiB."""
+    return [*logs(), b"x" * 70000 + b"\r\n" + VOYAGE.read_bytes()[:500],
+            b"2026-03-14T23:59:58Z $GPXYZ" + b",1" * 40000 + b"*00\r\n$GPHDT,1,T\r\n"]
+
+
 SAMPLES = {
-    "answers": logs, "pipeline": logs, "report": logs, "splitting": logs,
+    "answers": logs, "pipeline": longLines, "report": logs, "splitting": longLines,
     "packed": lambda: archives(VOYAGE.read_bytes()[:1000]),
     "framing": sentences, "views": sentences,
     "gsvSet": lambda: [b"".join(list(some(rb"(\$..GSV)", 12)))] + list(some(rb"(\$..GSV)", 12)),

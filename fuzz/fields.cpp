@@ -125,8 +125,9 @@ void fuzz::fields(std::string_view input) {
     }
     unsigned address = 0;
     unsigned byStream = 0;
-    require(readAddress(std::string(input), byStream) == field.decodeIpv4Address(address) &&
-                (address == 0 || address == byStream),
+    const bool isAddress = field.decodeIpv4Address(address);
+    require(readAddress(std::string(input), byStream) == isAddress &&
+                (!isAddress || address == byStream),
             "the address of the stream");
     if (check(field, &nmeaField_t::decodeIpv4Address, address)) {
         std::ostringstream text;

@@ -96,7 +96,9 @@ void checkTables(std::string_view input, const readOptions_t& read, const tableO
             table.writer = std::make_unique<tableWriter_t>(std::move(records), options);
             table.writer->writeHead(table.text);
         }
+        const std::size_t begin = table.text.size();
         table.writer->write(record, "a log, \"quoted\"", scratch, table.text);
+        require(table.text.size() > begin, "a row for each record");
     });
     for (const auto& [name, table] : tables) {
         requireTable(table.text.text(), options.format, table.columns);

@@ -17,7 +17,7 @@ std::uint64_t beginWithOne = 0;
 std::uint64_t holdOne = 0;
 
 void printShares() {
-    static_cast<void>(std::fprintf(stderr,
+    static_cast<void>(std::fprintf(stdout, // not to where the messages of commands go
                                    "inputs that begin with a well-formed sentence: %" PRIu64
                                    ", that hold one: %" PRIu64 ", of %" PRIu64 "\n",
                                    beginWithOne, holdOne, inputs));

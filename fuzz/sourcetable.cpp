@@ -80,6 +80,13 @@ void checkRecord(const std::string& line, kalo::ntripStreamDecoder_t& used) {
 } // namespace
 
 void fuzz::sourcetable(std::string_view input) {
+    for (std::size_t begin = 0; begin < input.size();) { // in place, where nothing lies behind it
+        auto length = static_cast<unsigned>(input.size() - begin);
+        kalo::decodeNtripRecordType(input.data() + begin, length);
+        kalo::ntripStreamDecoder_t record;
+        record.init(input.data() + begin, static_cast<unsigned>(input.size() - begin));
+        begin += length > 0 ? length : input.size();
+    }
     std::string buffer(input);
     std::vector<sentLine_t> lines;
     takeLines(buffer, lines);

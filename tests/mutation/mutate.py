@@ -169,7 +169,11 @@ def main():
               for change in changes((ROOT / file).read_text())
               if not options.changes or re.search(options.changes, described(file, change))]
     random.Random(options.seed).shuffle(places)
-    equivalent = EQUIVALENT.read_text().split("\n") if EQUIVALENT.exists() else []
+    equivalent = EQUIVALENT.read_text().split("\n")
+    possible = {described(file, change) for file, change in places if file in EQUIVALENT.read_text()}
+    for line in equivalent:
+        if line.split(":")[0] in files and not options.changes and line not in possible:
+            print(f"listed, but not found in the code: {line}", flush=True)
     fates = collections.Counter()
 
     def attempt(place):

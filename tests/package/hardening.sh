@@ -18,6 +18,11 @@ for file; do
     require "table of addresses that is read-only" "$headers" 'GNU_RELRO'
     require "binding at the start" "$headers" 'BIND_NOW|FLAGS_1.*NOW'
     require "protection of the stack" "$symbols" '__stack_chk_fail'
+    # The start code of the compiler brings a few of the marks that -fcf-protection makes.
+    if [ "$(uname -m)" = x86_64 ] && [ "$(objdump --disassemble "$file" | grep -c endbr64)" -lt 100 ]; then
+        echo "$name: targets of jumps without marks" >&2
+        status=1
+    fi
     if printf '%s\n' "$headers" | grep -Eq 'LOAD.* RWE '; then
         echo "$name: memory that can be written and executed" >&2
         status=1

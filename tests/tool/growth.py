@@ -25,7 +25,8 @@ PARTS = (b"$", b"!", b"\\", b"*", b"*hh", b"*4", b",", b";", b":", b" ", b"\t", 
 COMMANDS = (["decode", "-q"], ["decode", "-q", "--strict"], ["decode", "-q", "--kind", "tss1"],
             ["decode", "-q", "--kind", "ats"], ["decode", "-q", "--kind", "ntrip"],
             ["decode", "-q", "--format", "csv", "-t", "GGA"], ["summary"], ["check"],
-            ["check", "--each"], ["track"], ["encode", "tss1"], ["time"])
+            ["check", "--each"], ["check", "--junit"], ["track"], ["track", "--format", "gpx"],
+            ["track", "--format", "kml"], ["report"], ["encode", "tss1"], ["time"])
 SLOWEST = ((["decode", "-q"], (b"", b":", LONG)),
            (["decode", "-q", "--format", "csv", "-t", "GGA"], (b"", b":", LONG)),
            (["check"], (b"", b":1", LONG)), (["summary"], (b"", b":$", LONG)),
@@ -39,11 +40,10 @@ def seconds(words, data):
         file.write(data)
         file.seek(0)
         before = resource.getrusage(resource.RUSAGE_CHILDREN)
-        try:
-            subprocess.run([kalo.TOOL, *words], stdin=file, stdout=subprocess.DEVNULL,
-                           stderr=subprocess.DEVNULL, timeout=100, check=False)
-        except subprocess.TimeoutExpired:
-            pass
+        status = subprocess.run([kalo.TOOL, *words], stdin=file, stdout=subprocess.DEVNULL,
+                                stderr=subprocess.DEVNULL, timeout=100, check=False).returncode
+        if status not in (0, 1):
+            sys.exit(f"{' '.join(words)}: status {status}")
         after = resource.getrusage(resource.RUSAGE_CHILDREN)
     return after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
 

@@ -92,6 +92,7 @@ class Track(Test):
                 (["--every", "15s"], [0, 15, 30]),
                 (["--every", "200m"], [0, 11, 22, 33]),
                 (["--every", "8s", "--every", "200m"], [0, 11, 22, 33]),
+                (["--tolerance", "1"], [0, 19, 20, 21, 39]),
                 (["--tolerance", "5"], [0, 19, 20, 21, 39]),
                 (["--tolerance", "100"], [0, 39])):
             with self.subTest(options):
