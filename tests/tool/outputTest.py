@@ -127,6 +127,17 @@ class Output(Test):
         self.assertTrue(os.path.islink("link"))
         self.assertEqual(os.listdir("folder"), ["out"])
 
+    def testTextOutsideAscii(self):
+        """UTF-8 comes out as it is, from the first character of each length to the last, and other bytes as \\xHH."""
+        for text in (b"\xC2\x80", b"\xDF\xBF", b"\xE0\xA0\x80", b"\xED\x9F\xBF", b"\xEE\x80\x80", b"\xEF\xBF\xBF",
+                     b"\xF0\x90\x80\x80", b"\xF4\x8F\xBF\xBF"):
+            _, out, _ = run(["decode", "-q"], b"$GPTXT,01,01,01,%b\r\n" % text)
+            self.assertEqual(json.loads(out)["text"], text.decode())
+        for text in (b"\x80", b"\xBF", b"\xC1\xBF", b"\xE0\x9F\xBF", b"\xED\xA0\x80", b"\xF0\x8F\xBF\xBF",
+                     b"\xF4\x90\x80\x80", b"\xF5\x80\x80\x80", b"\xC2", b"\xE1\x80", b"\xF1\x80\x80"):
+            _, out, _ = run(["decode", "-q"], b"$GPTXT,01,01,01,%b\r\n" % text)
+            self.assertEqual(json.loads(out)["text"], "".join(f"\\x{byte:02X}" for byte in text))
+
     def testPermissions(self):
         """A file that only its owner may read stays so."""
         write("log", DEPTH)
