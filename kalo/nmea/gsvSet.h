@@ -43,7 +43,8 @@ public:
     ///
     /// Sentence number 1 starts a new group, whatever came before it. Any other must be the next
     /// one of its group and repeat its counts. A sentence whose counts cannot be read is refused.
-    /// Satellites whose angles are missing or out of range are left out.
+    /// Satellites whose angles are missing or out of range are left out. If memory runs out, the
+    /// same sentence can be offered once more.
     bool decode(const gsvMsg_t& msg);
 
     /// Whether the last sentence of the group was accepted and the set holds as many satellites as

@@ -22,7 +22,8 @@ public:
     nmeaField_t(const char* data, std::size_t length);
     explicit nmeaField_t(const std::string& text);
 
-    /// Replaces the text with a copy of the `length` bytes at `data`.
+    /// Replaces the text with a copy of the `length` bytes at `data`. If memory runs out, here or
+    /// in an assignment, the field keeps the text that it had.
     void init(const char* data, std::size_t length);
     nmeaField_t& operator=(const std::string& text);
 

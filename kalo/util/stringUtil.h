@@ -22,7 +22,8 @@ KALO_EXPORT std::string toUpper(const std::string& text);
 /// text, and by "-" before an unsigned number.
 ///
 /// Numbers are read as a stream with the global locale reads them; the library never changes that
-/// locale.
+/// locale. If memory runs out while a stream reads, the result is false, as for a text that is no
+/// number.
 /// @{
 KALO_EXPORT bool decode(const std::string& text, unsigned short& out, int base);
 KALO_EXPORT bool decode(const std::string& text, short& out, int base);
@@ -34,8 +35,8 @@ KALO_EXPORT bool decode(const std::string& text, unsigned long long& out, int ba
 
 /// @name Decimal numbers
 /// Read the whole of `text` as a sign, digits with at most one ".", and an exponent; sign and
-/// exponent may be missing. "inf", "nan" and hexadecimal notation are refused. White space, `out`
-/// and the locale as for integers.
+/// exponent may be missing. "inf", "nan" and hexadecimal notation are refused. White space, `out`,
+/// the locale and memory that runs out as for integers.
 /// @{
 KALO_EXPORT bool decode(const std::string& text, float& out);
 KALO_EXPORT bool decode(const std::string& text, double& out);

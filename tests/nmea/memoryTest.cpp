@@ -63,6 +63,7 @@ TEST(memory, decodingAllocatesTheViewAlone) {
         std::unique_ptr<nmeaMsg_t> view;
         const long made = allocations::of([&] { view.reset(nmeaMsg_t::create(format)); });
         EXPECT_EQ(made, view != nullptr ? 1 : 0) << text;
+        failEach(made, [&](auto fail) { fail([&] { delete nmeaMsg_t::create(format); }); });
         record_t record;
         record.type = typeOfSentence(format.type());
         record.content = &format;
@@ -116,10 +117,9 @@ TEST(memory, everyAllocationMayFail) {
     failEach(4, [&](auto fail) { fail([&] { static_cast<void>(nmeaFormat_t(format)); }); });
 }
 
-TEST(memory, everyAllocationOfAViewAndASetMayFail) {
+TEST(memory, everyAllocationOfASetMayFail) {
     const nmeaFormat_t one = framed("$GPGSV,2,1,4,1,10,20,30,2,10,20,30");
     const nmeaFormat_t two = framed("$GPGSV,2,2,4,3,10,20,30,4,10,20,30");
-    failEach(1, [&](auto fail) { fail([&] { delete nmeaMsg_t::create(one); }); });
     failEach(1, [](auto fail) { fail([] { kalo::gsvSet_t(); }); });
     failEach(1, [](auto fail) { fail([] { kalo::timeContext_t(); }); });
     failEach(2, [&](auto fail) {
@@ -129,6 +129,11 @@ TEST(memory, everyAllocationOfAViewAndASetMayFail) {
         EXPECT_NE(set.isComplete(), failed);
         EXPECT_EQ(set.decode(gsvMsg_t(two)), failed); // the sentence once more
         EXPECT_TRUE(set.isComplete() && set.sats().size() == 4);
+    });
+    failEach(2, [&](auto fail) {
+        kalo::gsvSet_t set;
+        fail([&] { set.decode(gsvMsg_t(one)); });
+        EXPECT_TRUE(set.decode(gsvMsg_t(one)) && set.sats().size() == 2);
     });
     const nmeaFormat_t gsa = framed("$GPGSA,A,3,02,05,07,12,15,25,29,30,31,32,33,34,1,2,3,1");
     failEach(1, [&](auto fail) {
@@ -149,6 +154,7 @@ TEST(memory, everyAllocationOfAFieldMayFail) {
     const kalo::nmeaField_t field(text);
     failEach(1, [&](auto fail) { fail([&] { kalo::nmeaField_t(text.data(), text.size()); }); });
     failEach(1, [&](auto fail) { fail([&] { kalo::nmeaField_t{text}; }); });
+    failEach(1, [&](auto fail) { fail([&] { static_cast<void>(kalo::nmeaField_t(field)); }); });
     const auto check = [&](auto action) {
         failEach(1, [&](auto fail) {
             kalo::nmeaField_t target(std::string("short"));
@@ -161,17 +167,50 @@ TEST(memory, everyAllocationOfAFieldMayFail) {
     check([&](kalo::nmeaField_t& target) { target = field; });
 }
 
+// A text that could not be copied out leaves `out` as it was.
+TEST(memory, everyAllocationOfATextMayFail) {
+    const std::string line = "16 NOV 2026 21:41:01:250 E:one-long-enough-to-need-memory";
+    const kalo::atsAsciiMsg_t record(line.data(), line.size());
+    const kalo::nmeaField_t field{std::string(longText)};
+    const auto check = [](const char* text, auto decode) {
+        failEach(1, [&](auto fail) {
+            std::string out = "short";
+            const bool failed = fail([&] { decode(out); });
+            EXPECT_EQ(out, failed ? "short" : text);
+        });
+    };
+    check(longText, [&](std::string& out) { field.decode(out); });
+    check("one-long-enough-to-need-memory", [&](std::string& out) { record.decodeField(11, out); });
+    check("one-long-enough-to-need-memory", [&](std::string& out) { record.decodeErrorCode(out); });
+}
+
+TEST(memory, writingToABufferAllocatesNothing) {
+    char bytes[16] = {};
+    EXPECT_EQ(allocations::of([&] {
+                  kalo::bufferStream_t stream(bytes, sizeof bytes);
+                  stream << longText << 4.5;
+                  EXPECT_EQ(stream.written(), sizeof bytes);
+              }),
+              0);
+}
+
 // No number comes out: by the exception, or, while a stream reads, because it swallows the
 // exception and takes the text for one that is no number.
 TEST(memory, everyAllocationOfANumberMayFail) {
-    for (const char* const text : {"+1.5", "+17", "\t1e-3", "12345678901234567890.5"}) {
+    const auto check = [](const std::string& text, auto number, auto... base) {
         int readings = 0;
         failEach(1, [&](auto fail) {
-            double number = 0;
-            fail([&] { readings += kalo::decode(text, number) ? 1 : 0; });
+            fail([&] { readings += kalo::decode(text, number, base...) ? 1 : 0; });
         });
         EXPECT_EQ(readings, 1) << text; // the last time, when nothing failed
+    };
+    const std::string longNumber = "+" + std::string(40, '0') + "7";
+    for (const std::string& text : {std::string("+1.5"), std::string("\t1e-3"), longNumber}) {
+        check(text, 0.0);
+        check(text, 0.0F);
     }
+    check(longNumber, 0, 10);
+    check(longNumber, 0ULL, 16);
 }
 
 // The texts of a tracking record, those of its slots from 4 on.
