@@ -1,8 +1,11 @@
-// Holds the record table, and with it the accessors, to the fields that each row names: fields of
-// sample records are changed one at a time.
+// Holds the record table, and with it the accessors, to the fields that each row names, and lines
+// to their checksums: fields and bytes of sample records are changed one at a time, and records are
+// cut.
 #include <algorithm>
+#include <cctype>
 #include <fstream>
 
+#include "kalo/util/stringUtil.h"
 #include "tests/nmea/recordValues.h"
 
 namespace {
@@ -202,24 +205,129 @@ TEST(perturbation, anotherByteChangesOnlyTheValuesOfItsField) {
     }
 }
 
-// Every prefix. A motion record has all its columns or no value.
-TEST(perturbation, shortRecordsKeepTheirWholeFields) {
+// Every prefix, and every byte changed to others that mean something. A motion record has all its
+// columns or no value.
+TEST(perturbation, cutAndDamagedRecordsKeepTheFieldsBefore) {
     for (typeIndex_t type = 0; type < recordTypeCount; ++type) {
+        const bool hasColumns = type == typeOf<motionRecord_t>;
+        const bool isTracking = type == typeOf<trackingRecord_t>;
         for (const std::string& sample : samplesOf(recordTypes[type].name)) {
             const std::vector<span_t> fields = fieldsOf(type, sample);
             const values_t values = valuesOf(type, sample);
-            const bool hasColumns = type == typeOf<motionRecord_t>;
+            const std::string line = type < sentenceCount || isTracking ? sample : sample + "\r\n";
             std::size_t whole = 0;
-            for (std::size_t length = 1; length < sample.size(); ++length) {
-                whole += fields[whole].begin + fields[whole].length < length ? 1 : 0;
-                const values_t left = valuesOf(type, sample.substr(0, length));
+            const auto check = [&](const std::string& text) {
+                const values_t left = valuesOf(type, text);
+                const bool isNone = hasColumns && (text.size() < sample.size() || text[0] != ':');
                 for (const recordType_t::row_t& row : recordTypes[type]) {
-                    const bool isWhole = !hasColumns && row.fields != 0 && row.fields >> whole == 0;
-                    EXPECT_TRUE(hasColumns ? left.at(row.name).empty()
-                                           : !isWhole || left.at(row.name) == values.at(row.name))
-                        << row.name << " of " << length << " bytes: " << sample;
+                    const bool isWhole = row.fields != 0 && row.fields >> whole == 0;
+                    ASSERT_TRUE(isNone ? left.at(row.name).empty()
+                                       : !isWhole || left.at(row.name) == values.at(row.name))
+                        << row.name << ": " << testing::PrintToString(text);
                 }
+            };
+            for (std::size_t at = 0; at < line.size(); ++at) {
+                whole += fields[whole].begin + fields[whole].length < at ? 1 : 0;
+                check(line.substr(0, at));
+                if (whole < fields.size() && at < fields[whole].begin) {
+                    continue; // in a tag, which may become the one of an earlier value
+                }
+                std::string changed = line;
+                for (const char byte : {'\0', ' ', ',', ';', '*', '$', ':', '\r', '\n', '0', 'A',
+                                        '\xFF', static_cast<char>(line[at] ^ 1)}) {
+                    changed[at] = byte;
+                    if (byte != line[at]) {
+                        check(changed);
+                    }
+                }
+                ASSERT_FALSE(HasFatalFailure());
             }
+        }
+    }
+}
+
+struct line_t {
+    typeIndex_t type;
+    std::string text;
+};
+
+/// All samples that can have a checksum, with it and the line end.
+std::vector<line_t> linesWithChecksum() {
+    std::vector<line_t> lines;
+    for (typeIndex_t type = 0; type < recordTypeCount; ++type) {
+        const bool isTracking = type == typeOf<trackingRecord_t>;
+        if (type >= sentenceCount && !isTracking) {
+            continue;
+        }
+        const strings_t samples = samplesOf(recordTypes[type].name);
+        EXPECT_FALSE(samples.empty()) << recordTypes[type].name << " has no samples";
+        for (const std::string& sample : samples) {
+            // of a tracking record the first byte is covered as well
+            lines.push_back(
+                {type, isTracking ? sentence('$' + sample).substr(1) : sentence(sample)});
+        }
+    }
+    return lines;
+}
+
+constexpr std::size_t endLength = 5; // of "*", two digits, CR and LF
+
+bool isSameNumber(const std::string& left, const std::string& right) {
+    unsigned numbers[2] = {0, 1};
+    return kalo::decode(left, numbers[0], 16) && kalo::decode(right, numbers[1], 16) &&
+           numbers[0] == numbers[1];
+}
+
+/// Whether `text`, which differs from the line in the byte at `at`, may pass for an intact one. The
+/// checksum does not cover the start character and itself, and without its "*" it is text. Behind
+/// that of a tracking record anything but a third digit may follow.
+bool mayPass(const line_t& line, const std::string& text, std::size_t at) {
+    const bool isTracking = line.type == typeOf<trackingRecord_t>;
+    const bool isDigit = std::isxdigit(static_cast<unsigned char>(text[at])) != 0;
+    const std::size_t star = line.text.size() - endLength;
+    if (at <= star) {
+        return at == star || (!isTracking && at == 0 && (text[0] == '$' || text[0] == '!'));
+    }
+    if (at > star + 2) {
+        return isTracking && (at > star + 3 || !isDigit);
+    }
+    return (isDigit || !isTracking) &&
+           isSameNumber(text.substr(star + 1, 2), line.text.substr(star + 1, 2));
+}
+
+bool passes(typeIndex_t type, const std::string& text) {
+    const std::string_view copy = guarded(text);
+    return type < sentenceCount ? kalo::nmeaFormat_t(copy.data(), copy.size()).isValid()
+                                : !kalo::atsAsciiMsg_t(copy.data(), copy.size()).checksumError();
+}
+
+TEST(perturbation, checksumsNoticeEveryOtherByte) {
+    for (const line_t& line : linesWithChecksum()) {
+        ASSERT_TRUE(passes(line.type, line.text)) << line.text;
+        std::string text = line.text;
+        for (std::size_t at = 0; at < text.size(); ++at) {
+            for (int change = 1; change < 256; ++change) {
+                text[at] = static_cast<char>(line.text[at] ^ change);
+                ASSERT_EQ(passes(line.type, text), mayPass(line, text, at))
+                    << testing::PrintToString(text);
+            }
+            text[at] = line.text[at];
+        }
+    }
+}
+
+// But a tracking record passes without a checksum, and without a line end.
+TEST(perturbation, checksumsNeedTheWholeLine) {
+    for (const line_t& line : linesWithChecksum()) {
+        const std::size_t star = line.text.size() - endLength;
+        for (std::size_t length = 0; length < line.text.size(); ++length) {
+            const std::string text = line.text.substr(0, length);
+            const std::string_view copy = guarded(text);
+            const kalo::nmeaFormat_t format(copy.data(), copy.size());
+            const bool isTracking = line.type == typeOf<trackingRecord_t>;
+            EXPECT_EQ(passes(line.type, text), isTracking && (length <= star || length > star + 2))
+                << text;
+            EXPECT_EQ(format.formatError(), length == 0 || isTracking ? 0 : 1) << text;
         }
     }
 }
