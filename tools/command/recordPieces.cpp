@@ -5,6 +5,7 @@
 #include <deque>
 #include <exception>
 #include <mutex>
+#include <new>
 #include <system_error>
 #include <thread>
 
@@ -75,11 +76,14 @@ public:
     pieceQueue_t(const readOptions_t& options, const pieceOptions_t& pieces)
         : m_options(options), m_limit(piecesPerJob * pieces.jobs) {
         m_options.dictionary->get(); // so that the threads do not read it in at the same time
+        m_threads.reserve(pieces.jobs);
         const stopSignalsBlocked_t blocked;
         for (unsigned i = 0; i < pieces.jobs; ++i) {
             try {
                 m_threads.emplace_back([this] { work(); });
             } catch (const std::system_error&) { // the system has no more
+                break;
+            } catch (const std::bad_alloc&) { // those that run must be joined
                 break;
             }
         }
@@ -132,7 +136,19 @@ public:
     readerState_t settledState() const { return *m_settled; }
 
 private:
+    // An exception goes to the thread that takes the pieces.
     void work() {
+        try {
+            decodePieces();
+        } catch (...) {
+            const std::lock_guard<std::mutex> lock(m_mutex);
+            m_failure = std::current_exception();
+            m_isOver = true;
+            m_changed.notify_all();
+        }
+    }
+
+    void decodePieces() {
         std::unique_lock<std::mutex> lock(m_mutex);
         for (;;) {
             inputPiece_t* piece = nullptr;
@@ -147,15 +163,7 @@ private:
             // The state that is known last tells what the lines in front of the piece do not tell.
             const std::optional<readerState_t> known = stateBefore(*piece);
             lock.unlock();
-            try {
-                decode(*piece, known);
-            } catch (...) {
-                lock.lock();
-                m_failure = std::current_exception();
-                m_isOver = true;
-                m_changed.notify_all();
-                return;
-            }
+            decode(*piece, known);
             lock.lock();
             piece->stage = stage_t::decoded;
             settle();
