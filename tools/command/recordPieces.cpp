@@ -5,8 +5,6 @@
 #include <deque>
 #include <exception>
 #include <mutex>
-#include <new>
-#include <system_error>
 #include <thread>
 
 #include "tools/command/recordBytes.h"
@@ -81,9 +79,7 @@ public:
         for (unsigned i = 0; i < pieces.jobs; ++i) {
             try {
                 m_threads.emplace_back([this] { work(); });
-            } catch (const std::system_error&) { // the system has no more
-                break;
-            } catch (const std::bad_alloc&) { // those that run must be joined
+            } catch (const std::exception&) { // no more threads, or no memory: those that run do
                 break;
             }
         }
